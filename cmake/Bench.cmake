@@ -1,0 +1,12 @@
+# Each bench/*_bench.cpp is a program of its own; the other files there are shared by all.
+find_package(benchmark REQUIRED)
+file(GLOB bench_programs CONFIGURE_DEPENDS bench/*_bench.cpp)
+file(GLOB bench_shared CONFIGURE_DEPENDS bench/*.cpp)
+list(REMOVE_ITEM bench_shared ${bench_programs} "")
+foreach(program IN LISTS bench_programs)
+    cmake_path(GET program STEM name)
+    add_executable(${name} ${program} ${bench_shared} $<TARGET_OBJECTS:tarnlet_objects>)
+    target_include_directories(${name} PRIVATE include src bench ${CMAKE_BINARY_DIR}/generated)
+    target_link_libraries(${name} PRIVATE PkgConfig::GLIB benchmark::benchmark tarnlet_flags)
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bench)
+endforeach()

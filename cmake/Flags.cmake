@@ -1,0 +1,30 @@
+# Flags of everything that is compiled here, as the interface target tarnlet_flags.
+include(CheckPIESupported)
+check_pie_supported()
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
+add_library(tarnlet_flags INTERFACE)
+target_compile_options(tarnlet_flags INTERFACE
+    -Wall -Wextra
+    $<$<BOOL:${TARNLET_WERROR}>:-Werror>
+    # Tables name the fields that differ from zero.
+    -Wno-missing-field-initializers
+    -fstack-protector-strong)
+target_link_options(tarnlet_flags INTERFACE
+    -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack -Wl,--as-needed)
+
+if(TARNLET_SANITIZE)
+    target_compile_options(tarnlet_flags INTERFACE
+        -fsanitize=${TARNLET_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(tarnlet_flags INTERFACE -fsanitize=${TARNLET_SANITIZE})
+else()
+    # Needs optimisation, and would hide reads and writes from a sanitizer.
+    target_compile_options(tarnlet_flags INTERFACE
+        $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2>)
+    target_link_options(tarnlet_flags INTERFACE -Wl,--no-undefined)
+endif()
+
+if(TARNLET_COVERAGE)
+    target_compile_options(tarnlet_flags INTERFACE --coverage -fprofile-abs-path)
+    target_link_options(tarnlet_flags INTERFACE --coverage)
+endif()
