@@ -1,0 +1,132 @@
+#include "frame/arena.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+constexpr size_t LARGEST_BLOCK = size_t{1} << 20;
+// Two tokens of the greatest length and the records of the longest chain of reductions.
+constexpr size_t RESERVE_SIZE = size_t{96} << 10;
+
+long requests_left = -1;
+
+} // namespace
+
+struct ArenaBlock {
+    ArenaBlock *older;
+    size_t size;
+};
+
+static char *block_start(ArenaBlock *block)
+{
+    return reinterpret_cast<char *>(block + 1);
+}
+
+void memory_fail_after(long requests)
+{
+    requests_left = requests;
+}
+
+void *memory_request(size_t size)
+{
+    if (requests_left >= 0 && requests_left-- == 0) {
+        requests_left = 0;
+        return nullptr;
+    }
+    return std::calloc(1, size);
+}
+
+void memory_return(void *memory)
+{
+    std::free(memory);
+}
+
+static ArenaBlock *block_request(size_t size)
+{
+    auto *block = static_cast<ArenaBlock *>(memory_request(sizeof(ArenaBlock) + size));
+    if (block)
+        block->size = size;
+    return block;
+}
+
+static void block_enter(Arena *arena, ArenaBlock *block)
+{
+    block->older = arena->blocks;
+    arena->blocks = block;
+    arena->next = block_start(block);
+    arena->end = arena->next + block->size;
+}
+
+bool arena_start(Arena *arena, size_t first_block)
+{
+    *arena = Arena{};
+    arena->block_size = first_block;
+    arena->reserve = block_request(RESERVE_SIZE);
+    return arena->reserve != nullptr;
+}
+
+void arena_release(Arena *arena)
+{
+    while (ArenaBlock *block = arena->blocks) {
+        arena->blocks = block->older;
+        memory_return(block);
+    }
+    memory_return(arena->reserve);
+    *arena = Arena{};
+}
+
+void *arena_grow(Arena *arena, size_t size)
+{
+    size_t wanted = arena->block_size > size ? arena->block_size : size;
+    ArenaBlock *block = arena->failed ? nullptr : block_request(wanted);
+    if (block) {
+        if (arena->block_size < LARGEST_BLOCK)
+            arena->block_size *= 2;
+    } else {
+        arena->failed = true;
+        block = arena->reserve;
+        arena->reserve = nullptr;
+        if (!block)
+            // The step that met the failure has used up the reserve, which no step of the parser
+            // or of a check comes near: going on would write out of range.
+            std::abort();
+    }
+    block_enter(arena, block);
+    return arena_alloc(arena, size);
+}
+
+char *arena_text(Arena *arena, const char *text, size_t length)
+{
+    auto *copy = static_cast<char *>(arena_alloc(arena, length + 1));
+    if (length)
+        std::memcpy(copy, text, length);
+    return copy;
+}
+
+void *arena_try(Arena *arena, size_t count, size_t size)
+{
+    size_t bytes = 0;
+    if (arena->failed || __builtin_mul_overflow(count, size, &bytes) || bytes > SIZE_MAX / 2) {
+        arena->failed = true;
+        return nullptr;
+    }
+    bytes = (bytes + 7) & ~size_t{7};
+    if (bytes <= static_cast<size_t>(arena->end - arena->next) || bytes <= arena->block_size)
+        return arena_alloc(arena, bytes);
+    // A large array gets a block of its own behind the current one, which stays in use.
+    ArenaBlock *block = block_request(bytes);
+    if (!block) {
+        arena->failed = true;
+        return nullptr;
+    }
+    if (arena->blocks) {
+        block->older = arena->blocks->older;
+        arena->blocks->older = block;
+        return block_start(block);
+    }
+    block_enter(arena, block);
+    arena->next = arena->end;
+    return block_start(block);
+}

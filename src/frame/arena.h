@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstddef>
+#include <type_traits>
+
+// Memory of one reading (the model) or of one check (its indexes): blocks that are handed out piece
+// by piece and given back all at once. Borrowed pointers stay good as long as the arena.
+//
+// When the system has no more memory the arena goes on from a reserve that it set aside at its
+// start and marks itself as failed. The reserve is ample for the step at hand, so the code that
+// builds records tests nothing; the parser loop and the loops of the checks look at `failed` once a
+// step and give up. A large array may be refused: arena_array() gives NULL then.
+struct ArenaBlock;
+
+struct Arena {
+    ArenaBlock *blocks = nullptr;
+    ArenaBlock *reserve = nullptr;
+    char *next = nullptr;
+    char *end = nullptr;
+    size_t block_size = 0;
+    bool failed = false;
+};
+
+// False when not even the reserve could be had.
+bool arena_start(Arena *arena, size_t first_block);
+void arena_release(Arena *arena);
+
+void *arena_grow(Arena *arena, size_t size);
+
+// Zeroed and aligned for any record of the model. Never NULL for sizes up to a token's length.
+inline void *arena_alloc(Arena *arena, size_t size)
+{
+    size = (size + 7) & ~size_t{7};
+    if (size > static_cast<size_t>(arena->end - arena->next))
+        return arena_grow(arena, size);
+    void *piece = arena->next;
+    arena->next += size;
+    return piece;
+}
+
+// A terminated copy.
+char *arena_text(Arena *arena, const char *text, size_t length);
+
+template <class T> T *arena_new(Arena *arena)
+{
+    static_assert(std::is_trivially_destructible_v<T> && alignof(T) <= 8);
+    return static_cast<T *>(arena_alloc(arena, sizeof(T)));
+}
+
+// An array whose length comes from the file; NULL (and `failed`) when it cannot be had.
+void *arena_try(Arena *arena, size_t count, size_t size);
+
+template <class T> T *arena_array(Arena *arena, size_t count)
+{
+    static_assert(std::is_trivially_destructible_v<T> && alignof(T) <= 8);
+    return static_cast<T *>(arena_try(arena, count, sizeof(T)));
+}
+
+// All memory of the library comes through these, so that a test can make the n-th request fail.
+void *memory_request(size_t size);
+void memory_return(void *memory);
+void memory_fail_after(long requests); // -1: never (the default)

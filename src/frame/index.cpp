@@ -1,0 +1,74 @@
+#include "frame/index.h"
+
+#include "frame/model.h"
+#include "frame/names.h"
+
+#include <cstring>
+
+static uint32_t slot_of(const Index *index, uint64_t key)
+{
+    uint64_t hash = key * 0x9E3779B97F4A7C15;
+    auto at = static_cast<uint32_t>(hash >> 32) & index->mask;
+    while (index->values[at] != INDEX_NONE && index->keys[at] != key)
+        at = (at + 1) & index->mask;
+    return at;
+}
+
+void index_start(Index *index, Arena *arena, size_t entries)
+{
+    *index = Index{.built = true};
+    if (entries > UINT32_MAX / 4) {
+        arena->failed = true;
+        return;
+    }
+    size_t slots = 8;
+    while (slots < entries + entries / 2)
+        slots *= 2;
+    auto *keys = arena_array<uint64_t>(arena, slots);
+    auto *values = arena_array<uint32_t>(arena, slots);
+    if (!keys || !values)
+        return;
+    std::memset(values, 0xFF, slots * sizeof *values);
+    index->keys = keys;
+    index->values = values;
+    index->mask = static_cast<uint32_t>(slots - 1);
+}
+
+static uint32_t index_put(Index *index, uint64_t key, uint32_t value, bool replace)
+{
+    if (!index->values)
+        return INDEX_NONE;
+    uint32_t at = slot_of(index, key);
+    uint32_t before = index->values[at];
+    if (before == INDEX_NONE || replace) {
+        index->keys[at] = key;
+        index->values[at] = value;
+    }
+    return before;
+}
+
+uint32_t index_first(Index *index, uint64_t key, uint32_t value)
+{
+    return index_put(index, key, value, false);
+}
+
+uint32_t index_last(Index *index, uint64_t key, uint32_t value)
+{
+    return index_put(index, key, value, true);
+}
+
+uint32_t index_find(const Index *index, uint64_t key)
+{
+    return index->values ? index->values[slot_of(index, key)] : INDEX_NONE;
+}
+
+uint64_t port_bit_key(const PortId *port)
+{
+    return uint64_t{name_fold(port->name)} << 32 | static_cast<uint32_t>(port->subscript);
+}
+
+uint64_t port_key(const PortId *port)
+{
+    // Fold numbers stay far below 2^31, so the top bit is free.
+    return port_bit_key(port) | uint64_t{port->subscripted != 0} << 63;
+}
