@@ -6,8 +6,6 @@
 
 struct Bsdl;
 
-enum : int32_t { LEVEL_ERROR, LEVEL_WARNING, LEVEL_INFORMATION, LEVEL_HEADING, LEVEL_PROGRESS };
-
 // What a message is about, for hosts that point at the place: the rule's stable identifier (small
 // letters with dashes), the source line on which the record began (0: none), and the file when it is
 // not that of the reading or check at hand.

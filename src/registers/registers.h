@@ -1,0 +1,4 @@
+#pragma once
+
+#include "frame/lookup.h"
+#include "frame/model.h"

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "frame/model.h"
+
+#include <cstdint>
+
+union BSDL_YYSTYPE;
+
+// How the scanner reads the next text, set by the parser's actions.
+enum ScanMode : int32_t {
+    SCAN_MODE_NONE = 0,
+    SCAN_MODE_INTEGER = 1,
+    SCAN_MODE_BIN_X = 2,
+    SCAN_MODE_BIN = 3,
+    SCAN_MODE_HEX = 4,
+    SCAN_MODE_REAL = 5,
+    SCAN_MODE_DATE = 8,
+    SCAN_MODE_FILE_NAME = 9,
+    SCAN_MODE_USE = 10, // one package name; the name sets SCAN_MODE_INTEGER
+    SCAN_MODE_PACKAGE = 11,
+    SCAN_MODE_PART_NAME = 12,
+    SCAN_MODE_SIGNED = 13,
+};
+
+// A quoted string with its quotes, where it lies in the input; NULL for one that is not to be read.
+struct QuotedText {
+    char *text;
+    uint32_t length;
+};
+
+// The text of the token at hand, not terminated; empty at the end of input.
+struct TokenText {
+    const char *text;
+    int length;
+};
+
+int scan_token(BSDL_YYSTYPE *value, int32_t *line, Bsdl *bsdl);
+TokenText scan_token_text(const Bsdl *bsdl);
+
+// The line count as messages name it: inside a string it is the line on which the piece ended.
+int32_t scan_line(const Bsdl *bsdl);
+// The line on which the token at hand really stands.
+int32_t scan_source_line(const Bsdl *bsdl);
+
+// True after a failure that ends the reading; the parser gives up at once.
+bool scan_stopped(const Bsdl *bsdl);
+
+// ------------------------------------------------------------------------------ the string store
+
+// Puts one piece of an attribute's value behind those before it.
+void store_string(Bsdl *bsdl, QuotedText piece);
+// From the next token on the stored pieces are read, then the file again.
+void rescan_strings(Bsdl *bsdl);
+// Called when a statement is done: what is left of its strings is dropped.
+void release_strings(Bsdl *bsdl);
+// All stored pieces joined by "\n", in the arena.
+const char *join_strings(Bsdl *bsdl);
+
+// ------------------------------------------------------------------------------- the input stack
+
+// Reads on in another file until its end, then here again. False when it cannot be opened.
+bool include_file(Bsdl *bsdl, const char *path);
+constexpr int INCLUDE_DEPTH = 10;
+int include_depth(const Bsdl *bsdl);
+
+// Texts for integers where a name or a pattern may stand.
+const char *integer_text(Bsdl *bsdl, int32_t value);
+const char *integer_name(Bsdl *bsdl, int32_t value);
+
+// Actions of the frame.
+void description_read(Bsdl *bsdl);
+void prg_data_read(Bsdl *bsdl);
+const char *pattern_of_32_bits(Bsdl *bsdl, const char *pattern);
+
+inline bool in_prg_file(const Bsdl *bsdl)
+{
+    return (bsdl->standards & BSDL_STANDARD_MASK_PRG) != 0;
+}
