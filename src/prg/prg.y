@@ -1,0 +1,1 @@
+prg_data_file: PRG_DATA;

@@ -1,0 +1,3 @@
+instruction_register: %empty;
+optional_register: %empty;
+register_access_description: %empty;
