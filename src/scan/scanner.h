@@ -41,6 +41,8 @@ TokenText scan_token_text(const Bsdl *bsdl);
 int32_t scan_line(const Bsdl *bsdl);
 // The line on which the token at hand really stands.
 int32_t scan_source_line(const Bsdl *bsdl);
+// The file that is being read: the description or a package.
+const char *scan_file(const Bsdl *bsdl);
 
 // True after a failure that ends the reading; the parser gives up at once.
 bool scan_stopped(const Bsdl *bsdl);
@@ -53,6 +55,8 @@ void store_string(Bsdl *bsdl, QuotedText piece);
 void rescan_strings(Bsdl *bsdl);
 // Called when a statement is done: what is left of its strings is dropped.
 void release_strings(Bsdl *bsdl);
+// Called when a statement is given up: pieces that were never begun are dropped.
+void drop_unread_strings(Bsdl *bsdl);
 // All stored pieces joined by "\n", in the arena.
 const char *join_strings(Bsdl *bsdl);
 
