@@ -1,12 +1,34 @@
-# Each bench/*_bench.cpp is a program of its own; the other files there are shared by all.
+# Each bench/*_bench.cpp and each bench/*_main.cpp is a program of its own, a benchmark or a
+# helper; the other files there are shared by all benchmarks.
 find_package(benchmark REQUIRED)
+find_package(FLEX REQUIRED)
 file(GLOB bench_programs CONFIGURE_DEPENDS bench/*_bench.cpp)
+file(GLOB bench_helpers CONFIGURE_DEPENDS bench/*_main.cpp)
 file(GLOB bench_shared CONFIGURE_DEPENDS bench/*.cpp)
-list(REMOVE_ITEM bench_shared ${bench_programs} "")
-foreach(program IN LISTS bench_programs)
+list(REMOVE_ITEM bench_shared ${bench_programs} ${bench_helpers} "")
+
+# The floor that all figures are compared with: full tables, and -O2 whatever the build type.
+flex_target(floor_scanner bench/floor_scanner.l ${CMAKE_BINARY_DIR}/generated/floor_scanner.cpp
+    COMPILE_FLAGS -Cf)
+set_source_files_properties(${FLEX_floor_scanner_OUTPUTS} PROPERTIES
+    COMPILE_OPTIONS "-O2;-Wno-sign-compare")
+
+add_library(tarnlet_bench STATIC ${bench_shared} ${FLEX_floor_scanner_OUTPUTS})
+target_include_directories(tarnlet_bench PUBLIC bench)
+target_link_libraries(tarnlet_bench PRIVATE tarnlet_flags)
+
+foreach(program IN LISTS bench_programs bench_helpers)
     cmake_path(GET program STEM name)
-    add_executable(${name} ${program} ${bench_shared} $<TARGET_OBJECTS:tarnlet_objects>)
-    target_include_directories(${name} PRIVATE include src bench ${CMAKE_BINARY_DIR}/generated)
-    target_link_libraries(${name} PRIVATE PkgConfig::GLIB benchmark::benchmark tarnlet_flags)
-    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bench)
+    string(REGEX REPLACE "_main$" "" name ${name})
+    add_executable(bench_${name} ${program})
+    target_link_libraries(bench_${name} PRIVATE tarnlet_bench tarnlet_flags)
+    set_target_properties(bench_${name} PROPERTIES
+        OUTPUT_NAME ${name}
+        RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bench)
+    if(program IN_LIST bench_programs)
+        # The objects and not the library: scanning alone is measured at an entry that is hidden.
+        target_sources(bench_${name} PRIVATE $<TARGET_OBJECTS:tarnlet_objects>)
+        target_include_directories(bench_${name} PRIVATE include src ${CMAKE_BINARY_DIR}/generated)
+        target_link_libraries(bench_${name} PRIVATE PkgConfig::GLIB benchmark::benchmark)
+    endif()
 endforeach()
