@@ -4,7 +4,9 @@
 /**
  * @file
  * @brief The interface of tarnlet: read a boundary-scan description, check it, ask about it.
- *
+ */
+
+/**
  * @mainpage
  *
  * tarnlet reads BSDL descriptions of devices (IEEE 1149.1 of 1990, 1994 and 2001, with the
