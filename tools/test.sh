@@ -1,0 +1,21 @@
+#!/bin/sh
+# Installs what is missing, builds everything and runs all tests twice: as it is installed, and
+# under the address and undefined behaviour sanitizers. The last line gives the totals of both.
+set -u
+cd "$(dirname "$0")/.."
+tools/setup.sh || exit 1
+
+jobs=$(nproc)
+status=0
+results=
+for preset in release asan; do
+    echo "== $preset"
+    cmake --preset "$preset" && cmake --build --preset "$preset" -j "$jobs" || exit 1
+    rm -f "build/$preset/results.xml"
+    ctest --preset "$preset" -j "$jobs" --output-junit results.xml || status=1
+    results="$results build/$preset/results.xml"
+done
+
+# shellcheck disable=SC2086 # the words are separate arguments
+python3 tools/print_totals.py $results || status=1
+exit $status
