@@ -2,7 +2,7 @@
 # Installs what is missing, builds everything and runs all tests twice: as it is installed, and
 # under the address and undefined behaviour sanitizers. The last line gives the totals of both.
 set -u
-cd "$(dirname "$0")/.."
+cd "$(dirname "$0")/.." || exit 1
 tools/setup.sh || exit 1
 
 jobs=$(nproc)

@@ -32,7 +32,7 @@ add_executable(host $source_dir/tests/packaging/host.c)
 target_link_libraries(host PRIVATE tarnlet::tarnlet)
 CMAKE
 {
-    cmake -S "$work/project" -B "$work/project/build" -DCMAKE_PREFIX_PATH="$root" \
+    cmake -G Ninja -S "$work/project" -B "$work/project/build" -DCMAKE_PREFIX_PATH="$root" \
         -DCMAKE_C_COMPILER="$cc" -DCMAKE_C_FLAGS="$flags" &&
         cmake --build "$work/project/build"
 } > "$work/log" 2>&1 || { cat "$work/log"; exit 1; }
