@@ -1,7 +1,7 @@
 #!/bin/sh
 # Installs with apt what a fresh Debian 12 lacks to build and test; does nothing when all is there.
 set -eu
-packages="g++ cmake ninja-build bison python3 pkg-config libglib2.0-dev libgtest-dev
+packages="g++ cmake ninja-build bison flex python3 pkg-config libglib2.0-dev libgtest-dev
     libbenchmark-dev libcli11-dev nlohmann-json3-dev"
 
 missing=

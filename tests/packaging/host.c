@@ -55,7 +55,10 @@ static void expect_model(Bsdl *bsdl)
 static Bsdl *read_file(const char *file, struct Log *log, BsdlContext *context)
 {
     *context = (BsdlContext){.message_sink = take_message, .sink_data = log, .verbosity = 4};
-    return readBsdl(file, NULL, NULL, 0, context);
+    Bsdl *bsdl = readBsdl(file, NULL, NULL, 0, context);
+    if (bsdl == NULL)
+        fprintf(stderr, "%s: cannot be read\n", file);
+    return bsdl;
 }
 
 int main(int argc, char **argv)

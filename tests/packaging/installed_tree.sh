@@ -9,7 +9,7 @@ trap 'rm -rf "$work"' EXIT
 cmake --install "$build_dir" --prefix "$work/first" > "$work/log" || { cat "$work/log"; exit 1; }
 mv "$work/first" "$work/moved"
 root=$work/moved
-flags=${sanitize:+-fsanitize=$sanitize}
+flags=${sanitize:+-fsanitize=$sanitize -fno-sanitize-recover=all}
 
 run_host() {
     "$1" "$source_dir/examples/demo.bsd" "$source_dir/tests/packaging/needs_package.bsd" \
