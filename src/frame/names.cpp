@@ -14,31 +14,7 @@ static char fold(char c)
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
 }
 
-// Sets the bit that tells a small letter from a capital in every byte. Some other characters fall
-// together as well, which only costs a comparison.
-constexpr uint64_t FOLD_BITS = 0x2020202020202020;
-
-uint64_t text_hash(const char *text, size_t length)
-{
-    uint64_t hash = length * 0x9E3779B97F4A7C15;
-    while (length >= 8) {
-        uint64_t word;
-        std::memcpy(&word, text, 8);
-        hash = (hash ^ (word | FOLD_BITS)) * 0x9FB21C651E98DF25;
-        hash ^= hash >> 32;
-        text += 8;
-        length -= 8;
-    }
-    if (length) {
-        uint64_t word = 0;
-        std::memcpy(&word, text, length);
-        hash = (hash ^ (word | FOLD_BITS)) * 0x9FB21C651E98DF25;
-        hash ^= hash >> 32;
-    }
-    return hash ^ (hash >> 17);
-}
-
-static bool equal_folded(const char *a, const char *b, size_t length)
+bool equal_folded(const char *a, const char *b, size_t length)
 {
     for (size_t i = 0; i < length; i++)
         if (a[i] != b[i] && fold(a[i]) != fold(b[i]))

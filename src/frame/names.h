@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string_view>
+#include <type_traits>
 
 // Every identifier of a reading (ports, pins, cells, instructions, registers, packages, ...) is
 // stored once, in the case of its first writing, and handed out as a pointer to its text. Names that
@@ -20,8 +21,51 @@ struct NameTable {
 bool names_start(NameTable *names, Arena *arena);
 void names_release(NameTable *names);
 
-// The hash of a text with letters folded; names_intern() wants it from callers that have it already.
-uint64_t text_hash(const char *text, size_t length);
+// The hash of a text with letters folded; name_intern() takes it from callers that have it already.
+// It sets the bit that tells a small letter from a capital in every byte; some other characters
+// fall together as well, which only costs a comparison.
+constexpr uint64_t FOLD_BITS = 0x2020202020202020;
+
+constexpr uint64_t hash_step(uint64_t hash, uint64_t word)
+{
+    hash = (hash ^ (word | FOLD_BITS)) * 0x9FB21C651E98DF25;
+    return hash ^ hash >> 32;
+}
+
+constexpr uint64_t load_word(const char *text, size_t length)
+{
+    uint64_t word = 0;
+    if (!std::is_constant_evaluated() && length == 8)
+        __builtin_memcpy(&word, text, 8);
+    else
+        for (size_t i = 0; i < length; i++)
+            word |= uint64_t{static_cast<unsigned char>(text[i])} << 8 * i;
+    return word;
+}
+
+constexpr uint64_t text_hash(const char *text, size_t length)
+{
+    uint64_t hash = length * 0x9E3779B97F4A7C15;
+    for (; length >= 8; text += 8, length -= 8)
+        hash = hash_step(hash, load_word(text, 8));
+    if (length)
+        hash = hash_step(hash, load_word(text, length));
+    return hash ^ hash >> 17;
+}
+
+// The same for text in the scanner's input, which may be read eight bytes beyond its end.
+inline uint64_t text_hash_padded(const char *text, size_t length)
+{
+    uint64_t hash = length * 0x9E3779B97F4A7C15;
+    for (; length >= 8; text += 8, length -= 8)
+        hash = hash_step(hash, load_word(text, 8));
+    if (length)
+        hash = hash_step(hash, load_word(text, 8) & (uint64_t{1} << 8 * length) - 1);
+    return hash ^ hash >> 17;
+}
+
+// Equal but for the case of ASCII letters.
+bool equal_folded(const char *a, const char *b, size_t length);
 
 const char *name_intern(NameTable *names, const char *text, size_t length, uint64_t hash);
 

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+// The sets of words, one for each issue of a standard. One is in force at a time.
+enum RuleSet : uint32_t {
+    RULES_INITIAL = 0x01, // until the first standard use statement
+    RULES_1990 = 0x02,
+    RULES_1994 = 0x04,
+    RULES_2001 = 0x08,
+    RULES_ISC = 0x10,
+    RULES_AIO = 0x20,
+    RULES_PRG = 0x40,
+
+    RULES_BSDL = RULES_1990 | RULES_1994 | RULES_2001 | RULES_ISC | RULES_AIO,
+    RULES_FROM_1994 = RULES_1994 | RULES_2001 | RULES_ISC | RULES_AIO,
+    RULES_ALL = 0x7F,
+};
+
+struct Keyword {
+    const char *word; // in capitals
+    int token;        // in the rule sets named; 0: none
+    uint32_t rules;
+    int with_all = 0;             // the token of the word, any one character and ALL, everywhere
+    bool vhdl = false;            // a VHDL word where it is no keyword: a name, with a warning
+    bool refused_in_1990 = false; // dropped there, with a warning
+    bool not_in_package = false;  // not while a package's declarations are read
+    bool obsolete = false;        // dropped, with a warning
+};
+
+// The row of a word, in any case; NULL when it is none. `hash` is its text_hash().
+const Keyword *find_keyword(const char *word, size_t length, uint64_t hash);
+// The same for the words behind ATTRIBUTE, which form one token with it.
+const Keyword *find_attribute(const char *word, size_t length, uint64_t hash);
+// The row of the attribute that a longer word begins with; NULL when there is none.
+const Keyword *find_attribute_start(const char *word, size_t length);
