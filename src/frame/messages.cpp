@@ -29,16 +29,14 @@ static void send(int32_t level, uint32_t verbosity, const Rule &rule, const char
     BsdlMessage message = {
         .level = level, .verbosity = verbosity, .code = 0, .text = text, .formatted = 1};
 
-    // A sink may call back into the library, so what it was told comes back after it.
+    // A sink may call back into the library, even for a reading of its own: what is at hand here
+    // comes back after it.
     const ReaderState outer = reader_state;
     reader_state.message_rule = rule.id;
     reader_state.message_file = rule.file ? rule.file : reader_state.file;
     reader_state.message_line = rule.line;
     reader_state.context->message_sink(reader_state.context->sink_data, &message);
-    reader_state.message_rule = outer.message_rule;
-    reader_state.message_file = outer.message_file;
-    reader_state.message_line = outer.message_line;
-    reader_state.file = outer.file;
+    reader_state_resume(outer);
 }
 
 void bsdl_msg(int32_t level, uint32_t verbosity, const char *format, ...)

@@ -106,7 +106,7 @@ struct Bsdl {
     Reading *reading; // scanner and string store, while readBsdl runs
     Lookups *lookups; // indexes over the model, made when first asked for
     Bsdl *released;   // the next handle that was given back
-    char *kept_names; // the texts that outlive freeBsdl, in one block
+    char *kept_texts; // what outlives freeBsdl, in one block
 };
 
 template <class T> T *model_new(Bsdl *bsdl)

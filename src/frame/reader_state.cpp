@@ -15,3 +15,13 @@ ReaderState reader_state = {
     .d4_partition_cursor = 0,
     .parser_depth = 10000,
 };
+
+void reader_state_resume(const ReaderState &outer)
+{
+    const ReaderState inner = reader_state;
+    reader_state = outer;
+    reader_state.released = inner.released;
+    reader_state.d4_device = inner.d4_device;
+    reader_state.d4_abm_cursor = inner.d4_abm_cursor;
+    reader_state.d4_partition_cursor = inner.d4_partition_cursor;
+}

@@ -34,3 +34,6 @@ struct ReaderState {
 };
 
 extern ReaderState reader_state;
+
+// Back to what was at hand before a sink ran; what the sink did for the process as a whole stays.
+void reader_state_resume(const ReaderState &outer);

@@ -1,0 +1,46 @@
+#include "frame/lookup.h"
+
+#include "frame/model.h"
+
+namespace {
+
+constexpr size_t FIRST_BLOCK = size_t{16} << 10;
+
+} // namespace
+
+Lookups *lookups_of(Bsdl *bsdl)
+{
+    if (!bsdl->lookups) {
+        bsdl->lookups = model_new<Lookups>(bsdl);
+        *bsdl->lookups = Lookups{};
+    }
+    Lookups *lookups = bsdl->lookups;
+    if (!lookups->arena.block_size && !arena_start(&lookups->arena, FIRST_BLOCK))
+        bsdl->arena.failed = true;
+    return lookups;
+}
+
+void lookups_drop(Bsdl *bsdl)
+{
+    if (!bsdl->lookups)
+        return;
+    bsdl->arena.failed |= bsdl->lookups->arena.failed;
+    arena_release(&bsdl->lookups->arena);
+    *bsdl->lookups = Lookups{};
+}
+
+void **list_table(Arena *arena, const void *head, uint32_t *count)
+{
+    uint32_t length = 0;
+    for (const auto *link = static_cast<const GSList *>(head); link; link = link->next)
+        length++;
+    *count = 0;
+    if (!length)
+        return nullptr;
+    void **table = arena_array<void *>(arena, length);
+    if (!table)
+        return nullptr;
+    for (const auto *link = static_cast<const GSList *>(head); link; link = link->next)
+        table[(*count)++] = link->data;
+    return table;
+}

@@ -1,0 +1,216 @@
+// The life of a handle: readBsdl, freeBsdl, bsdlRelease.
+
+#include "frame/reader.h"
+
+#include "frame/files.h"
+#include "frame/lookup.h"
+#include "frame/messages.h"
+#include "frame/reader_state.h"
+#include "ports/ports.h"
+#include "prg/prg.h"
+#include "registers/registers.h"
+#include "scan/reading.h"
+#include "scan/scanner.h"
+
+#include <cstring>
+
+namespace {
+
+constexpr size_t FIRST_BLOCK = size_t{64} << 10;
+
+} // namespace
+
+// Gives back the handle wholly; what was allocated so far may be a part of it.
+static void discard(Bsdl *bsdl)
+{
+    lookups_drop(bsdl);
+    names_release(&bsdl->names);
+    arena_release(&bsdl->arena);
+    memory_return(bsdl->kept_texts);
+    memory_return(bsdl);
+}
+
+// Only the cells are ours; the strings are looked at during the reading alone.
+static GSList *copy_package_dirs(Bsdl *bsdl, const GSList *dirs)
+{
+    List copy = {};
+    for (; dirs; dirs = dirs->next)
+        copy = model_append(bsdl, copy, dirs->data);
+    return copy.head;
+}
+
+static const char *copy_text(Bsdl *bsdl, const char *text)
+{
+    return text ? model_text(bsdl, text) : nullptr;
+}
+
+static Bsdl *new_handle(const char *file_name, const char *package, const GSList *package_dirs,
+                        uint32_t flags, BsdlContext *context)
+{
+    auto *bsdl = static_cast<Bsdl *>(memory_request(sizeof(Bsdl)));
+    if (!bsdl)
+        return nullptr;
+    if (!arena_start(&bsdl->arena, FIRST_BLOCK) || !names_start(&bsdl->names, &bsdl->arena)) {
+        discard(bsdl);
+        return nullptr;
+    }
+    bsdl->file_name = copy_text(bsdl, file_name);
+    bsdl->default_package = copy_text(bsdl, package);
+    if (!(flags & BSDL_FLAG_NO_PACKAGE_DIRS))
+        bsdl->package_dirs = copy_package_dirs(bsdl, package_dirs);
+    bsdl->option_bit0 = flags & BSDL_FLAG_BIT0;
+    bsdl->option_bit2 = (flags & BSDL_FLAG_BIT2) != 0;
+    bsdl->option_bits456 = flags & BSDL_FLAG_BITS4_6;
+    bsdl->strict = (flags & BSDL_FLAG_STRICT) != 0;
+    bsdl->fast_read = (flags & BSDL_FLAG_FAST_READ) != 0;
+    bsdl->context = context;
+    return bsdl;
+}
+
+static void new_data(Bsdl *bsdl)
+{
+    bsdl->data = model_new<BsdlData>(bsdl);
+    bsdl->data->scan_port = model_new<ScanPorts>(bsdl);
+    bsdl->data->instruction_register = model_new<InstructionRegister>(bsdl);
+    bsdl->data->id_registers = model_new<OptionalRegisters>(bsdl);
+    bsdl->prg = model_new<PrgData>(bsdl);
+}
+
+// The file from its opening to the end of the parse. False when no handle is to come of it.
+static bool read_file(Bsdl *bsdl, Reading *reading)
+{
+    if (!bsdl->file_name) {
+        parse_message(bsdl, BSDL_LEVEL_ERROR, 1, "no-file", "No files specified");
+        return false;
+    }
+    if (!reading_start(bsdl, reading)) {
+        if (!bsdl->arena.failed)
+            parse_message(bsdl, BSDL_LEVEL_ERROR, 1, "file-not-opened", "Could not open file '%s'",
+                          bsdl->file_name);
+        return false;
+    }
+    bsdl_msg(BSDL_LEVEL_PROGRESS, 1, "Reading BSDL file '%s'", bsdl->file_name);
+    bsdl_msg(BSDL_LEVEL_PHASE, 2, "BSDL syntax checks");
+    bsdl->reading = reading;
+    new_data(bsdl);
+    int result = bsdl_yyparse(bsdl);
+
+    if (reading->fatal) {
+        parse_message(bsdl, BSDL_LEVEL_ERROR, 1, "unreadable-input", "Bsdl reader fatal error: %s",
+                      reading->fatal);
+        return false;
+    }
+    if (bsdl->arena.failed)
+        return false;
+    if (result != 0 && !(result == 1 && bsdl->fast_read) && bsdl->error_count != 0)
+        bsdl_msg(BSDL_LEVEL_INFO, 1, "File '%s' contains %i syntax error%s", bsdl->file_name,
+                 bsdl->error_count, bsdl->error_count > 1 ? "s" : "");
+    if (bsdl->standards & BSDL_STANDARD_BIT_PRG_2001)
+        bsdl->data->component_name = bsdl->prg->design_name;
+    return bsdl->data->component_name != nullptr;
+}
+
+Bsdl *readBsdl(const char *file_name, const char *package, GSList *package_dirs, uint32_t flags,
+               BsdlContext *context)
+{
+    Bsdl *bsdl = new_handle(file_name, package, package_dirs, flags, context);
+    if (!bsdl)
+        return nullptr;
+    reader_state.context = context;
+    reader_state.file = bsdl->file_name;
+    bool kept = false;
+    if (context) {
+        Reading reading = {};
+        kept = read_file(bsdl, &reading);
+        reading_end(&reading);
+        bsdl->reading = nullptr;
+    }
+    // The strings of the caller's list are not touched any more.
+    bsdl->package_dirs = nullptr;
+    if (kept)
+        return bsdl;
+    reader_state.file = nullptr;
+    discard(bsdl);
+    return nullptr;
+}
+
+// freeBsdl leaves these three texts alone: a host may still ask for the name of the file.
+static void keep_texts(Bsdl *bsdl)
+{
+    const char **texts[] = {&bsdl->file_name, &bsdl->default_package, &bsdl->ebst_file_name};
+    size_t size = 0;
+    for (const char **text : texts)
+        size += *text ? std::strlen(*text) + 1 : 0;
+    char *at = bsdl->kept_texts = static_cast<char *>(memory_request(size + 1));
+    for (const char **text : texts) {
+        if (!*text)
+            continue;
+        size_t length = std::strlen(*text) + 1;
+        *text = at ? static_cast<char *>(std::memcpy(at, *text, length)) : nullptr;
+        if (at)
+            at += length;
+    }
+}
+
+int32_t freeBsdl(Bsdl *h)
+{
+    if (!h || !h->data)
+        return 1;
+    bool had_ebst = h->ebst != nullptr;
+    if (reader_state.file == h->file_name)
+        reader_state.file = nullptr;
+    lookups_drop(h);
+    keep_texts(h);
+    names_release(&h->names);
+    arena_release(&h->arena);
+    h->lookups = nullptr;
+    h->data = nullptr;
+    h->prg = nullptr;
+    h->ebst = nullptr;
+    // The outer record stays by contract; the chain lets leak checkers see it.
+    h->released = reader_state.released;
+    reader_state.released = h;
+    return had_ebst ? 0 : 1;
+}
+
+void bsdlRelease(Bsdl *h)
+{
+    if (!h)
+        return;
+    for (Bsdl **link = &reader_state.released; *link; link = &(*link)->released) {
+        if (*link == h) {
+            *link = h->released;
+            break;
+        }
+    }
+    if (reader_state.file == h->file_name)
+        reader_state.file = nullptr;
+    discard(h);
+}
+
+int32_t bsdlGetNumErrors(Bsdl *h)
+{
+    return h ? h->error_count : -1;
+}
+
+// ------------------------------------------------------------------------ actions of the whole file
+
+void description_read(Bsdl *bsdl)
+{
+    parse_message(bsdl, BSDL_LEVEL_INFO, 2, nullptr, "BSDL syntax %s",
+                  bsdl->error_count ? "failed" : "ok");
+}
+
+void prg_data_read(Bsdl *bsdl)
+{
+    parse_message(bsdl, BSDL_LEVEL_INFO, 2, nullptr, "PPC/PRG syntax %s",
+                  bsdl->error_count ? "failed " /* as is */ : "ok");
+}
+
+const char *pattern_of_32_bits(Bsdl *bsdl, const char *pattern)
+{
+    if (std::strlen(pattern) != 32)
+        parse_message(bsdl, BSDL_LEVEL_ERROR, 1, "pattern-not-32-bits",
+                      "32 bit pattern length required on line %d", scan_line(bsdl));
+    return pattern;
+}

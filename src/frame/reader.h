@@ -1,0 +1,6 @@
+#pragma once
+
+#include "frame/model.h"
+
+// The parser that Bison makes: 0 accepted, 1 given up, 2 stack exhausted.
+int bsdl_yyparse(Bsdl *bsdl);

@@ -1,0 +1,197 @@
+#include "frame/files.h"
+#include "frame/messages.h"
+#include "frame/model.h"
+#include "scan/reading.h"
+#include "scan/scanner.h"
+
+#include <cstdlib>
+#include <cstring>
+
+// What the scanner reads: files, and the strings of an attribute read again as tokens.
+
+namespace {
+
+constexpr size_t PADDING = 16;
+constexpr uint32_t FIRST_PIECES = 64;
+
+} // namespace
+
+// ------------------------------------------------------------------------------ the string store
+
+static bool piece_room(StringStore *strings)
+{
+    if (strings->count < strings->capacity)
+        return true;
+    uint32_t capacity = strings->capacity ? strings->capacity * 2 : FIRST_PIECES;
+    auto *pieces = static_cast<StringPiece *>(memory_request(capacity * sizeof(StringPiece)));
+    if (!pieces)
+        return false;
+    if (strings->count)
+        std::memcpy(pieces, strings->pieces, strings->count * sizeof(StringPiece));
+    memory_return(strings->pieces);
+    strings->pieces = pieces;
+    strings->capacity = capacity;
+    return true;
+}
+
+void store_string(Bsdl *bsdl, QuotedText piece)
+{
+    Reading *reading = bsdl->reading;
+    StringStore *strings = &reading->strings;
+    // An empty piece counts only where it is the first.
+    uint32_t length = piece.text && piece.length > 2 ? piece.length - 2 : 0;
+    if (!length && strings->count)
+        return;
+    if (!piece_room(strings)) {
+        bsdl->arena.failed = true;
+        return;
+    }
+    uint32_t offset = strings->count ? strings->pieces[strings->count - 1].end : 0;
+    if (length && offset)
+        std::memmove(strings->begin + offset, piece.text + 1, length);
+    else if (length)
+        strings->begin = piece.text + 1;
+    strings->pieces[strings->count++] = {
+        .end = offset + length, .line = reading->line, .source_line = reading->token_line};
+}
+
+void rescan_strings(Bsdl *bsdl)
+{
+    Reading *reading = bsdl->reading;
+    StringStore *strings = &reading->strings;
+    // Nothing was stored when strings are skipped, or the only piece was empty: the file goes on.
+    if (!strings->count || !strings->pieces[strings->count - 1].end) {
+        strings->count = 0;
+        return;
+    }
+    InputFile *file = &reading->files[reading->depth];
+    file->at = const_cast<char *>(reading->at);
+    char *end = strings->begin + strings->pieces[strings->count - 1].end;
+    *end = '\0'; // at the latest the closing quote of the last piece, which has been read
+    reading->at = strings->begin;
+    reading->end = end;
+    strings->active = true;
+    strings->current = 0;
+    strings->line_behind = reading->line;
+    strings->source_line_behind = reading->source_line;
+    scan_enter_piece(reading);
+}
+
+void release_strings(Bsdl *bsdl)
+{
+    Reading *reading = bsdl->reading;
+    if (reading->strings.active)
+        scan_leave_strings(reading);
+    reading->strings.count = 0;
+}
+
+void drop_unread_strings(Bsdl *bsdl)
+{
+    if (!bsdl->reading->strings.active)
+        bsdl->reading->strings.count = 0;
+}
+
+const char *join_strings(Bsdl *bsdl)
+{
+    const StringStore *strings = &bsdl->reading->strings;
+    size_t length = strings->count ? strings->pieces[strings->count - 1].end + strings->count - 1 : 0;
+    auto *text = static_cast<char *>(arena_try(&bsdl->arena, length + 1, 1));
+    if (!text)
+        return "";
+    char *at = text;
+    uint32_t from = 0;
+    for (uint32_t i = 0; i < strings->count; i++) {
+        if (i)
+            *at++ = '\n';
+        uint32_t end = strings->pieces[i].end;
+        if (end > from)
+            std::memcpy(at, strings->begin + from, end - from);
+        at += end - from;
+        from = end;
+    }
+    return text;
+}
+
+// --------------------------------------------------------------------------------------- the files
+
+// The whole file in one buffer, closed by a line end so that its last token is always ended.
+static bool load_file(InputFile *file, const char *path)
+{
+    std::FILE *stream = open_to_read(path);
+    if (!stream)
+        return false;
+    size_t capacity = size_t{64} << 10;
+    if (std::fseek(stream, 0, SEEK_END) == 0) {
+        long size = std::ftell(stream);
+        if (size > 0)
+            capacity = static_cast<size_t>(size) + 1;
+        std::rewind(stream);
+    }
+    auto *text = static_cast<char *>(memory_request(capacity + PADDING));
+    size_t length = 0;
+    while (text) {
+        length += std::fread(text + length, 1, capacity - length, stream);
+        if (length < capacity)
+            break;
+        // A stream that cannot tell its size, or one that grows under our hands.
+        capacity *= 2;
+        auto *larger = static_cast<char *>(memory_request(capacity + PADDING));
+        if (larger)
+            std::memcpy(larger, text, length);
+        memory_return(text);
+        text = larger;
+    }
+    std::fclose(stream);
+    if (!text)
+        return false;
+    text[length] = '\n';
+    std::memset(text + length + 1, 0, PADDING - 1);
+    *file = {.text = text, .at = text, .end = text + length + 1, .path = path};
+    return true;
+}
+
+static void read_from(Reading *reading)
+{
+    const InputFile *file = &reading->files[reading->depth];
+    reading->at = file->at;
+    reading->end = file->end;
+    reading->line = 1;
+    reading->source_line = 1;
+}
+
+bool reading_start(Bsdl *bsdl, Reading *reading)
+{
+    if (!load_file(&reading->files[0], bsdl->file_name))
+        return false;
+    read_from(reading);
+    scan_no_piece(reading);
+    reading->token = reading->at;
+    return true;
+}
+
+void reading_end(Reading *reading)
+{
+    for (int depth = reading->depth; depth >= 0; depth--)
+        memory_return(reading->files[depth].text);
+    memory_return(reading->strings.pieces);
+    *reading = Reading{};
+}
+
+int include_depth(const Bsdl *bsdl)
+{
+    return bsdl->reading->depth;
+}
+
+bool include_file(Bsdl *bsdl, const char *path)
+{
+    Reading *reading = bsdl->reading;
+    InputFile included;
+    if (!load_file(&included, path))
+        return false;
+    reading->files[reading->depth].at = const_cast<char *>(reading->at);
+    reading->include_saved_line = reading->line;
+    reading->include_saved_source_line = reading->source_line;
+    reading->files[++reading->depth] = included;
+    read_from(reading);
+    return true;
+}

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "scan/scanner.h"
+
+#include <cstdint>
+
+// A file being read: the whole of it in one buffer of ours, with a line end behind the last
+// character and room beyond that for loads of eight bytes.
+struct InputFile {
+    char *text;
+    char *at; // where reading goes on
+    char *end;
+    const char *path;
+};
+
+// A piece of an attribute's value. The pieces lie one behind the other where the first of them stood
+// in the file: what was between them is not needed any more.
+struct StringPiece {
+    uint32_t end;        // offset of its end from the first piece's begin
+    int32_t line;        // on which the piece ended, as messages count
+    int32_t source_line; // on which it began
+};
+
+struct StringStore {
+    char *begin;
+    StringPiece *pieces;
+    uint32_t count;
+    uint32_t capacity;
+    uint32_t current; // the piece being read
+    bool active;      // the scanner reads here and not from the file
+    int32_t line_behind;        // the line to go back to
+    int32_t source_line_behind;
+};
+
+// The state of the scanner while one file is read.
+struct Reading {
+    const char *at; // next character
+    const char *end;
+    const char *piece_end; // of the piece being read; above all addresses outside of strings
+    const char *token;
+    uint32_t token_length;
+    int32_t token_line; // source line on which it begins
+    int32_t line;       // as messages count
+    int32_t source_line;
+    uint32_t standards; // for which the rule set was picked
+    uint64_t filter;
+
+    StringStore strings;
+    InputFile files[INCLUDE_DEPTH + 1];
+    int depth;
+    int32_t include_saved_line; // one for all depths
+    int32_t include_saved_source_line;
+
+    bool stopped;
+    const char *fatal; // the text of a failure that cannot be gone on from
+};
+
+// Switches between the two, for the string store.
+void scan_enter_piece(Reading *reading);
+void scan_leave_strings(Reading *reading);
+void scan_no_piece(Reading *reading);
+
+bool reading_start(Bsdl *bsdl, Reading *reading);
+void reading_end(Reading *reading);

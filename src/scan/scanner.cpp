@@ -1,0 +1,853 @@
+#include "scan/scanner.h"
+
+#include "frame/messages.h"
+#include "frame/reader_state.h"
+#include "grammar.h"
+#include "scan/keywords.h"
+#include "scan/reading.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+// The scanner takes the longest text that a rule of the rule set in force matches; where rules match
+// the same text, the order is: keywords, VHDL words, punctuation, strings, numbers and patterns of
+// the scan mode, variables, names, package names, illegal names, part and file names. A rule that
+// the mode rules out leaves its text to the next, so one place here has to know which rules can
+// match longer than the run of letters, digits and underscores that most tokens are.
+
+namespace {
+
+constexpr uint32_t TOKEN_SIZE = 16384; // a token has to be shorter
+
+enum CharClass : uint8_t {
+    OTHER, // not allowed at the start of a token
+    ZERO,
+    FATAL,
+    BLANK,
+    LINE_END,
+    LETTER,
+    DIGIT,
+    QUOTES,
+    PUNCTUATION, // stands for itself in all rule sets, and nothing longer begins with it
+    MINUS,
+    PLUS,
+    DOT,
+    COLON,
+    LESS,
+    GREATER,
+    QUESTION,
+    DOLLAR,
+    APOSTROPHE,
+    ISC_PUNCTUATION, // in the ISC and PRG rule sets
+};
+
+struct CharTables {
+    uint8_t start[256] = {};     // class of a token's first character
+    uint8_t word[256] = {};      // 1: letter, digit, underscore
+    uint8_t part_name[256] = {}; // 1: in a part name; 2: in a file name
+
+    constexpr CharTables()
+    {
+        for (int c = 0; c < 32; c++)
+            start[c] = c == 3 || c == 4 ? OTHER : FATAL;
+        start[0] = ZERO;
+        for (char c : {' ', '\t', '\v', '\f'})
+            start[static_cast<int>(c)] = BLANK;
+        start['\n'] = start['\r'] = LINE_END;
+        for (int c = 'A'; c <= 'Z'; c++) {
+            start[c] = start[c + 32] = LETTER;
+            word[c] = word[c + 32] = 1;
+        }
+        for (int c = '0'; c <= '9'; c++) {
+            start[c] = DIGIT;
+            word[c] = 1;
+        }
+        word['_'] = 1;
+        for (char c : {';', '&', '=', ',', '*', '[', ']', '(', ')'})
+            start[static_cast<int>(c)] = PUNCTUATION;
+        start['"'] = QUOTES;
+        start['-'] = MINUS;
+        start['+'] = PLUS;
+        start['.'] = DOT;
+        start[':'] = COLON;
+        start['<'] = LESS;
+        start['>'] = GREATER;
+        start['?'] = QUESTION;
+        start['$'] = DOLLAR;
+        start['\''] = APOSTROPHE;
+        start['~'] = start['!'] = ISC_PUNCTUATION;
+
+        for (int c = '#'; c <= '~'; c++)
+            part_name[c] = 1;
+        for (char c : {'\'', '`', '\\'})
+            part_name[static_cast<int>(c)] = 0;
+        for (int c = 0; c < 128; c++)
+            if (word[c])
+                part_name[c] |= 2;
+        for (char c : {'!', '#', '$', '%', '&', '(', ')', '*', '+', ',', '-', '.', '/', ':', '<', '>',
+                       '?', '@', '[', '\\', ']', '{', '}'})
+            part_name[static_cast<int>(c)] |= 2;
+    }
+};
+
+constexpr CharTables CHARS;
+
+// Above every address, so that one comparison tells whether the end of a string piece was passed.
+const char *const NO_PIECE = reinterpret_cast<const char *>(UINTPTR_MAX); // NOLINT(performance-no-int-to-ptr)
+
+struct Scan {
+    Bsdl *bsdl;
+    Reading *reading;
+    BSDL_YYSTYPE *value;
+};
+
+} // namespace
+
+static uint8_t start_class(char c)
+{
+    return CHARS.start[static_cast<unsigned char>(c)];
+}
+
+static bool in_word(char c)
+{
+    return CHARS.word[static_cast<unsigned char>(c)] != 0;
+}
+
+static bool is_digit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
+static bool is_hex_digit(char c)
+{
+    return is_digit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+}
+
+static bool is_letter(char c)
+{
+    return start_class(c) == LETTER;
+}
+
+static const char *word_end(const char *at)
+{
+    while (in_word(*at))
+        at++;
+    return at;
+}
+
+static const char *digits_end(const char *at)
+{
+    while (is_digit(*at))
+        at++;
+    return at;
+}
+
+// A letter, then letters and digits with single underscores between them.
+static const char *identifier_end(const char *at)
+{
+    if (!is_letter(*at))
+        return at;
+    for (at++;; at++) {
+        if (*at == '_' && in_word(at[1]) && at[1] != '_')
+            continue;
+        if (*at == '_' || !in_word(*at))
+            return at;
+    }
+}
+
+// Digits with at most one point, which needs a digit behind it, and an exponent. NULL for no number.
+static const char *real_end(const char *at)
+{
+    if (*at == '+' || *at == '-')
+        at++;
+    const char *end = digits_end(at);
+    if (*end == '.' && is_digit(end[1]))
+        end = digits_end(end + 1);
+    if (end == at)
+        return nullptr;
+    if (*end == 'e' || *end == 'E') {
+        const char *exponent = end[1] == '+' || end[1] == '-' ? end + 2 : end + 1;
+        if (is_digit(*exponent))
+            end = digits_end(exponent);
+    }
+    return end;
+}
+
+// The largest values stand for all beyond them, so that no digits turn into another number's.
+static int32_t integer_value(const char *at, const char *end)
+{
+    bool negative = *at == '-';
+    if (*at == '-' || *at == '+')
+        at++;
+    int64_t value = 0;
+    for (; at < end && value <= INT32_MAX; at++)
+        value = value * 10 + (*at - '0');
+    if (negative)
+        return static_cast<int32_t>(-value < INT32_MIN ? INT32_MIN : -value);
+    return static_cast<int32_t>(value > INT32_MAX ? INT32_MAX : value);
+}
+
+// -------------------------------------------------------------------------------- input and lines
+
+static InputFile *current_file(Reading *reading)
+{
+    return &reading->files[reading->depth];
+}
+
+void scan_enter_piece(Reading *reading)
+{
+    StringStore *strings = &reading->strings;
+    const StringPiece *piece = &strings->pieces[strings->current];
+    reading->piece_end = strings->begin + piece->end;
+    reading->line = piece->line;
+    reading->source_line = piece->source_line;
+}
+
+// Brings the line counters up to the piece in which `at` lies.
+static void pass_pieces(Reading *reading, const char *at)
+{
+    StringStore *strings = &reading->strings;
+    while (at >= reading->piece_end && strings->current + 1 < strings->count) {
+        strings->current++;
+        scan_enter_piece(reading);
+    }
+}
+
+void scan_leave_strings(Reading *reading)
+{
+    StringStore *strings = &reading->strings;
+    strings->active = false;
+    strings->count = 0;
+    reading->line = strings->line_behind;
+    reading->source_line = strings->source_line_behind;
+    reading->piece_end = NO_PIECE;
+    reading->at = current_file(reading)->at;
+    reading->end = current_file(reading)->end;
+}
+
+void scan_no_piece(Reading *reading)
+{
+    reading->piece_end = NO_PIECE;
+}
+
+// The line count is that of the last character looked at. A token that is known to be over only by
+// the character behind it may thus name the line of the next piece, or that of the file.
+static void line_of_last_looked_at(Reading *reading, const char *last)
+{
+    StringStore *strings = &reading->strings;
+    uint32_t piece = strings->current;
+    while (piece < strings->count && last >= strings->begin + strings->pieces[piece].end)
+        piece++;
+    reading->line = piece < strings->count ? strings->pieces[piece].line : strings->line_behind;
+}
+
+static void count_line_end(Reading *reading, const char *at)
+{
+    if (at >= reading->piece_end)
+        pass_pieces(reading, at);
+    reading->source_line++;
+    // In a string the next character brings back the line of its piece.
+    if (!reading->strings.active)
+        reading->line++;
+}
+
+static void count_line_ends(Reading *reading, const char *at, const char *end)
+{
+    for (; at < end; at++) {
+        if (*at == '\n' || (*at == '\r' && at[1] != '\n'))
+            count_line_end(reading, at);
+        else if (*at == '\r' && at + 1 == end)
+            count_line_end(reading, at);
+    }
+}
+
+static void stop(Reading *reading, const char *fatal)
+{
+    reading->stopped = true;
+    reading->fatal = fatal;
+    reading->token_length = 0;
+}
+
+// At the end of the text in hand: the file behind the strings, or the file that included this one.
+static bool next_input(Reading *reading)
+{
+    if (reading->strings.active) {
+        scan_leave_strings(reading);
+        return true;
+    }
+    if (reading->depth == 0)
+        return false;
+    memory_return(current_file(reading)->text);
+    reading->depth--;
+    reading->at = current_file(reading)->at;
+    reading->end = current_file(reading)->end;
+    reading->line = reading->include_saved_line;
+    reading->source_line = reading->include_saved_source_line;
+    return true;
+}
+
+// ----------------------------------------------------------------------------------------- tokens
+
+static uint32_t pick_rule_set(const Bsdl *bsdl)
+{
+    uint32_t standards = bsdl->standards;
+    uint64_t unfiltered = standards & ~bsdl->standards_filter;
+    uint32_t rules = reader_state.rule_set;
+    if (standards & BSDL_STANDARD_BIT_1990)
+        rules = RULES_1990;
+    if (standards & BSDL_STANDARD_BIT_1994)
+        rules = RULES_1994;
+    if (standards & BSDL_STANDARD_BIT_2001)
+        rules = RULES_2001;
+    if (unfiltered & (BSDL_STANDARD_BIT_1532_2001 | BSDL_STANDARD_BIT_1532_2002))
+        rules = RULES_ISC;
+    else if (unfiltered & BSDL_STANDARD_BIT_1149_6_2003)
+        rules = RULES_AIO;
+    if (standards & BSDL_STANDARD_BIT_PRG_2001)
+        rules = RULES_PRG;
+    return rules;
+}
+
+enum : int { NO_TOKEN = -1 }; // what was matched is passed over
+
+static int finish(Reading *reading, const char *start, const char *end, int looked_ahead, int token)
+{
+    reading->token = start;
+    reading->token_length = static_cast<uint32_t>(end - start);
+    reading->token_line = reading->source_line;
+    reading->at = end;
+    if (reading->token_length >= TOKEN_SIZE) {
+        stop(reading, "token too large, exceeds YYLMAX");
+        return YYEOF;
+    }
+    if (end - 1 + looked_ahead >= reading->piece_end)
+        line_of_last_looked_at(reading, end - 1 + looked_ahead);
+    return token;
+}
+
+// End of input to the parser. The text at hand is empty then.
+static int finish_input(Reading *reading)
+{
+    reading->token = reading->at;
+    reading->token_length = 0;
+    reading->token_line = reading->source_line;
+    return YYEOF;
+}
+
+static const char *token_name(const Scan &scan)
+{
+    const Reading *reading = scan.reading;
+    return name_intern(&scan.bsdl->names, reading->token, reading->token_length,
+                       text_hash_padded(reading->token, reading->token_length));
+}
+
+static int finish_name(const Scan &scan, const char *start, const char *end, int token)
+{
+    token = finish(scan.reading, start, end, 1, token);
+    if (token != YYEOF)
+        scan.value->string = token_name(scan);
+    return token;
+}
+
+static int finish_text(const Scan &scan, const char *start, const char *end, int token)
+{
+    token = finish(scan.reading, start, end, 1, token);
+    if (token != YYEOF)
+        scan.value->string = model_text(scan.bsdl, {start, static_cast<size_t>(end - start)});
+    return token;
+}
+
+static int finish_integer(const Scan &scan, const char *start, const char *end, int token,
+                          size_t letters)
+{
+    scan.value->integer = integer_value(start + letters, end);
+    return finish(scan.reading, start, end, 1, token);
+}
+
+static int finish_real(const Scan &scan, const char *start, const char *end)
+{
+    if (end - start < static_cast<ptrdiff_t>(TOKEN_SIZE)) {
+        char number[TOKEN_SIZE];
+        auto length = static_cast<size_t>(end - start);
+        std::memcpy(number, start, length);
+        number[length] = '\0';
+        scan.value->real = std::strtod(number, nullptr);
+    }
+    return finish(scan.reading, start, end, 1, REAL);
+}
+
+// A word of the file in a message, with its end.
+static int length_of(const char *start, const char *end)
+{
+    return static_cast<int>(end - start < static_cast<ptrdiff_t>(TOKEN_SIZE) ? end - start
+                                                                             : TOKEN_SIZE - 1);
+}
+
+// A word that no keyword row takes in this rule set. With `strict` words that are no proper names are
+// dropped; without, they are names with a warning.
+static int improper_word(const Scan &scan, const char *start, const char *end, bool vhdl)
+{
+    int token = finish(scan.reading, start, end, 1, IDENTIFIER);
+    if (token == YYEOF)
+        return token;
+    int32_t level = scan.bsdl->strict ? BSDL_LEVEL_ERROR : BSDL_LEVEL_WARNING;
+    if (vhdl)
+        parse_message(scan.bsdl, level, 2, "vhdl-keyword", "VHDL keyword '%.*s' is not allowed!",
+                      length_of(start, end), start);
+    else
+        parse_message(scan.bsdl, level, 2, "illegal-identifier",
+                      "Illegal identifier '%.*s' on line %i", length_of(start, end), start,
+                      scan.reading->line);
+    if (scan.bsdl->strict)
+        return NO_TOKEN;
+    scan.value->string = token_name(scan);
+    return IDENTIFIER;
+}
+
+// ATTRIBUTE and, behind any blanks and line ends, the name of an attribute are one token, whatever
+// follows the name. NO_TOKEN with `*matched` false when there is no such token here.
+static int scan_attribute(const Scan &scan, const char *start, const char *behind, bool *matched)
+{
+    const char *name = behind;
+    while (start_class(*name) == BLANK || start_class(*name) == LINE_END)
+        name++;
+    const char *end = word_end(name);
+    auto length = static_cast<size_t>(end - name);
+    const Keyword *row = find_attribute(name, length, text_hash_padded(name, length));
+    if (!row && name != behind) {
+        row = find_attribute_start(name, length);
+        if (row)
+            end = name + std::strlen(row->word);
+    }
+    *matched = row && (row->rules & reader_state.rule_set) &&
+               !(row->not_in_package && scan.bsdl->scan_mode == SCAN_MODE_PACKAGE);
+    if (!*matched)
+        return NO_TOKEN;
+    int token = finish(scan.reading, start, end, 1, row->token);
+    count_line_ends(scan.reading, behind, name);
+    if (!row->obsolete || token == YYEOF)
+        return token;
+    parse_message(scan.bsdl, BSDL_LEVEL_WARNING, 2, "obsolete-attribute",
+                  "%s is VERY obsolete!", row->word);
+    return NO_TOKEN;
+}
+
+static bool is_all(const char *at)
+{
+    return equal_folded(at, "ALL", 3);
+}
+
+// In the PRG rule set some words end in a number, which is the token's value.
+static int scan_numbered_word(const Scan &scan, const char *start, const char *end)
+{
+    static constexpr struct {
+        const char *word;
+        size_t length;
+        int token;
+    } NUMBERED[] = {{"TAP", 3, TAPXXX}, {"PROGRAM_JCS", 11, JCSXX}, {"PROGRAM_ISC", 11, ISCXXXX}};
+    for (const auto &row : NUMBERED)
+        if (static_cast<size_t>(end - start) > row.length &&
+            equal_folded(start, row.word, row.length) && digits_end(start + row.length) == end)
+            return finish_integer(scan, start, end, row.token, row.length);
+    return NO_TOKEN;
+}
+
+static bool all_of(const char *start, const char *end, bool (*member)(char))
+{
+    while (start < end && member(*start))
+        start++;
+    return start == end;
+}
+
+static bool is_bin(char c)
+{
+    return c == '0' || c == '1';
+}
+
+static bool is_bin_x(char c)
+{
+    return is_bin(c) || c == 'X' || c == 'x';
+}
+
+// The rules that a scan mode adds for a run of letters and digits. NO_TOKEN: none takes it whole.
+static int scan_in_mode(const Scan &scan, const char *start, const char *end)
+{
+    switch (scan.bsdl->scan_mode) {
+    case SCAN_MODE_BIN_X:
+        return all_of(start, end, is_bin_x) ? finish_text(scan, start, end, BIN_X_PATTERN) : NO_TOKEN;
+    case SCAN_MODE_BIN:
+        return all_of(start, end, is_bin) ? finish_text(scan, start, end, BIN_PATTERN) : NO_TOKEN;
+    case SCAN_MODE_INTEGER:
+    case SCAN_MODE_SIGNED:
+        return all_of(start, end, is_digit) ? finish_integer(scan, start, end, INTEGER, 0) : NO_TOKEN;
+    case SCAN_MODE_HEX:
+        return all_of(start, end, is_hex_digit) ? finish_text(scan, start, end, HEX_PATTERN) : NO_TOKEN;
+    case SCAN_MODE_REAL: {
+        const char *number = real_end(start);
+        return number && number >= end ? finish_real(scan, start, number) : NO_TOKEN;
+    }
+    case SCAN_MODE_DATE:
+        if (end - start == 8 && all_of(start, end, is_digit) && *end == '.' &&
+            digits_end(end + 1) - end >= 5)
+            return finish_text(scan, start, end + 5, DATE_STRING);
+        return NO_TOKEN;
+    default:
+        return NO_TOKEN;
+    }
+}
+
+// A package name of a use statement may hold points.
+static const char *use_name_end(const char *at)
+{
+    while (in_word(*at) || *at == '.')
+        at++;
+    return at;
+}
+
+static int scan_word(const Scan &scan, const char *start)
+{
+    Bsdl *bsdl = scan.bsdl;
+    const char *end = word_end(start);
+    auto length = static_cast<size_t>(end - start);
+    uint64_t hash = text_hash_padded(start, length);
+    const Keyword *row = find_keyword(start, length, hash);
+
+    if (row && row->with_all && *end != '\n' && is_all(end + 1) &&
+        (bsdl->scan_mode != SCAN_MODE_USE || use_name_end(start) <= end + 4))
+        return finish_name(scan, start, end + 4, row->with_all);
+    if (bsdl->scan_mode == SCAN_MODE_USE && use_name_end(start) > end) {
+        bsdl->scan_mode = SCAN_MODE_INTEGER;
+        return finish_name(scan, start, use_name_end(start), USE_IDENT);
+    }
+    if (row && (row->rules & reader_state.rule_set)) {
+        if (row->token == ATTRIBUTE) {
+            bool matched;
+            int token = scan_attribute(scan, start, end, &matched);
+            if (matched)
+                return token;
+        }
+        int token = finish(scan.reading, start, end, 1, row->token);
+        if (row->with_all || row->token == Y_STD_PRG_2001)
+            scan.value->string = token_name(scan);
+        return token;
+    }
+    if (row && row->refused_in_1990 && reader_state.rule_set == RULES_1990) {
+        finish(scan.reading, start, end, 1, NO_TOKEN);
+        parse_message(bsdl, BSDL_LEVEL_WARNING, 2, "keyword-not-in-1990",
+                      "Keyword '%.*s' is not supported in BSDL90", length_of(start, end), start);
+        return NO_TOKEN;
+    }
+    if (length > 9 && equal_folded(start, "ATTRIBUTE", 9)) {
+        bool matched;
+        int token = scan_attribute(scan, start, start + 9, &matched);
+        if (matched)
+            return token;
+    }
+    if (reader_state.rule_set == RULES_PRG) {
+        int token = scan_numbered_word(scan, start, end);
+        if (token != NO_TOKEN)
+            return token;
+    }
+    if (row && row->vhdl)
+        return improper_word(scan, start, end, true);
+    int token = scan_in_mode(scan, start, end);
+    if (token != NO_TOKEN)
+        return token;
+    if (identifier_end(start) == end) {
+        token = finish(scan.reading, start, end, 1, IDENTIFIER);
+        if (token == IDENTIFIER)
+            scan.value->string = name_intern(&bsdl->names, start, length, hash);
+        return token;
+    }
+    if (bsdl->scan_mode == SCAN_MODE_USE) {
+        bsdl->scan_mode = SCAN_MODE_INTEGER;
+        return finish_name(scan, start, end, USE_IDENT);
+    }
+    return improper_word(scan, start, end, false);
+}
+
+static int scan_string(const Scan &scan, const char *start)
+{
+    Reading *reading = scan.reading;
+    const auto *close =
+        static_cast<const char *>(std::memchr(start + 1, '"', static_cast<size_t>(reading->end - start - 1)));
+    if (!close) {
+        if (reading->end - start >= TOKEN_SIZE) {
+            stop(reading, "input buffer overflow, can't enlarge buffer because scanner uses REJECT");
+            return YYEOF;
+        }
+        finish_input(reading);
+        parse_message(scan.bsdl, BSDL_LEVEL_WARNING, 2, "incomplete-string",
+                      "Incomplete quoted string on line %i", reading->line);
+        reading->at = reading->end;
+        return YYEOF;
+    }
+    const char *end = close + 1;
+    bool skipped = scan.bsdl->fast_read == 2;
+    int token = finish(reading, start, end, 0, skipped ? SKIP_QUOTED_STRING : QUOTED_STRING);
+    if (token == YYEOF)
+        return token;
+    count_line_ends(reading, start, end);
+    // "E" alone is taken for a string without a text.
+    bool empty = end - start == 3 && (start[1] == 'E' || start[1] == 'e');
+    // The text lies in a buffer of ours, where the pieces of a value are moved together.
+    if (empty)
+        scan.value->quoted = {nullptr, 0};
+    else
+        scan.value->quoted = {const_cast<char *>(start), static_cast<uint32_t>(end - start)};
+    return empty ? static_cast<int>(QUOTED_STRING) : token;
+}
+
+// A comment goes on over the pieces of a string, and into the file behind them, up to a line end.
+static int skip_comment(const Scan &scan, const char *start)
+{
+    Reading *reading = scan.reading;
+    const char *at = start;
+    size_t length = 0;
+    for (;;) {
+        const char *from = at;
+        while (at < reading->end && *at != '\n' && *at != '\r')
+            at++;
+        length += static_cast<size_t>(at - from);
+        if (at < reading->end || !reading->strings.active)
+            break;
+        scan_leave_strings(reading);
+        at = reading->at;
+    }
+    if (length >= TOKEN_SIZE - 1) {
+        stop(reading, "token too large, exceeds YYLMAX");
+        return YYEOF;
+    }
+    if (at < reading->end) {
+        count_line_end(reading, at);
+        at += at[0] == '\r' && at[1] == '\n' ? 2 : 1;
+    }
+    reading->at = at;
+    return NO_TOKEN;
+}
+
+// In the file a Control-Z with nothing behind it but its like, zeros and white space ends the text.
+static bool ends_as_text(const Reading *reading, const char *at)
+{
+    if (*at != '\x1A' || reading->strings.active)
+        return false;
+    while (at < reading->end && (*at == '\x1A' || *at == '\0' || start_class(*at) == BLANK ||
+                                 start_class(*at) == LINE_END))
+        at++;
+    return at == reading->end;
+}
+
+static int illegal_character(const Scan &scan, const char *at)
+{
+    Reading *reading = scan.reading;
+    bool strict = scan.bsdl->strict != 0;
+    finish(reading, at, at + 1, 0, NO_TOKEN);
+    if (strict)
+        parse_message(scan.bsdl, BSDL_LEVEL_ERROR, 2, "illegal-character",
+                      "Illegal character '%c' on line %i", *at, reading->line);
+    else if (*at)
+        parse_message(scan.bsdl, BSDL_LEVEL_WARNING, 2, "illegal-character",
+                      "Ignoring illegal character '%c' on line %i", *at, reading->line);
+    if (*at && !strict)
+        return NO_TOKEN;
+    return finish_input(reading);
+}
+
+static int punctuation(const Scan &scan, const char *start, size_t length, int token)
+{
+    // Only characters that something longer begins with come here, so one more is looked at.
+    return finish(scan.reading, start, start + length, length == 1, token);
+}
+
+static bool isc_signs()
+{
+    return (reader_state.rule_set & (RULES_ISC | RULES_PRG)) != 0;
+}
+
+// A sign belongs to the number where the mode says so.
+static int scan_sign(const Scan &scan, const char *start)
+{
+    int32_t mode = scan.bsdl->scan_mode;
+    if (mode == SCAN_MODE_SIGNED && is_digit(start[1]))
+        return finish_integer(scan, start, digits_end(start + 1), INTEGER, 0);
+    if (mode == SCAN_MODE_REAL)
+        if (const char *end = real_end(start))
+            return finish_real(scan, start, end);
+    if (isc_signs())
+        return punctuation(scan, start, 1, *start);
+    return illegal_character(scan, start);
+}
+
+static int scan_token_at(const Scan &scan, const char *at)
+{
+    bool isc = isc_signs();
+    switch (start_class(*at)) {
+    case LETTER:
+    case DIGIT:
+        return scan_word(scan, at);
+    case PUNCTUATION:
+        return finish(scan.reading, at, at + 1, 0, *at);
+    case QUOTES:
+        return scan_string(scan, at);
+    case MINUS:
+        if (at[1] == '-')
+            return skip_comment(scan, at);
+        return scan_sign(scan, at);
+    case PLUS:
+        return scan_sign(scan, at);
+    case DOT:
+        if (scan.bsdl->scan_mode == SCAN_MODE_REAL && is_digit(at[1]))
+            return finish_real(scan, at, real_end(at));
+        return punctuation(scan, at, 1, '.');
+    case COLON:
+        if (at[1] == '=')
+            return punctuation(scan, at, 2, COL_EQ);
+        if (at[1] == ':' && reader_state.rule_set == RULES_PRG)
+            return punctuation(scan, at, 2, D_COLON);
+        return punctuation(scan, at, 1, ':');
+    case LESS:
+        if (at[1] == '>')
+            return punctuation(scan, at, 2, BOX);
+        if (at[1] == '<' && isc)
+            return punctuation(scan, at, 2, SH_L);
+        return punctuation(scan, at, 1, '<');
+    case GREATER:
+        if (at[1] == '>' && isc)
+            return punctuation(scan, at, 2, SH_R);
+        return punctuation(scan, at, 1, '>');
+    case QUESTION:
+        if (!isc)
+            return illegal_character(scan, at);
+        return at[1] == '!' ? punctuation(scan, at, 2, IO_OP) : punctuation(scan, at, 1, '?');
+    case DOLLAR:
+        if (is_letter(at[1]))
+            return finish_name(scan, at, identifier_end(at + 1), VARIABLE);
+        return isc ? punctuation(scan, at, 1, '$') : illegal_character(scan, at);
+    case APOSTROPHE:
+        return finish(scan.reading, at, at + 1, 0, QUOTE);
+    case ISC_PUNCTUATION:
+        return isc ? finish(scan.reading, at, at + 1, 0, *at) : illegal_character(scan, at);
+    default:
+        return illegal_character(scan, at);
+    }
+}
+
+// Where part and file names stand they win over anything shorter.
+static int scan_part_or_file_name(const Scan &scan, const char *start)
+{
+    bool part = scan.bsdl->scan_mode == SCAN_MODE_PART_NAME;
+    const char *end = start;
+    while (CHARS.part_name[static_cast<unsigned char>(*end)] & (part ? 1 : 2))
+        end++;
+    const char *shorter = in_word(*start) && *start != '_' ? word_end(start) : start + 1;
+    if (shorter == start + 1 && (std::strncmp(start, "::", 2) == 0 || std::strncmp(start, ":=", 2) == 0 ||
+                                 std::strncmp(start, "<>", 2) == 0 || std::strncmp(start, "<<", 2) == 0 ||
+                                 std::strncmp(start, ">>", 2) == 0 || std::strncmp(start, "?!", 2) == 0))
+        shorter = start + 2;
+    if (*start == '$')
+        shorter = identifier_end(start + 1);
+    if (end <= shorter || std::strncmp(start, "--", 2) == 0)
+        return NO_TOKEN;
+    return part ? finish_name(scan, start, end, PART_NAME) : finish_text(scan, start, end, FILE_NAME);
+}
+
+int scan_token(BSDL_YYSTYPE *value, int32_t *line, Bsdl *bsdl)
+{
+    Reading *reading = bsdl->reading;
+    if (bsdl->arena.failed)
+        stop(reading, nullptr);
+    if (reading->stopped)
+        return YYEOF;
+    if (bsdl->standards != reading->standards || bsdl->standards_filter != reading->filter) {
+        reader_state.rule_set = pick_rule_set(bsdl);
+        reading->standards = bsdl->standards;
+        reading->filter = bsdl->standards_filter;
+    }
+    const Scan scan = {bsdl, reading, value};
+    const char *at = reading->at;
+    for (;;) {
+        switch (start_class(*at)) {
+        case BLANK:
+            at++;
+            continue;
+        case LINE_END:
+            count_line_end(reading, at);
+            at += at[0] == '\r' && at[1] == '\n' ? 2 : 1;
+            continue;
+        case ZERO:
+            if (at < reading->end)
+                break;
+            reading->at = at;
+            if (next_input(reading)) {
+                at = reading->at;
+                continue;
+            }
+            *line = reading->source_line;
+            return finish_input(reading);
+        case FATAL:
+            if (ends_as_text(reading, at)) {
+                // As at the end of a file, a line end closes the last token.
+                count_line_end(reading, at);
+                at = reading->end;
+                continue;
+            }
+            stop(reading, "non printable");
+            return YYEOF;
+        default:
+            break;
+        }
+        if (at >= reading->piece_end)
+            pass_pieces(reading, at);
+        int token = NO_TOKEN;
+        if (reader_state.rule_set == RULES_PRG && (bsdl->scan_mode == SCAN_MODE_PART_NAME ||
+                                                   bsdl->scan_mode == SCAN_MODE_FILE_NAME))
+            token = scan_part_or_file_name(scan, at);
+        if (token == NO_TOKEN)
+            token = scan_token_at(scan, at);
+        if (token != NO_TOKEN) {
+            *line = reading->token_line;
+            return token;
+        }
+        at = reading->at;
+    }
+}
+
+TokenText scan_token_text(const Bsdl *bsdl)
+{
+    return {bsdl->reading->token, static_cast<int>(bsdl->reading->token_length)};
+}
+
+int32_t scan_line(const Bsdl *bsdl)
+{
+    return bsdl->reading->line;
+}
+
+int32_t scan_source_line(const Bsdl *bsdl)
+{
+    return bsdl->reading ? bsdl->reading->token_line : 0;
+}
+
+const char *scan_file(const Bsdl *bsdl)
+{
+    return bsdl->reading ? current_file(bsdl->reading)->path : bsdl->file_name;
+}
+
+bool scan_stopped(const Bsdl *bsdl)
+{
+    return bsdl->reading->stopped;
+}
+
+const char *integer_text(Bsdl *bsdl, int32_t value)
+{
+    char digits[16];
+    std::snprintf(digits, sizeof digits, "%i", value);
+    return model_text(bsdl, digits);
+}
+
+const char *integer_name(Bsdl *bsdl, int32_t value)
+{
+    char digits[16];
+    std::snprintf(digits, sizeof digits, "%i", value);
+    return model_name(bsdl, digits);
+}
