@@ -4,7 +4,8 @@
 #include <cstdlib>
 #include <cstring>
 
-namespace {
+namespace
+{
 
 constexpr size_t LARGEST_BLOCK = size_t{1} << 20;
 // Two tokens of the greatest length and the records of the longest chain of reductions.
@@ -19,15 +20,9 @@ struct ArenaBlock {
     size_t size;
 };
 
-static char *block_start(ArenaBlock *block)
-{
-    return reinterpret_cast<char *>(block + 1);
-}
+static char *block_start(ArenaBlock *block) { return reinterpret_cast<char *>(block + 1); }
 
-void memory_fail_after(long requests)
-{
-    requests_left = requests;
-}
+void memory_fail_after(long requests) { requests_left = requests; }
 
 void *memory_request(size_t size)
 {
@@ -38,10 +33,7 @@ void *memory_request(size_t size)
     return std::calloc(1, size);
 }
 
-void memory_return(void *memory)
-{
-    std::free(memory);
-}
+void memory_return(void *memory) { std::free(memory); }
 
 static ArenaBlock *block_request(size_t size)
 {

@@ -3,8 +3,8 @@
 #include "frame/messages.h"
 #include "frame/model.h"
 
-// What the checks share. Each bsdl_check_* begins with check_begin(): 2 for a NULL handle, 3 for one
-// without data, else 0; messages then name the handle's file.
+// What the checks share. Each bsdl_check_* begins with check_begin(): 2 for a NULL handle, 3 for
+// one without data, else 0; messages then name the handle's file.
 int32_t check_begin(const Bsdl *bsdl);
 
 // A row of a driver's table.

@@ -4,7 +4,8 @@
 #include "frame/lookup.h"
 #include "frame/reader_state.h"
 
-namespace {
+namespace
+{
 
 // A general check. The drivers of the ISC and AIO checks have thresholds of their own.
 struct GeneralStep {

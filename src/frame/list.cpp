@@ -27,7 +27,8 @@ static void walk_over(ListWalk *walk, const void *head)
 {
     if (walk->head == head && walk->length)
         return;
-    *walk = ListWalk{.head = head, .link = static_cast<const GSList *>(head), .position = 0, .length = 0};
+    *walk = ListWalk{
+        .head = head, .link = static_cast<const GSList *>(head), .position = 0, .length = 0};
     for (const GSList *link = walk->link; link; link = link->next)
         walk->length++;
 }

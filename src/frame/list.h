@@ -17,7 +17,8 @@ List list_append(Arena *arena, List list, const void *data);
 List list_join(List front, List back);
 
 // Where an iteration over a list stands. The 32-bit cursor in the owner's record decides; the walk
-// remembers the link of that cursor and the length, so that going through a list of n takes n steps.
+// remembers the link of that cursor and the length, so that going through a list of n takes n
+// steps.
 struct ListWalk {
     const void *head;
     const GSList *link;
@@ -45,7 +46,4 @@ void *list_at(ListWalk *walk, const void *head, uint32_t cursor);
 const GSList *list_link_at(ListWalk *walk, const void *head, uint32_t cursor);
 
 // To be called by whoever changes a list that has been iterated.
-inline void list_changed(ListWalk *walk)
-{
-    *walk = ListWalk{};
-}
+inline void list_changed(ListWalk *walk) { *walk = ListWalk{}; }

@@ -2,7 +2,8 @@
 
 #include "frame/model.h"
 
-namespace {
+namespace
+{
 
 constexpr size_t FIRST_BLOCK = size_t{16} << 10;
 

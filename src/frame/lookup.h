@@ -14,20 +14,20 @@ struct RegisterEntry;
 // changes. They give what a walk over the list gives: the first match, letters folded the same way.
 struct Lookups {
     Arena arena;
-    Index pins;          // port_key -> position in pin_table
+    Index pins; // port_key -> position in pin_table
     PinEntry **pin_table;
-    Index port_names;    // fold -> position in port_name_table
+    Index port_names; // fold -> position in port_name_table
     PinSpec **port_name_table;
-    Index instructions;  // fold -> position in instruction_table
+    Index instructions; // fold -> position in instruction_table
     InstructionEntry **instruction_table;
-    Index registers;     // fold -> position in register_table
+    Index registers; // fold -> position in register_table
     RegisterEntry **register_table;
-    Index cell_numbers;  // cell_number -> position in cell_table
-    Index cell_ports;    // port_key -> position in cell_table
-    Index cell_bits;     // port_bit_key -> position in cell_table
+    Index cell_numbers; // cell_number -> position in cell_table
+    Index cell_ports;   // port_key -> position in cell_table
+    Index cell_bits;    // port_bit_key -> position in cell_table
     CellEntry **cell_table;
     uint32_t cell_count;
-    Index cell_descs;    // fold -> position in cell_desc_table
+    Index cell_descs; // fold -> position in cell_desc_table
     CellDesc **cell_desc_table;
     Index group_members; // port_key of both members of each twin group
 };

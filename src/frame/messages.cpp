@@ -7,7 +7,8 @@
 #include <cstdarg>
 #include <cstdio>
 
-namespace {
+namespace
+{
 
 constexpr size_t LONGEST_TEXT = 10000;
 
@@ -20,7 +21,8 @@ bool message_wanted(uint32_t verbosity)
 }
 
 // The one way out. A longer text is cut at LONGEST_TEXT characters.
-static void send(int32_t level, uint32_t verbosity, const Rule &rule, const char *format, va_list arguments)
+static void send(int32_t level, uint32_t verbosity, const Rule &rule, const char *format,
+                 va_list arguments)
 {
     if (!format || !message_wanted(verbosity))
         return;
@@ -127,17 +129,8 @@ void parse_message(Bsdl *bsdl, int32_t level, uint32_t verbosity, const char *ru
     va_end(arguments);
 }
 
-int32_t bsdlMessageLine(void)
-{
-    return reader_state.message_line;
-}
+int32_t bsdlMessageLine(void) { return reader_state.message_line; }
 
-const char *bsdlMessageFile(void)
-{
-    return reader_state.message_file;
-}
+const char *bsdlMessageFile(void) { return reader_state.message_file; }
 
-const char *bsdlMessageRule(void)
-{
-    return reader_state.message_rule;
-}
+const char *bsdlMessageRule(void) { return reader_state.message_rule; }

@@ -23,8 +23,8 @@ struct Reading;
 struct RunbistSpec;
 struct ScanPorts;
 
-// The contents of one BSDL description. Lists are in file order; the records under them stand in the
-// headers of their families.
+// The contents of one BSDL description. Lists are in file order; the records under them stand in
+// the headers of their families.
 struct BsdlData {
     const char *component_name; // a PPC/PRG file: the design's name
     GSList *logical_ports;      // PinSpec
@@ -109,10 +109,7 @@ struct Bsdl {
     char *kept_texts; // what outlives freeBsdl, in one block
 };
 
-template <class T> T *model_new(Bsdl *bsdl)
-{
-    return arena_new<T>(&bsdl->arena);
-}
+template <class T> T *model_new(Bsdl *bsdl) { return arena_new<T>(&bsdl->arena); }
 
 inline const char *model_text(Bsdl *bsdl, std::string_view text)
 {
@@ -124,10 +121,7 @@ inline const char *model_name(Bsdl *bsdl, std::string_view name)
     return name_intern(&bsdl->names, name);
 }
 
-inline List model_list(Bsdl *bsdl, const void *data)
-{
-    return list_start(&bsdl->arena, data);
-}
+inline List model_list(Bsdl *bsdl, const void *data) { return list_start(&bsdl->arena, data); }
 
 inline List model_append(Bsdl *bsdl, List list, const void *data)
 {

@@ -2,17 +2,15 @@
 
 #include <cstring>
 
-namespace {
+namespace
+{
 
 constexpr uint64_t ADDRESS_BITS = (uint64_t{1} << 48) - 1;
 constexpr uint32_t FIRST_SLOTS = 1024;
 
 } // namespace
 
-static char fold(char c)
-{
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-}
+static char fold(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
 
 bool equal_folded(const char *a, const char *b, size_t length)
 {
@@ -66,8 +64,8 @@ static void names_grow(NameTable *names)
 
 static const char *name_store(NameTable *names, const char *text, size_t length, uint32_t fold)
 {
-    auto *stored =
-        static_cast<char *>(arena_alloc(names->arena, sizeof(uint32_t) + length + 1)) + sizeof(uint32_t);
+    auto *stored = static_cast<char *>(arena_alloc(names->arena, sizeof(uint32_t) + length + 1)) +
+                   sizeof(uint32_t);
     reinterpret_cast<uint32_t *>(stored)[-1] = fold;
     std::memcpy(stored, text, length);
     return stored;
@@ -125,7 +123,8 @@ const char *name_upper(NameTable *names, const char *name)
                       : static_cast<char *>(arena_alloc(names->arena, length + 1));
     bool changed = false;
     for (size_t i = 0; i < length; i++) {
-        upper[i] = name[i] >= 'a' && name[i] <= 'z' ? static_cast<char>(name[i] - ('a' - 'A')) : name[i];
+        upper[i] =
+            name[i] >= 'a' && name[i] <= 'z' ? static_cast<char>(name[i] - ('a' - 'A')) : name[i];
         changed |= upper[i] != name[i];
     }
     return changed ? name_intern(names, {upper, length}) : name;

@@ -7,9 +7,9 @@
 #include <type_traits>
 
 // Every identifier of a reading (ports, pins, cells, instructions, registers, packages, ...) is
-// stored once, in the case of its first writing, and handed out as a pointer to its text. Names that
-// differ in case alone share one fold number, so comparing names and indexing by name never looks at
-// characters again. Patterns, paths and free texts are not names.
+// stored once, in the case of its first writing, and handed out as a pointer to its text. Names
+// that differ in case alone share one fold number, so comparing names and indexing by name never
+// looks at characters again. Patterns, paths and free texts are not names.
 struct NameTable {
     Arena *arena = nullptr;
     uint64_t *slots = nullptr; // high 16 bits: part of the hash; low 48 bits: address of the text
@@ -60,7 +60,7 @@ inline uint64_t text_hash_padded(const char *text, size_t length)
     for (; length >= 8; text += 8, length -= 8)
         hash = hash_step(hash, load_word(text, 8));
     if (length)
-        hash = hash_step(hash, load_word(text, 8) & (uint64_t{1} << 8 * length) - 1);
+        hash = hash_step(hash, load_word(text, 8) & ((uint64_t{1} << 8 * length) - 1));
     return hash ^ hash >> 17;
 }
 
@@ -87,10 +87,7 @@ inline uint32_t name_fold(const char *name)
     return name ? reinterpret_cast<const uint32_t *>(name)[-1] : 0;
 }
 
-inline bool same_name(const char *a, const char *b)
-{
-    return name_fold(a) == name_fold(b);
-}
+inline bool same_name(const char *a, const char *b) { return name_fold(a) == name_fold(b); }
 
 // For texts that are no names: comparison by characters, ASCII letters folded. Two NULLs are equal.
 bool same_text(const char *a, const char *b);

@@ -14,7 +14,8 @@
 
 #include <cstring>
 
-namespace {
+namespace
+{
 
 constexpr size_t FIRST_BLOCK = size_t{64} << 10;
 
@@ -188,12 +189,10 @@ void bsdlRelease(Bsdl *h)
     discard(h);
 }
 
-int32_t bsdlGetNumErrors(Bsdl *h)
-{
-    return h ? h->error_count : -1;
-}
+int32_t bsdlGetNumErrors(Bsdl *h) { return h ? h->error_count : -1; }
 
-// ------------------------------------------------------------------------ actions of the whole file
+// ------------------------------------------------------------------------ actions of the whole
+// file
 
 void description_read(Bsdl *bsdl)
 {

@@ -23,8 +23,8 @@ struct ReaderState {
     // The file of the reading or check at hand, for messages without a file of their own.
     const char *file;
 
-    // The built-in table of mixed-signal devices: row sought once for the process (-2 not yet, -1 no
-    // row) and the two iterations over it.
+    // The built-in table of mixed-signal devices: row sought once for the process (-2 not yet, -1
+    // no row) and the two iterations over it.
     int32_t d4_device;
     uint32_t d4_abm_cursor;
     uint32_t d4_partition_cursor;

@@ -5,7 +5,8 @@
 #include <cstddef>
 #include <cstdio>
 
-namespace {
+namespace
+{
 
 // Longer than any token, so that no name is cut short of where the message itself is.
 constexpr size_t PORT_TEXT_SIZE = 16384 + 16;
@@ -46,50 +47,23 @@ constexpr Words<13> EBST_TYPES = {
 
 } // namespace
 
-const char *cell_function_name(int32_t code)
-{
-    return CELL_FUNCTIONS[code];
-}
+const char *cell_function_name(int32_t code) { return CELL_FUNCTIONS[code]; }
 
-const char *capture_instruction_name(int32_t code)
-{
-    return CAPTURE_INSTRUCTIONS[code];
-}
+const char *capture_instruction_name(int32_t code) { return CAPTURE_INSTRUCTIONS[code]; }
 
-const char *instruction_class_name(int32_t code)
-{
-    return INSTRUCTION_CLASSES[code];
-}
+const char *instruction_class_name(int32_t code) { return INSTRUCTION_CLASSES[code]; }
 
-const char *capture_source_name(int32_t code)
-{
-    return CAPTURE_SOURCES[code];
-}
+const char *capture_source_name(int32_t code) { return CAPTURE_SOURCES[code]; }
 
-const char *safe_bit_name(int32_t code)
-{
-    return SAFE_BITS[code];
-}
+const char *safe_bit_name(int32_t code) { return SAFE_BITS[code]; }
 
-const char *disable_result_name(int32_t code)
-{
-    return DISABLE_RESULTS[code];
-}
+const char *disable_result_name(int32_t code) { return DISABLE_RESULTS[code]; }
 
-const char *disable_value_name(int32_t code)
-{
-    return DISABLE_VALUES[code];
-}
+const char *disable_value_name(int32_t code) { return DISABLE_VALUES[code]; }
 
-const char *port_type_name(int32_t code)
-{
-    return PIN_TYPES[code];
-}
+const char *port_type_name(int32_t code) { return PIN_TYPES[code]; }
 
-const char *ebst_type_name(int32_t code)
-{
-    return EBST_TYPES[code];
-}
+const char *ebst_type_name(int32_t code) { return EBST_TYPES[code]; }
 
 static const char *with_subscript(const char *format, const char *name, int32_t subscript)
 {

@@ -9,7 +9,8 @@
 
 // What the scanner reads: files, and the strings of an attribute read again as tokens.
 
-namespace {
+namespace
+{
 
 constexpr size_t PADDING = 16;
 constexpr uint32_t FIRST_PIECES = 64;
@@ -94,7 +95,8 @@ void drop_unread_strings(Bsdl *bsdl)
 const char *join_strings(Bsdl *bsdl)
 {
     const StringStore *strings = &bsdl->reading->strings;
-    size_t length = strings->count ? strings->pieces[strings->count - 1].end + strings->count - 1 : 0;
+    size_t length =
+        strings->count ? strings->pieces[strings->count - 1].end + strings->count - 1 : 0;
     auto *text = static_cast<char *>(arena_try(&bsdl->arena, length + 1, 1));
     if (!text)
         return "";
@@ -177,10 +179,7 @@ void reading_end(Reading *reading)
     *reading = Reading{};
 }
 
-int include_depth(const Bsdl *bsdl)
-{
-    return bsdl->reading->depth;
-}
+int include_depth(const Bsdl *bsdl) { return bsdl->reading->depth; }
 
 bool include_file(Bsdl *bsdl, const char *path)
 {

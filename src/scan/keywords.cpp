@@ -6,7 +6,8 @@
 #include <cstring>
 #include <iterator>
 
-namespace {
+namespace
+{
 
 // clang-format off
 constexpr Keyword KEYWORDS[] = {

@@ -19,9 +19,9 @@ void report_expected(Bsdl *bsdl, const ExpectedSymbols *expected)
     size_t used = 11;
     if (expected->count <= ExpectedSymbols::MOST)
         for (int i = 0; i < expected->count; i++)
-            used += static_cast<size_t>(std::snprintf(text + used, sizeof text - used, "%s`%s'",
-                                                      i ? " or " : ", expecting ",
-                                                      expected->names[i]));
+            used +=
+                static_cast<size_t>(std::snprintf(text + used, sizeof text - used, "%s`%s'",
+                                                  i ? " or " : ", expecting ", expected->names[i]));
     report_syntax_error(bsdl, text);
 }
 

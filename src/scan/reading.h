@@ -13,8 +13,8 @@ struct InputFile {
     const char *path;
 };
 
-// A piece of an attribute's value. The pieces lie one behind the other where the first of them stood
-// in the file: what was between them is not needed any more.
+// A piece of an attribute's value. The pieces lie one behind the other where the first of them
+// stood in the file: what was between them is not needed any more.
 struct StringPiece {
     uint32_t end;        // offset of its end from the first piece's begin
     int32_t line;        // on which the piece ended, as messages count
@@ -26,9 +26,9 @@ struct StringStore {
     StringPiece *pieces;
     uint32_t count;
     uint32_t capacity;
-    uint32_t current; // the piece being read
-    bool active;      // the scanner reads here and not from the file
-    int32_t line_behind;        // the line to go back to
+    uint32_t current;    // the piece being read
+    bool active;         // the scanner reads here and not from the file
+    int32_t line_behind; // the line to go back to
     int32_t source_line_behind;
 };
 

@@ -10,13 +10,14 @@
 #include <cstdlib>
 #include <cstring>
 
-// The scanner takes the longest text that a rule of the rule set in force matches; where rules match
-// the same text, the order is: keywords, VHDL words, punctuation, strings, numbers and patterns of
-// the scan mode, variables, names, package names, illegal names, part and file names. A rule that
-// the mode rules out leaves its text to the next, so one place here has to know which rules can
-// match longer than the run of letters, digits and underscores that most tokens are.
+// The scanner takes the longest text that a rule of the rule set in force matches; where rules
+// match the same text, the order is: keywords, VHDL words, punctuation, strings, numbers and
+// patterns of the scan mode, variables, names, package names, illegal names, part and file names. A
+// rule that the mode rules out leaves its text to the next, so one place here has to know which
+// rules can match longer than the run of letters, digits and underscores that most tokens are.
 
-namespace {
+namespace
+{
 
 constexpr uint32_t TOKEN_SIZE = 16384; // a token has to be shorter
 
@@ -85,8 +86,8 @@ struct CharTables {
         for (int c = 0; c < 128; c++)
             if (word[c])
                 part_name[c] |= 2;
-        for (char c : {'!', '#', '$', '%', '&', '(', ')', '*', '+', ',', '-', '.', '/', ':', '<', '>',
-                       '?', '@', '[', '\\', ']', '{', '}'})
+        for (char c : {'!', '#', '$', '%', '&', '(', ')', '*',  '+', ',', '-', '.',
+                       '/', ':', '<', '>', '?', '@', '[', '\\', ']', '{', '}'})
             part_name[static_cast<int>(c)] |= 2;
     }
 };
@@ -94,7 +95,8 @@ struct CharTables {
 constexpr CharTables CHARS;
 
 // Above every address, so that one comparison tells whether the end of a string piece was passed.
-const char *const NO_PIECE = reinterpret_cast<const char *>(UINTPTR_MAX); // NOLINT(performance-no-int-to-ptr)
+const char *const NO_PIECE =
+    reinterpret_cast<const char *>(UINTPTR_MAX); // NOLINT(performance-no-int-to-ptr)
 
 struct Scan {
     Bsdl *bsdl;
@@ -104,30 +106,18 @@ struct Scan {
 
 } // namespace
 
-static uint8_t start_class(char c)
-{
-    return CHARS.start[static_cast<unsigned char>(c)];
-}
+static uint8_t start_class(char c) { return CHARS.start[static_cast<unsigned char>(c)]; }
 
-static bool in_word(char c)
-{
-    return CHARS.word[static_cast<unsigned char>(c)] != 0;
-}
+static bool in_word(char c) { return CHARS.word[static_cast<unsigned char>(c)] != 0; }
 
-static bool is_digit(char c)
-{
-    return c >= '0' && c <= '9';
-}
+static bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
 static bool is_hex_digit(char c)
 {
     return is_digit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
 }
 
-static bool is_letter(char c)
-{
-    return start_class(c) == LETTER;
-}
+static bool is_letter(char c) { return start_class(c) == LETTER; }
 
 static const char *word_end(const char *at)
 {
@@ -156,7 +146,8 @@ static const char *identifier_end(const char *at)
     }
 }
 
-// Digits with at most one point, which needs a digit behind it, and an exponent. NULL for no number.
+// Digits with at most one point, which needs a digit behind it, and an exponent. NULL for no
+// number.
 static const char *real_end(const char *at)
 {
     if (*at == '+' || *at == '-')
@@ -190,10 +181,7 @@ static int32_t integer_value(const char *at, const char *end)
 
 // -------------------------------------------------------------------------------- input and lines
 
-static InputFile *current_file(Reading *reading)
-{
-    return &reading->files[reading->depth];
-}
+static InputFile *current_file(Reading *reading) { return &reading->files[reading->depth]; }
 
 void scan_enter_piece(Reading *reading)
 {
@@ -226,10 +214,7 @@ void scan_leave_strings(Reading *reading)
     reading->end = current_file(reading)->end;
 }
 
-void scan_no_piece(Reading *reading)
-{
-    reading->piece_end = NO_PIECE;
-}
+void scan_no_piece(Reading *reading) { reading->piece_end = NO_PIECE; }
 
 // The line count is that of the last character looked at. A token that is known to be over only by
 // the character behind it may thus name the line of the next piece, or that of the file.
@@ -384,8 +369,8 @@ static int length_of(const char *start, const char *end)
                                                                              : TOKEN_SIZE - 1);
 }
 
-// A word that no keyword row takes in this rule set. With `strict` words that are no proper names are
-// dropped; without, they are names with a warning.
+// A word that no keyword row takes in this rule set. With `strict` words that are no proper names
+// are dropped; without, they are names with a warning.
 static int improper_word(const Scan &scan, const char *start, const char *end, bool vhdl)
 {
     int token = finish(scan.reading, start, end, 1, IDENTIFIER);
@@ -428,15 +413,12 @@ static int scan_attribute(const Scan &scan, const char *start, const char *behin
     count_line_ends(scan.reading, behind, name);
     if (!row->obsolete || token == YYEOF)
         return token;
-    parse_message(scan.bsdl, BSDL_LEVEL_WARNING, 2, "obsolete-attribute",
-                  "%s is VERY obsolete!", row->word);
+    parse_message(scan.bsdl, BSDL_LEVEL_WARNING, 2, "obsolete-attribute", "%s is VERY obsolete!",
+                  row->word);
     return NO_TOKEN;
 }
 
-static bool is_all(const char *at)
-{
-    return equal_folded(at, "ALL", 3);
-}
+static bool is_all(const char *at) { return equal_folded(at, "ALL", 3); }
 
 // In the PRG rule set some words end in a number, which is the token's value.
 static int scan_numbered_word(const Scan &scan, const char *start, const char *end)
@@ -460,29 +442,26 @@ static bool all_of(const char *start, const char *end, bool (*member)(char))
     return start == end;
 }
 
-static bool is_bin(char c)
-{
-    return c == '0' || c == '1';
-}
+static bool is_bin(char c) { return c == '0' || c == '1'; }
 
-static bool is_bin_x(char c)
-{
-    return is_bin(c) || c == 'X' || c == 'x';
-}
+static bool is_bin_x(char c) { return is_bin(c) || c == 'X' || c == 'x'; }
 
 // The rules that a scan mode adds for a run of letters and digits. NO_TOKEN: none takes it whole.
 static int scan_in_mode(const Scan &scan, const char *start, const char *end)
 {
     switch (scan.bsdl->scan_mode) {
     case SCAN_MODE_BIN_X:
-        return all_of(start, end, is_bin_x) ? finish_text(scan, start, end, BIN_X_PATTERN) : NO_TOKEN;
+        return all_of(start, end, is_bin_x) ? finish_text(scan, start, end, BIN_X_PATTERN)
+                                            : NO_TOKEN;
     case SCAN_MODE_BIN:
         return all_of(start, end, is_bin) ? finish_text(scan, start, end, BIN_PATTERN) : NO_TOKEN;
     case SCAN_MODE_INTEGER:
     case SCAN_MODE_SIGNED:
-        return all_of(start, end, is_digit) ? finish_integer(scan, start, end, INTEGER, 0) : NO_TOKEN;
+        return all_of(start, end, is_digit) ? finish_integer(scan, start, end, INTEGER, 0)
+                                            : NO_TOKEN;
     case SCAN_MODE_HEX:
-        return all_of(start, end, is_hex_digit) ? finish_text(scan, start, end, HEX_PATTERN) : NO_TOKEN;
+        return all_of(start, end, is_hex_digit) ? finish_text(scan, start, end, HEX_PATTERN)
+                                                : NO_TOKEN;
     case SCAN_MODE_REAL: {
         const char *number = real_end(start);
         return number && number >= end ? finish_real(scan, start, number) : NO_TOKEN;
@@ -570,11 +549,12 @@ static int scan_word(const Scan &scan, const char *start)
 static int scan_string(const Scan &scan, const char *start)
 {
     Reading *reading = scan.reading;
-    const auto *close =
-        static_cast<const char *>(std::memchr(start + 1, '"', static_cast<size_t>(reading->end - start - 1)));
+    const auto *close = static_cast<const char *>(
+        std::memchr(start + 1, '"', static_cast<size_t>(reading->end - start - 1)));
     if (!close) {
         if (reading->end - start >= TOKEN_SIZE) {
-            stop(reading, "input buffer overflow, can't enlarge buffer because scanner uses REJECT");
+            stop(reading,
+                 "input buffer overflow, can't enlarge buffer because scanner uses REJECT");
             return YYEOF;
         }
         finish_input(reading);
@@ -660,10 +640,7 @@ static int punctuation(const Scan &scan, const char *start, size_t length, int t
     return finish(scan.reading, start, start + length, length == 1, token);
 }
 
-static bool isc_signs()
-{
-    return (reader_state.rule_set & (RULES_ISC | RULES_PRG)) != 0;
-}
+static bool isc_signs() { return (reader_state.rule_set & (RULES_ISC | RULES_PRG)) != 0; }
 
 // A sign belongs to the number where the mode says so.
 static int scan_sign(const Scan &scan, const char *start)
@@ -741,15 +718,17 @@ static int scan_part_or_file_name(const Scan &scan, const char *start)
     while (CHARS.part_name[static_cast<unsigned char>(*end)] & (part ? 1 : 2))
         end++;
     const char *shorter = in_word(*start) && *start != '_' ? word_end(start) : start + 1;
-    if (shorter == start + 1 && (std::strncmp(start, "::", 2) == 0 || std::strncmp(start, ":=", 2) == 0 ||
-                                 std::strncmp(start, "<>", 2) == 0 || std::strncmp(start, "<<", 2) == 0 ||
-                                 std::strncmp(start, ">>", 2) == 0 || std::strncmp(start, "?!", 2) == 0))
+    if (shorter == start + 1 &&
+        (std::strncmp(start, "::", 2) == 0 || std::strncmp(start, ":=", 2) == 0 ||
+         std::strncmp(start, "<>", 2) == 0 || std::strncmp(start, "<<", 2) == 0 ||
+         std::strncmp(start, ">>", 2) == 0 || std::strncmp(start, "?!", 2) == 0))
         shorter = start + 2;
     if (*start == '$')
         shorter = identifier_end(start + 1);
     if (end <= shorter || std::strncmp(start, "--", 2) == 0)
         return NO_TOKEN;
-    return part ? finish_name(scan, start, end, PART_NAME) : finish_text(scan, start, end, FILE_NAME);
+    return part ? finish_name(scan, start, end, PART_NAME)
+                : finish_text(scan, start, end, FILE_NAME);
 }
 
 int scan_token(BSDL_YYSTYPE *value, int32_t *line, Bsdl *bsdl)
@@ -800,8 +779,8 @@ int scan_token(BSDL_YYSTYPE *value, int32_t *line, Bsdl *bsdl)
         if (at >= reading->piece_end)
             pass_pieces(reading, at);
         int token = NO_TOKEN;
-        if (reader_state.rule_set == RULES_PRG && (bsdl->scan_mode == SCAN_MODE_PART_NAME ||
-                                                   bsdl->scan_mode == SCAN_MODE_FILE_NAME))
+        if (reader_state.rule_set == RULES_PRG &&
+            (bsdl->scan_mode == SCAN_MODE_PART_NAME || bsdl->scan_mode == SCAN_MODE_FILE_NAME))
             token = scan_part_or_file_name(scan, at);
         if (token == NO_TOKEN)
             token = scan_token_at(scan, at);
@@ -818,25 +797,16 @@ TokenText scan_token_text(const Bsdl *bsdl)
     return {bsdl->reading->token, static_cast<int>(bsdl->reading->token_length)};
 }
 
-int32_t scan_line(const Bsdl *bsdl)
-{
-    return bsdl->reading->line;
-}
+int32_t scan_line(const Bsdl *bsdl) { return bsdl->reading->line; }
 
-int32_t scan_source_line(const Bsdl *bsdl)
-{
-    return bsdl->reading ? bsdl->reading->token_line : 0;
-}
+int32_t scan_source_line(const Bsdl *bsdl) { return bsdl->reading ? bsdl->reading->token_line : 0; }
 
 const char *scan_file(const Bsdl *bsdl)
 {
     return bsdl->reading ? current_file(bsdl->reading)->path : bsdl->file_name;
 }
 
-bool scan_stopped(const Bsdl *bsdl)
-{
-    return bsdl->reading->stopped;
-}
+bool scan_stopped(const Bsdl *bsdl) { return bsdl->reading->stopped; }
 
 const char *integer_text(Bsdl *bsdl, int32_t value)
 {
