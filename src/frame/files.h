@@ -1,16 +1,22 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdio>
 
-// The one way to open a file for reading, in binary: line ends are the scanner's business. A
-// directory is not openable. A path that cannot be opened as it stands is tried once more with its
-// backslashes turned into the system's own separator. NULL on failure.
-std::FILE *open_to_read(const char *path);
-
-// Whether open_to_read() would succeed.
-bool can_open(const char *path);
-
-// What stands between folders in the paths that the library forms.
+// Paths and opens: the one place that knows the separator of the system. Templates of paths use
+// PATH_SEPARATOR. A path that a caller or a description wrote with backslashes is tried as it
+// stands, then with this system's separator in their place.
 constexpr char PATH_SEPARATOR = '/';
-// Any character that ends the folder part of a path, whatever system it was written for.
+constexpr size_t LONGEST_PATH = 4096;
+
+// Whether a character parts a path in any of the forms in which hosts hand them in.
 bool is_path_separator(char c);
+
+// NULL for what cannot be opened and for a directory.
+FILE *open_to_read(const char *path);
+
+// Whether open_to_read() would open the file; `found` receives the form of the path that did.
+bool find_to_read(const char *path, char (&found)[LONGEST_PATH]);
+
+// The absolute form without "." and "..". A path that cannot be made absolute stays as it is.
+void absolute_path(const char *path, char (&absolute)[LONGEST_PATH]);
