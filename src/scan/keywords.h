@@ -18,15 +18,19 @@ enum RuleSet : uint32_t {
     RULES_ALL = 0x7F,
 };
 
+enum KeywordFlag : uint32_t {
+    VHDL_WORD = 0x1,       // where it is no keyword: a name, with a warning
+    REFUSED_IN_1990 = 0x2, // dropped there, with a warning
+    NOT_IN_PACKAGE = 0x4,  // no keyword while a package's declarations are read
+    OBSOLETE = 0x8,        // dropped, with a warning
+};
+
 struct Keyword {
     const char *word; // in capitals
     int token;        // in the rule sets named; 0: none
     uint32_t rules;
-    int with_all = 0;             // the token of the word, any one character and ALL, everywhere
-    bool vhdl = false;            // a VHDL word where it is no keyword: a name, with a warning
-    bool refused_in_1990 = false; // dropped there, with a warning
-    bool not_in_package = false;  // not while a package's declarations are read
-    bool obsolete = false;        // dropped, with a warning
+    uint32_t flags = 0;
+    int with_all = 0; // in every rule set, the token of the word, any one character and ALL
 };
 
 // The row of a word, in any case; NULL when it is none. `hash` is its text_hash().

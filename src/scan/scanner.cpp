@@ -304,7 +304,7 @@ static int finish(Reading *reading, const char *start, const char *end, int look
     reading->at = end;
     if (reading->token_length >= TOKEN_SIZE) {
         stop(reading, "token too large, exceeds YYLMAX");
-        return YYEOF;
+        return BSDL_YYEOF;
     }
     if (end - 1 + looked_ahead >= reading->piece_end)
         line_of_last_looked_at(reading, end - 1 + looked_ahead);
@@ -317,7 +317,7 @@ static int finish_input(Reading *reading)
     reading->token = reading->at;
     reading->token_length = 0;
     reading->token_line = reading->source_line;
-    return YYEOF;
+    return BSDL_YYEOF;
 }
 
 static const char *token_name(const Scan &scan)
@@ -330,7 +330,7 @@ static const char *token_name(const Scan &scan)
 static int finish_name(const Scan &scan, const char *start, const char *end, int token)
 {
     token = finish(scan.reading, start, end, 1, token);
-    if (token != YYEOF)
+    if (token != BSDL_YYEOF)
         scan.value->string = token_name(scan);
     return token;
 }
@@ -338,7 +338,7 @@ static int finish_name(const Scan &scan, const char *start, const char *end, int
 static int finish_text(const Scan &scan, const char *start, const char *end, int token)
 {
     token = finish(scan.reading, start, end, 1, token);
-    if (token != YYEOF)
+    if (token != BSDL_YYEOF)
         scan.value->string = model_text(scan.bsdl, {start, static_cast<size_t>(end - start)});
     return token;
 }
@@ -374,7 +374,7 @@ static int length_of(const char *start, const char *end)
 static int improper_word(const Scan &scan, const char *start, const char *end, bool vhdl)
 {
     int token = finish(scan.reading, start, end, 1, IDENTIFIER);
-    if (token == YYEOF)
+    if (token == BSDL_YYEOF)
         return token;
     int32_t level = scan.bsdl->strict ? BSDL_LEVEL_ERROR : BSDL_LEVEL_WARNING;
     if (vhdl)
@@ -406,12 +406,12 @@ static int scan_attribute(const Scan &scan, const char *start, const char *behin
             end = name + std::strlen(row->word);
     }
     *matched = row && (row->rules & reader_state.rule_set) &&
-               !(row->not_in_package && scan.bsdl->scan_mode == SCAN_MODE_PACKAGE);
+               !((row->flags & NOT_IN_PACKAGE) && scan.bsdl->scan_mode == SCAN_MODE_PACKAGE);
     if (!*matched)
         return NO_TOKEN;
     int token = finish(scan.reading, start, end, 1, row->token);
     count_line_ends(scan.reading, behind, name);
-    if (!row->obsolete || token == YYEOF)
+    if (!(row->flags & OBSOLETE) || token == BSDL_YYEOF)
         return token;
     parse_message(scan.bsdl, BSDL_LEVEL_WARNING, 2, "obsolete-attribute", "%s is VERY obsolete!",
                   row->word);
@@ -511,7 +511,7 @@ static int scan_word(const Scan &scan, const char *start)
             scan.value->string = token_name(scan);
         return token;
     }
-    if (row && row->refused_in_1990 && reader_state.rule_set == RULES_1990) {
+    if (row && (row->flags & REFUSED_IN_1990) && reader_state.rule_set == RULES_1990) {
         finish(scan.reading, start, end, 1, NO_TOKEN);
         parse_message(bsdl, BSDL_LEVEL_WARNING, 2, "keyword-not-in-1990",
                       "Keyword '%.*s' is not supported in BSDL90", length_of(start, end), start);
@@ -528,7 +528,7 @@ static int scan_word(const Scan &scan, const char *start)
         if (token != NO_TOKEN)
             return token;
     }
-    if (row && row->vhdl)
+    if (row && (row->flags & VHDL_WORD))
         return improper_word(scan, start, end, true);
     int token = scan_in_mode(scan, start, end);
     if (token != NO_TOKEN)
@@ -555,18 +555,18 @@ static int scan_string(const Scan &scan, const char *start)
         if (reading->end - start >= TOKEN_SIZE) {
             stop(reading,
                  "input buffer overflow, can't enlarge buffer because scanner uses REJECT");
-            return YYEOF;
+            return BSDL_YYEOF;
         }
         finish_input(reading);
         parse_message(scan.bsdl, BSDL_LEVEL_WARNING, 2, "incomplete-string",
                       "Incomplete quoted string on line %i", reading->line);
         reading->at = reading->end;
-        return YYEOF;
+        return BSDL_YYEOF;
     }
     const char *end = close + 1;
     bool skipped = scan.bsdl->fast_read == 2;
     int token = finish(reading, start, end, 0, skipped ? SKIP_QUOTED_STRING : QUOTED_STRING);
-    if (token == YYEOF)
+    if (token == BSDL_YYEOF)
         return token;
     count_line_ends(reading, start, end);
     // "E" alone is taken for a string without a text.
@@ -597,7 +597,7 @@ static int skip_comment(const Scan &scan, const char *start)
     }
     if (length >= TOKEN_SIZE - 1) {
         stop(reading, "token too large, exceeds YYLMAX");
-        return YYEOF;
+        return BSDL_YYEOF;
     }
     if (at < reading->end) {
         count_line_end(reading, at);
@@ -737,7 +737,7 @@ int scan_token(BSDL_YYSTYPE *value, int32_t *line, Bsdl *bsdl)
     if (bsdl->arena.failed)
         stop(reading, nullptr);
     if (reading->stopped)
-        return YYEOF;
+        return BSDL_YYEOF;
     if (bsdl->standards != reading->standards || bsdl->standards_filter != reading->filter) {
         reader_state.rule_set = pick_rule_set(bsdl);
         reading->standards = bsdl->standards;
@@ -772,7 +772,7 @@ int scan_token(BSDL_YYSTYPE *value, int32_t *line, Bsdl *bsdl)
                 continue;
             }
             stop(reading, "non printable");
-            return YYEOF;
+            return BSDL_YYEOF;
         default:
             break;
         }
