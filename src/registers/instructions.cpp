@@ -1,0 +1,274 @@
+// INSTRUCTION_LENGTH, _OPCODE, _CAPTURE, _DISABLE, _GUARD and _PRIVATE. Their check stands in
+// instruction_check.cpp.
+
+#include "frame/messages.h"
+#include "registers/registers.h"
+#include "scan/scanner.h"
+
+// ------------------------------------------------------------------------------------- the grammar
+
+void instruction_length_set(Bsdl *bsdl, int32_t length, int32_t line)
+{
+    InstructionRegister *instructions = bsdl->data->instruction_register;
+    instructions->length = static_cast<uint32_t>(length);
+    instructions->length_line = line;
+}
+
+void instruction_length_passed(Bsdl *bsdl)
+{
+    bsdl->scan_mode = SCAN_MODE_NONE;
+    statement_passed(bsdl, "\tInstruction length statement passed");
+}
+
+InstructionEntry *instruction_entry(Bsdl *bsdl, const char *name, List patterns, int32_t line)
+{
+    bsdl->scan_mode = SCAN_MODE_NONE;
+    auto *entry = model_new<InstructionEntry>(bsdl);
+    entry->name = name;
+    entry->patterns = patterns.head;
+    entry->line = line;
+    return entry;
+}
+
+void instruction_opcode_passed(Bsdl *bsdl, List table)
+{
+    bsdl->data->instruction_register->opcode_table = table.head;
+    statement_passed(bsdl, "\tInstruction opcode statement passed");
+}
+
+void instruction_opcode_skipped(Bsdl *bsdl)
+{
+    bsdl->data->instruction_register->opcode_table = nullptr;
+    statement_skipped(bsdl, "Skipping instruction_opcode due to errors");
+}
+
+void instruction_capture_passed(Bsdl *bsdl, List patterns, int32_t line)
+{
+    bsdl->scan_mode = SCAN_MODE_NONE;
+    bsdl->data->instruction_register->capture_patterns = patterns.head;
+    bsdl->data->instruction_register->capture_line = line;
+    statement_passed(bsdl, "\tInstruction capture statement passed");
+}
+
+void instruction_capture_skipped(Bsdl *bsdl)
+{
+    bsdl->data->instruction_register->capture_patterns = nullptr;
+    statement_skipped(bsdl, "Skipping instruction_capture due to errors");
+}
+
+void instruction_disable_passed(Bsdl *bsdl, const char *name)
+{
+    bsdl->data->instruction_register->disable_instruction = name;
+    statement_passed(bsdl, "\tInstruction disable statement passed");
+}
+
+void instruction_disable_skipped(Bsdl *bsdl)
+{
+    bsdl->data->instruction_register->disable_instruction = nullptr;
+    statement_skipped(bsdl, "Skipping instruction_disable due to errors");
+}
+
+void instruction_disable_absent(Bsdl *bsdl)
+{
+    bsdl->data->instruction_register->disable_instruction = nullptr;
+    statement_absent(bsdl, "\tNo instruction disable statement");
+}
+
+void instruction_guard_passed(Bsdl *bsdl, const char *name)
+{
+    bsdl->data->instruction_register->guard_instruction = name;
+    statement_passed(bsdl, "\tInstruction guard statement passed");
+}
+
+void instruction_guard_skipped(Bsdl *bsdl)
+{
+    bsdl->data->instruction_register->guard_instruction = nullptr;
+    statement_skipped(bsdl, "Skipping instruction_guard due to errors");
+}
+
+void instruction_guard_absent(Bsdl *bsdl)
+{
+    bsdl->data->instruction_register->guard_instruction = nullptr;
+    // The issue of 1990 is the one that has the statement; the text is sent for it alone all the
+    // same.
+    if (bsdlIs1990(bsdl))
+        statement_absent(bsdl, "\tNo instruction guard statement in this version");
+}
+
+void instruction_private_passed(Bsdl *bsdl, List names)
+{
+    bsdl->data->instruction_register->private_instructions = names.head;
+    statement_passed(bsdl, "\tInstruction private statement passed");
+}
+
+void instruction_private_skipped(Bsdl *bsdl)
+{
+    bsdl->data->instruction_register->private_instructions = nullptr;
+    statement_skipped(bsdl, "Skipping instruction_private due to errors");
+}
+
+void instruction_private_absent(Bsdl *bsdl)
+{
+    bsdl->data->instruction_register->private_instructions = nullptr;
+    statement_absent(bsdl, "\tNo instruction private statement");
+}
+
+// ---------------------------------------------------------------------------------------- look-ups
+
+static void index_instructions(Lookups *lookups, const GSList *opcode_table)
+{
+    uint32_t count;
+    lookups->instruction_table =
+        list_table_of<InstructionEntry>(&lookups->arena, opcode_table, &count);
+    index_start(&lookups->instructions, &lookups->arena, count);
+    for (uint32_t i = 0; lookups->instruction_table && i < count; i++)
+        index_first(&lookups->instructions, name_fold(lookups->instruction_table[i]->name), i);
+}
+
+InstructionEntry *find_instruction(Bsdl *bsdl, const char *name)
+{
+    Lookups *lookups = lookups_of(bsdl);
+    if (!lookups->instructions.built)
+        index_instructions(lookups, bsdl->data->instruction_register->opcode_table);
+    uint32_t at = index_find(&lookups->instructions, name_fold(name));
+    return at == INDEX_NONE ? nullptr : lookups->instruction_table[at];
+}
+
+bool associate_instruction(Bsdl *bsdl, const char *name, RegisterEntry *data_register)
+{
+    InstructionEntry *entry = find_instruction(bsdl, name);
+    if (!entry)
+        return false;
+    // The caller decides whether this makes its check fail; most do not.
+    if (entry->data_register)
+        rule_error({"instruction-already-associated", entry->line},
+                   "instruction '%s' is already associated with register '%s'", entry->name,
+                   shown(entry->data_register->name));
+    else
+        entry->data_register = data_register;
+    return true;
+}
+
+// ----------------------------------------------------------------------------------------- queries
+
+static InstructionRegister *instructions_of(const Bsdl *bsdl)
+{
+    return bsdl && bsdl->data ? bsdl->data->instruction_register : nullptr;
+}
+
+int32_t bsdlGetInstructionLength(Bsdl *h)
+{
+    const InstructionRegister *instructions = instructions_of(h);
+    return instructions ? static_cast<int32_t>(instructions->length) : 0;
+}
+
+int32_t bsdlGetNbrOfInstructions(Bsdl *h)
+{
+    InstructionRegister *instructions = instructions_of(h);
+    if (!instructions)
+        return 0;
+    return static_cast<int32_t>(
+        list_count(&instructions->instruction_walk, instructions->opcode_table));
+}
+
+InstructionEntry *bsdlGetFirstInstruction(Bsdl *h)
+{
+    InstructionRegister *instructions = instructions_of(h);
+    if (!instructions)
+        return nullptr;
+    return static_cast<InstructionEntry *>(list_first(&instructions->instruction_walk,
+                                                      instructions->opcode_table,
+                                                      &instructions->instruction_iterator));
+}
+
+InstructionEntry *bsdlGetNextInstruction(Bsdl *h)
+{
+    InstructionRegister *instructions = instructions_of(h);
+    if (!instructions)
+        return nullptr;
+    return static_cast<InstructionEntry *>(list_next(&instructions->instruction_walk,
+                                                     instructions->opcode_table,
+                                                     &instructions->instruction_iterator));
+}
+
+const char *bsdlGetInstructionName(InstructionEntry *e) { return e ? e->name : nullptr; }
+
+int32_t bsdlGetInstructionType(InstructionEntry *e) { return e ? e->type : 0; }
+
+int32_t bsdlIsInstrPreload(InstructionEntry *e) { return e ? e->flags & INSTRUCTION_PRELOADS : 0; }
+
+int32_t bsdlGetNbrOfInstrPatterns(InstructionEntry *e)
+{
+    return e ? static_cast<int32_t>(list_count(&e->pattern_walk, e->patterns)) : 0;
+}
+
+const char *bsdlGetFirstInstrPattern(InstructionEntry *e)
+{
+    if (!e)
+        return nullptr;
+    return static_cast<const char *>(
+        list_first(&e->pattern_walk, e->patterns, &e->pattern_iterator));
+}
+
+const char *bsdlGetNextInstrPattern(InstructionEntry *e)
+{
+    if (!e)
+        return nullptr;
+    return static_cast<const char *>(
+        list_next(&e->pattern_walk, e->patterns, &e->pattern_iterator));
+}
+
+int32_t bsdlGetNbrOfInstructionCaptures(Bsdl *h)
+{
+    InstructionRegister *instructions = instructions_of(h);
+    if (!instructions)
+        return 0;
+    return static_cast<int32_t>(
+        list_count(&instructions->capture_walk, instructions->capture_patterns));
+}
+
+const char *bsdlGetFirstInstructionCapture(Bsdl *h)
+{
+    InstructionRegister *instructions = instructions_of(h);
+    if (!instructions)
+        return nullptr;
+    return static_cast<const char *>(list_first(&instructions->capture_walk,
+                                                instructions->capture_patterns,
+                                                &instructions->capture_iterator));
+}
+
+const char *bsdlGetNextInstructionCapture(Bsdl *h)
+{
+    InstructionRegister *instructions = instructions_of(h);
+    if (!instructions)
+        return nullptr;
+    return static_cast<const char *>(list_next(&instructions->capture_walk,
+                                               instructions->capture_patterns,
+                                               &instructions->capture_iterator));
+}
+
+const char *bsdlGetInstrRegisterName(InstructionEntry *e)
+{
+    return e && e->data_register ? e->data_register->name : nullptr;
+}
+
+int32_t bsdlGetInstrRegisterLength(InstructionEntry *e)
+{
+    return e && e->data_register ? e->data_register->length : 0;
+}
+
+const char *bsdlGetInstrCaptureValue(InstructionEntry *e)
+{
+    if (!e || !e->data_register)
+        return nullptr;
+    // A register may have as many captures as there are instructions, so the check has noted which
+    // is this one's.
+    if (e->capture_register == e->data_register)
+        return e->capture ? e->capture->capture : nullptr;
+    for (const GSList *link = e->data_register->captures; link; link = link->next) {
+        const auto *record = static_cast<const InstructionCapture *>(link->data);
+        if (same_name(record->name, e->name))
+            return record->capture;
+    }
+    return nullptr;
+}
