@@ -56,9 +56,9 @@
 #define RECOVER                                                                                    \
     do {                                                                                           \
         if (yyerrstatus == 3) {                                                                    \
-            if (yychar == YYEOF)                                                                   \
+            if (yychar == BSDL_YYEOF)                                                              \
                 YYABORT;                                                                           \
-            yychar = YYEMPTY;                                                                      \
+            yychar = BSDL_YYEMPTY;                                                                 \
         }                                                                                          \
         YYERROR;                                                                                   \
     } while (0)
