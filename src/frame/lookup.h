@@ -9,15 +9,20 @@ struct InstructionEntry;
 struct PinEntry;
 struct PinSpec;
 struct RegisterEntry;
+struct TwinGroup;
+
+// The value of Lookups.pin_of_name for a name that several declarations hold.
+constexpr uint32_t PIN_NAME_REPEATED = UINT32_MAX;
 
 // Indexes over the model, each made when it is first asked for and kept until the list under it
 // changes. They give what a walk over the list gives: the first match, letters folded the same way.
 struct Lookups {
     Arena arena;
-    Index pins; // port_key -> position in pin_table
-    PinEntry **pin_table;
-    Index port_names; // fold -> position in port_name_table
-    PinSpec **port_name_table;
+    uint32_t *pin_of_name;  // fold -> place of the port's first pin, counted from 1
+    uint32_t pin_names;     // length of the table; names that came later are in no pin
+    Index repeated_pins;    // port_key -> place from 0, for ports declared several times
+    PinSpec **spec_of_name; // fold -> the first declaration
+    uint32_t spec_names;
     Index instructions; // fold -> position in instruction_table
     InstructionEntry **instruction_table;
     Index registers; // fold -> position in register_table
@@ -29,7 +34,9 @@ struct Lookups {
     uint32_t cell_count;
     Index cell_descs; // fold -> position in cell_desc_table
     CellDesc **cell_desc_table;
-    Index group_members; // port_key of both members of each twin group
+    Index group_members;    // port_key of both members of each twin group
+    Index associated_ports; // port_key of an associated port -> place of its first group
+    TwinGroup **group_table;
 };
 
 // The handle's lookups; made at the first call. Never NULL once a reading has begun.

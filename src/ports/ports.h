@@ -3,5 +3,178 @@
 #include "frame/lookup.h"
 #include "frame/model.h"
 
+#include <cstddef>
+
+// ---------------------------------------------------------------------------------- logical ports
+
+enum RangeDirection : int32_t {
+    RANGE_NONE = 0, // a single bit
+    RANGE_TO = 1,
+    RANGE_DOWNTO = 2,
+};
+
+// As written: a reversed range is found when the pins are built.
+struct PortRange {
+    int32_t start;
+    int32_t direction;
+    int32_t end;
+};
+
+// One declaration of the port clause.
+struct PinSpec {
+    GSList *names;
+    int32_t pin_type;
+    int32_t range_start;
+    int32_t range_direction;
+    int32_t range_end;
+    int32_t line;
+};
+
+// One port bit of the device. The pins of a port stand side by side in one array, in the order of
+// its range.
+struct PinEntry {
+    PortId *port_id;
+    int32_t has_disable;
+    int32_t pin_type;
+    int32_t pin_function;
+    uint32_t port_bits; // of the port that begins with this pin; fills a gap of the layout
+    PinEntry *twin;
+    const char *physical_name; // NULL when the mapping leaves the port out
+};
+static_assert(offsetof(PinEntry, has_disable) == 8 && offsetof(PinEntry, pin_type) == 12 &&
+              offsetof(PinEntry, pin_function) == 16 && offsetof(PinEntry, twin) == 24 &&
+              offsetof(PinEntry, physical_name) == 32);
+
 PortId *port_id_whole(Bsdl *bsdl, const char *name);
 PortId *port_id_bit(Bsdl *bsdl, const char *name, int32_t subscript);
+
+PinSpec *pin_spec_new(Bsdl *bsdl, List names, int32_t pin_type, PortRange range, int32_t line);
+void logical_ports_passed(Bsdl *bsdl, List pin_specs);
+void logical_ports_skipped(Bsdl *bsdl);
+
+// The first pin of that name, being subscripted and subscript; NULL without one, without a pin list
+// or for NULL.
+PinEntry *find_pin_entry(Bsdl *bsdl, const PortId *port);
+
+// The first declaration that holds the name, whatever its range; NULL without one or for NULL.
+PinSpec *find_port_name(Bsdl *bsdl, const char *name);
+
+// The words for a PinEntry's pin_function.
+const char *pin_function_name(int32_t function);
+
+// ----------------------------------------------------------------------------------- pin mappings
+
+// The pins of one port in a mapping.
+struct PortMap {
+    const char *port_name;
+    int32_t vector; // 1 for a list in brackets, of however many pins
+    int32_t line;
+    GSList *pin_ids;
+};
+
+struct PinMapEntry {
+    const char *name;
+    GSList *port_maps; // PortMap; NULL when the string was not read
+    int32_t line;
+};
+
+PortMap *port_map_new(Bsdl *bsdl, bool vector, List pin_ids);
+PortMap *port_map_named(Bsdl *bsdl, const char *port_name, PortMap *port_map, int32_t line);
+PinMapEntry *pin_map_passed(Bsdl *bsdl, const char *name, List port_maps, int32_t line);
+PinMapEntry *pin_map_skipped(Bsdl *bsdl); // NULL: the place in the list stays empty
+void pin_maps_skipped(Bsdl *bsdl);
+
+// The port maps of one mapping by name and form.
+struct PortMapIndex {
+    PortMap **bits;    // fold number -> first port map without brackets
+    PortMap **vectors; // fold number -> first port map with brackets
+};
+
+// In the given arena, which is marked as failed when it cannot be had.
+PortMapIndex port_map_index(Bsdl *bsdl, Arena *arena, const PinMapEntry *pin_map);
+
+// The pin identifiers of the first port map of that name and form; NULL without one or for NULL.
+GSList *find_port_map(const PortMapIndex *index, const char *name, bool vector);
+
+// Expands the port clause with the pins of the mapping into `pins`. False (and no list) after an
+// error that has been reported.
+bool build_pin_list(Bsdl *bsdl, const PinMapEntry *pin_map);
+
+// ------------------------------------------------------------------------------------ port groups
+
+struct TwinGroup {
+    PortId *representative;
+    PortId *associated;
+    TwinGroup *next_of_associated; // see first_group_of_associated()
+    int32_t line;
+};
+
+struct TwinGroupEntry {
+    int32_t type;
+    GSList *twin_groups;
+    uint32_t group_cursor;
+    int32_t line;
+    ListWalk group_walk;
+};
+
+TwinGroup *twin_group_new(Bsdl *bsdl, PortId *representative, PortId *associated, int32_t line);
+TwinGroupEntry *twin_group_entry_new(Bsdl *bsdl, int32_t type, List twin_groups, int32_t line);
+List grouped_ports_append(Bsdl *bsdl, List entries, TwinGroupEntry *entry);
+void grouped_ports_absent(Bsdl *bsdl);
+void grouped_ports_passed(Bsdl *bsdl);
+void grouped_ports_skipped(Bsdl *bsdl);
+
+// Whether the port is a member of some group.
+bool port_in_groups(Bsdl *bsdl, const PortId *port);
+
+// The groups in which the port is the associated one, in file order.
+TwinGroup *first_group_of_associated(Bsdl *bsdl, const PortId *port);
+inline TwinGroup *next_group_of_associated(const TwinGroup *group)
+{
+    return group->next_of_associated;
+}
+
+// ------------------------------------------------------------------------------- test access port
+
+struct ClockRecord {
+    double frequency;
+    int32_t halt_state;
+};
+
+struct ScanPorts {
+    PortId *tck;
+    PortId *tdi;
+    PortId *tms;
+    PortId *tdo;
+    PortId *trst;
+    ClockRecord *clock;
+    int32_t tck_line;
+    int32_t tdi_line;
+    int32_t tms_line;
+    int32_t tdo_line;
+    int32_t trst_line;
+};
+
+// In the order in which the statements are checked.
+enum TapPort { TAP_TDI, TAP_TDO, TAP_TRST, TAP_TMS, TAP_TCK };
+
+ClockRecord *clock_record_new(Bsdl *bsdl, double frequency, int32_t halt_state);
+void tap_clock_passed(Bsdl *bsdl, PortId *port, ClockRecord *clock, int32_t line);
+void tap_port_passed(Bsdl *bsdl, TapPort which, PortId *port, int32_t line);
+
+// --------------------------------------------------------------------------------- compliance
+
+struct ComplianceRecord {
+    GSList *patterns;
+    uint32_t pattern_cursor;
+    GSList *ports; // PortId
+    uint32_t port_cursor;
+    int32_t line;
+    ListWalk pattern_walk;
+    ListWalk port_walk;
+};
+
+ComplianceRecord *compliance_new(Bsdl *bsdl, List ports, List patterns);
+void compliance_absent(Bsdl *bsdl);
+void compliance_passed(Bsdl *bsdl, ComplianceRecord *record, int32_t line);
+void compliance_skipped(Bsdl *bsdl);

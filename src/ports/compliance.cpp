@@ -1,0 +1,160 @@
+#include "boundary/boundary.h"
+#include "frame/check.h"
+#include "frame/texts.h"
+#include "ports/ports.h"
+#include "scan/scanner.h"
+
+CellEntry *first_cell_of_bit(Bsdl *bsdl, const PortId *port);
+CellEntry *next_cell_of_bit(Bsdl *bsdl, const CellEntry *cell);
+
+#include <cstring>
+
+// ----------------------------------------------------------------------------------- while parsing
+
+ComplianceRecord *compliance_new(Bsdl *bsdl, List ports, List patterns)
+{
+    auto *record = model_new<ComplianceRecord>(bsdl);
+    record->ports = ports.head;
+    record->patterns = patterns.head;
+    bsdl->scan_mode = SCAN_MODE_NONE;
+    return record;
+}
+
+void compliance_absent(Bsdl *bsdl)
+{
+    bsdl->data->compliance = nullptr;
+    statement_absent(bsdl, "\tNo compliance enable statement");
+}
+
+void compliance_passed(Bsdl *bsdl, ComplianceRecord *record, int32_t line)
+{
+    record->line = line;
+    bsdl->data->compliance = record;
+    statement_passed(bsdl, "\tCompliance enable statement passed");
+}
+
+void compliance_skipped(Bsdl *bsdl)
+{
+    bsdl->data->compliance = nullptr;
+    statement_skipped(bsdl, "Skipping compliance_enable due to errors");
+}
+
+// ------------------------------------------------------------------------------------------- check
+
+static int32_t check_compliance_port(Bsdl *bsdl, const PortId *port, int32_t line)
+{
+    PinEntry *pin = find_pin_entry(bsdl, port);
+    if (!pin)
+        return rule_error({"compliance-port-missing", line},
+                          "<compliance port> %s does not exist in <logical portmap>",
+                          port_text(port));
+    int32_t result = BSDL_RESULT_OK;
+    if (pin->pin_type != PIN_TYPE_IN)
+        result |=
+            rule_message(bsdl->strict ? BSDL_LEVEL_ERROR : BSDL_LEVEL_WARNING, bsdl->strict ? 2 : 3,
+                         {"compliance-port-pin-type", line},
+                         "<compliance port> %s <pin type> in <logical portmap> has to be type IN",
+                         port_text(port));
+    if (pin->pin_function == PIN_FUNCTION_NONE)
+        pin->pin_function = PIN_FUNCTION_COMPLIANCE;
+    else
+        result |= rule_error({"compliance-port-already-used", line},
+                             "<compliance port> <port id> '%s' is already used as %s",
+                             port_text(port), pin_function_name(pin->pin_function));
+    if (first_cell_of_bit(bsdl, port))
+        result |=
+            rule_error({"compliance-port-with-cell", line},
+                       "<compliance port> <port id> '%s' cannot appear in <boundary-scan register>",
+                       port_text(port));
+    return result;
+}
+
+int32_t bsdl_check_compliance(Bsdl *bsdl)
+{
+    if (int32_t code = check_begin(bsdl))
+        return code;
+    ComplianceRecord *record = bsdl->data->compliance;
+    if (!record)
+        return BSDL_RESULT_ABSENT;
+    if (!bsdl->data->pins)
+        return BSDL_RESULT_MISSING;
+    if (!record->ports || !record->patterns)
+        return BSDL_RESULT_ABSENT;
+
+    int32_t result = BSDL_RESULT_OK;
+    for (const GSList *link = record->ports; link; link = link->next)
+        result |=
+            check_compliance_port(bsdl, static_cast<const PortId *>(link->data), record->line);
+
+    // The values are not looked at: which ones a port may be held at is the device's affair.
+    auto port_count = static_cast<int32_t>(list_count(&record->port_walk, record->ports));
+    for (const GSList *link = record->patterns; link; link = link->next) {
+        auto *pattern = static_cast<const char *>(link->data);
+        auto length = static_cast<int32_t>(std::strlen(pattern));
+        if (length != port_count)
+            result |=
+                rule_error({"compliance-pattern-length", record->line},
+                           "<compliance port> <pattern> '%s' has incorrect length %i, should be %i",
+                           pattern, length, port_count);
+    }
+    return lookups_of(bsdl)->arena.failed ? int32_t{BSDL_RESULT_FAILED} : result;
+}
+
+// ----------------------------------------------------------------------------------------- queries
+
+static ComplianceRecord *compliance_of(const Bsdl *bsdl)
+{
+    return bsdl && bsdl->data ? bsdl->data->compliance : nullptr;
+}
+
+int32_t bsdlGetNbrOfComplPorts(Bsdl *bsdl)
+{
+    ComplianceRecord *record = compliance_of(bsdl);
+    if (!record || !record->ports)
+        return -1;
+    return static_cast<int32_t>(list_count(&record->port_walk, record->ports));
+}
+
+PortId *bsdlGetFirstComplPort(Bsdl *bsdl)
+{
+    ComplianceRecord *record = compliance_of(bsdl);
+    if (!record)
+        return nullptr;
+    return static_cast<PortId *>(
+        list_first(&record->port_walk, record->ports, &record->port_cursor));
+}
+
+PortId *bsdlGetNextComplPort(Bsdl *bsdl)
+{
+    ComplianceRecord *record = compliance_of(bsdl);
+    if (!record)
+        return nullptr;
+    return static_cast<PortId *>(
+        list_next(&record->port_walk, record->ports, &record->port_cursor));
+}
+
+int32_t bsdlGetNbrOfComplPatterns(Bsdl *bsdl)
+{
+    ComplianceRecord *record = compliance_of(bsdl);
+    if (!record || !record->patterns)
+        return -1;
+    return static_cast<int32_t>(list_count(&record->pattern_walk, record->patterns));
+}
+
+const char *bsdlGetFirstComplPattern(Bsdl *bsdl)
+{
+    ComplianceRecord *record = compliance_of(bsdl);
+    if (!record)
+        return nullptr;
+    return static_cast<const char *>(
+        list_first(&record->pattern_walk, record->patterns, &record->pattern_cursor));
+}
+
+const char *bsdlGetNextComplPattern(Bsdl *bsdl)
+{
+    ComplianceRecord *record = compliance_of(bsdl);
+    if (!record)
+        return nullptr;
+    return static_cast<const char *>(
+        list_next(&record->pattern_walk, record->patterns, &record->pattern_cursor));
+}

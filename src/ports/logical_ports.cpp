@@ -1,0 +1,381 @@
+#include "frame/check.h"
+#include "ports/ports.h"
+#include "scan/scanner.h"
+
+#include <cstdlib>
+
+// ----------------------------------------------------------------------------------- while parsing
+
+PortId *port_id_whole(Bsdl *bsdl, const char *name)
+{
+    auto *port = model_new<PortId>(bsdl);
+    port->name = name;
+    return port;
+}
+
+PortId *port_id_bit(Bsdl *bsdl, const char *name, int32_t subscript)
+{
+    auto *port = model_new<PortId>(bsdl);
+    *port = {.name = name, .subscripted = 1, .subscript = subscript};
+    return port;
+}
+
+PinSpec *pin_spec_new(Bsdl *bsdl, List names, int32_t pin_type, PortRange range, int32_t line)
+{
+    auto *spec = model_new<PinSpec>(bsdl);
+    *spec = {.names = names.head,
+             .pin_type = pin_type,
+             .range_start = range.start,
+             .range_direction = range.direction,
+             .range_end = range.end,
+             .line = line};
+    bsdl->scan_mode = SCAN_MODE_NONE;
+    return spec;
+}
+
+void logical_ports_passed(Bsdl *bsdl, List pin_specs)
+{
+    bsdl->data->logical_ports = pin_specs.head;
+    statement_passed(bsdl, "\tLogical port description passed");
+}
+
+void logical_ports_skipped(Bsdl *bsdl)
+{
+    bsdl->data->logical_ports = nullptr;
+    statement_skipped(bsdl, "Skipping logical port due to errors");
+}
+
+// --------------------------------------------------------------------------------------- look-ups
+
+// A bit of a port that is declared once is found by its distance from the first one; only ports
+// that are declared several times need their bits in an index.
+static void index_pins(Bsdl *bsdl, Lookups *lookups)
+{
+    Arena *arena = &lookups->arena;
+    uint32_t count = list_count(&bsdl->data->pin_walk, bsdl->data->pins);
+    uint32_t names = bsdl->names.folds + 1;
+    lookups->pin_of_name = arena_array<uint32_t>(arena, names);
+    if (!lookups->pin_of_name)
+        return;
+    lookups->pin_names = names;
+
+    auto *pins = static_cast<PinEntry *>(bsdl->data->pins->data);
+    uint32_t repeated = 0;
+    for (uint32_t i = 0; i < count; i += pins[i].port_bits) {
+        uint32_t *first = &lookups->pin_of_name[name_fold(pins[i].port_id->name)];
+        if (!*first) {
+            *first = i + 1;
+            continue;
+        }
+        if (*first != PIN_NAME_REPEATED)
+            repeated += pins[*first - 1].port_bits;
+        repeated += pins[i].port_bits;
+        *first = PIN_NAME_REPEATED;
+    }
+    if (!repeated)
+        return;
+    index_start(&lookups->repeated_pins, arena, repeated);
+    for (uint32_t i = 0; i < count; i++)
+        if (lookups->pin_of_name[name_fold(pins[i].port_id->name)] == PIN_NAME_REPEATED)
+            index_first(&lookups->repeated_pins, port_key(pins[i].port_id), i);
+}
+
+PinEntry *find_pin_entry(Bsdl *bsdl, const PortId *port)
+{
+    if (!bsdl->data->pins || !port)
+        return nullptr;
+    Lookups *lookups = lookups_of(bsdl);
+    if (!lookups->pin_of_name)
+        index_pins(bsdl, lookups);
+    uint32_t fold = name_fold(port->name);
+    if (fold >= lookups->pin_names || !lookups->pin_of_name[fold])
+        return nullptr;
+
+    auto *pins = static_cast<PinEntry *>(bsdl->data->pins->data);
+    uint32_t place = lookups->pin_of_name[fold];
+    if (place == PIN_NAME_REPEATED) {
+        uint32_t found = index_find(&lookups->repeated_pins, port_key(port));
+        return found == INDEX_NONE ? nullptr : &pins[found];
+    }
+    PinEntry *first = &pins[place - 1];
+    if (first->port_id->subscripted != port->subscripted)
+        return nullptr;
+    int64_t distance = std::llabs(int64_t{port->subscript} - first->port_id->subscript);
+    if (distance >= first->port_bits || first[distance].port_id->subscript != port->subscript)
+        return nullptr;
+    return &first[distance];
+}
+
+PinSpec *find_port_name(Bsdl *bsdl, const char *name)
+{
+    if (!bsdl->data->logical_ports || !name)
+        return nullptr;
+    Lookups *lookups = lookups_of(bsdl);
+    if (!lookups->spec_of_name) {
+        uint32_t names = bsdl->names.folds + 1;
+        lookups->spec_of_name = arena_array<PinSpec *>(&lookups->arena, names);
+        if (!lookups->spec_of_name)
+            return nullptr;
+        lookups->spec_names = names;
+        for (const GSList *link = bsdl->data->logical_ports; link; link = link->next) {
+            auto *spec = static_cast<PinSpec *>(link->data);
+            for (const GSList *each = spec->names; each; each = each->next) {
+                PinSpec **first =
+                    &lookups->spec_of_name[name_fold(static_cast<const char *>(each->data))];
+                if (!*first)
+                    *first = spec;
+            }
+        }
+    }
+    uint32_t fold = name_fold(name);
+    return fold < lookups->spec_names ? lookups->spec_of_name[fold] : nullptr;
+}
+
+const char *pin_function_name(int32_t function)
+{
+    switch (function) {
+    case PIN_FUNCTION_TDI:
+        return "tap scan TDI";
+    case PIN_FUNCTION_TDO:
+        return "tap scan TDO";
+    case PIN_FUNCTION_TCK:
+        return "tap scan TCK";
+    case PIN_FUNCTION_TMS:
+        return "tap scan TMS";
+    case PIN_FUNCTION_TRST:
+        return "tap scan TRST";
+    case PIN_FUNCTION_REPRESENTATIVE:
+        return "representative differential port";
+    case PIN_FUNCTION_ASSOCIATED:
+    case PIN_FUNCTION_ASSOCIATED_WITH_CELL:
+        return "associated differential port";
+    case PIN_FUNCTION_COMPLIANCE:
+        return "compliance enable";
+    default:
+        return "none";
+    }
+}
+
+// ------------------------------------------------------------------------------------- the pin
+// list
+
+namespace
+{
+
+// A longer list is not built: a range of a few characters may ask for billions of pins.
+constexpr int64_t MOST_PINS = 4'000'000;
+
+struct PinArrays {
+    PinEntry *pins; // NULL while the list is only judged
+    PortId *ports;
+    GList *links;
+    int64_t count;
+};
+
+} // namespace
+
+static int64_t range_width(const PinSpec *spec)
+{
+    return std::llabs(int64_t{spec->range_end} - spec->range_start) + 1;
+}
+
+static int64_t pins_declared(const BsdlData *data)
+{
+    int64_t count = 0;
+    for (const GSList *link = data->logical_ports; link; link = link->next) {
+        auto *spec = static_cast<const PinSpec *>(link->data);
+        for (const GSList *name = spec->names; name && count <= MOST_PINS; name = name->next)
+            count += range_width(spec);
+    }
+    return count;
+}
+
+static bool range_in_order(const char *name, const PinSpec *spec)
+{
+    // The bounds of a reversed `downto` are exchanged under the words that fit `to`.
+    bool down = spec->range_direction == RANGE_DOWNTO;
+    int32_t low = down ? spec->range_end : spec->range_start;
+    int32_t high = down ? spec->range_start : spec->range_end;
+    if (low <= high)
+        return true;
+    rule_error({"port-range-reversed", spec->line},
+               "<port> '%s': end value (%i) of port range must be greater than start (%i)", name,
+               high, low);
+    return false;
+}
+
+static bool pin_count_matches(const PinMapEntry *pin_map, const char *name, const PinSpec *spec,
+                              const GSList *pin_ids)
+{
+    if (!pin_ids)
+        return true;
+    int64_t mapped = 0;
+    for (const GSList *link = pin_ids; link; link = link->next)
+        mapped++;
+    if (mapped == range_width(spec))
+        return true;
+    rule_error(
+        {"pin-count-mismatch", pin_map->line},
+        "<pin map> '%s': number of pins of <bit vector> %s is not equal in <pin mapping> (%i) "
+        "and <logical port map> (%i)",
+        pin_map->name, name, static_cast<int32_t>(mapped), static_cast<int32_t>(range_width(spec)));
+    return false;
+}
+
+static void append_pin(PinArrays *arrays, const char *name, const PinSpec *spec, int32_t subscript,
+                       const char *physical_name)
+{
+    int64_t at = arrays->count++;
+    if (!arrays->pins)
+        return;
+    PinEntry *pin = &arrays->pins[at];
+    pin->port_id = &arrays->ports[at];
+    *pin->port_id = {
+        .name = name, .subscripted = spec->range_direction != RANGE_NONE, .subscript = subscript};
+    pin->pin_type = spec->pin_type;
+    pin->physical_name = physical_name;
+    GList *link = &arrays->links[at];
+    link->data = pin;
+    if (at > 0) {
+        link->prev = link - 1;
+        link[-1].next = link;
+    }
+}
+
+static bool append_port(PinArrays *arrays, const PinMapEntry *pin_map, const PortMapIndex *index,
+                        const char *name, const PinSpec *spec)
+{
+    bool vector = spec->range_direction != RANGE_NONE;
+    if (vector && !range_in_order(name, spec))
+        return false;
+    const GSList *pin_id = find_port_map(index, name, vector);
+    if (vector && !pin_count_matches(pin_map, name, spec, pin_id))
+        return false;
+    int64_t width = range_width(spec);
+    if (arrays->count + width > MOST_PINS) {
+        rule_message(BSDL_LEVEL_ERROR, 0, {"pin-list-too-long", spec->line}, "Memory error");
+        return false;
+    }
+    if (!arrays->pins) {
+        arrays->count += width;
+        return true;
+    }
+    arrays->pins[arrays->count].port_bits = static_cast<uint32_t>(width);
+    int32_t step = spec->range_direction == RANGE_DOWNTO ? -1 : 1;
+    for (int64_t i = 0; i < width; i++) {
+        append_pin(arrays, name, spec, static_cast<int32_t>(spec->range_start + step * i),
+                   pin_id ? static_cast<const char *>(pin_id->data) : nullptr);
+        pin_id = pin_id ? pin_id->next : nullptr;
+    }
+    return true;
+}
+
+static bool append_ports(Bsdl *bsdl, PinArrays *arrays, const PinMapEntry *pin_map,
+                         const PortMapIndex *index)
+{
+    for (const GSList *link = bsdl->data->logical_ports; link; link = link->next) {
+        auto *spec = static_cast<const PinSpec *>(link->data);
+        for (const GSList *name = spec->names; name; name = name->next)
+            if (!append_port(arrays, pin_map, index, static_cast<const char *>(name->data), spec))
+                return false;
+    }
+    return true;
+}
+
+bool build_pin_list(Bsdl *bsdl, const PinMapEntry *pin_map)
+{
+    BsdlData *data = bsdl->data;
+    data->pins = nullptr;
+    list_changed(&data->pin_walk);
+    lookups_drop(bsdl);
+    if (!data->pin_maps || !data->logical_ports || !pin_map)
+        return false;
+
+    Arena scratch;
+    if (!arena_start(&scratch, 0))
+        return false;
+    PinArrays arrays = {};
+    int64_t count = pins_declared(data);
+    if (count <= MOST_PINS) {
+        // Side by side, so that a port's pins are found by their distance from its first.
+        auto length = static_cast<size_t>(count);
+        arrays.pins = arena_array<PinEntry>(&bsdl->arena, length);
+        arrays.ports = arena_array<PortId>(&bsdl->arena, length);
+        arrays.links = arena_array<GList>(&bsdl->arena, length);
+    }
+    PortMapIndex index = port_map_index(bsdl, &scratch, pin_map);
+    bool built = !bsdl->arena.failed && !scratch.failed &&
+                 append_ports(bsdl, &arrays, pin_map, &index) && arrays.pins;
+    arena_release(&scratch);
+    if (built)
+        data->pins = arrays.links;
+    return built;
+}
+
+// ------------------------------------------------------------------------------------------- check
+
+int32_t bsdl_check_logical_port(Bsdl *bsdl)
+{
+    if (int32_t code = check_begin(bsdl))
+        return code;
+    if (!bsdl->data->logical_ports)
+        return BSDL_RESULT_MISSING;
+    Arena scratch;
+    if (!arena_start(&scratch, 0))
+        return BSDL_RESULT_FAILED;
+    // Equal names in one declaration are not compared with each other.
+    auto *last = arena_array<const PinSpec *>(&scratch, bsdl->names.folds + size_t{1});
+    int32_t result = last ? BSDL_RESULT_OK : BSDL_RESULT_FAILED;
+    for (const GSList *link = bsdl->data->logical_ports; link && last; link = link->next) {
+        auto *spec = static_cast<const PinSpec *>(link->data);
+        for (const GSList *name = spec->names; name; name = name->next)
+            last[name_fold(static_cast<const char *>(name->data))] = spec;
+    }
+    for (const GSList *link = bsdl->data->logical_ports; link && last; link = link->next) {
+        auto *spec = static_cast<const PinSpec *>(link->data);
+        for (const GSList *each = spec->names; each; each = each->next) {
+            auto *name = static_cast<const char *>(each->data);
+            if (last[name_fold(name)] != spec)
+                result |= rule_error({"port-name-not-unique", spec->line},
+                                     "<port name> '%s' is not unique", name);
+        }
+    }
+    arena_release(&scratch);
+    return result;
+}
+
+// ----------------------------------------------------------------------------------------- queries
+
+static bool has_pins(const Bsdl *bsdl) { return bsdl && bsdl->data && bsdl->data->pins; }
+
+int32_t bsdlGetNbrOfPins(Bsdl *bsdl)
+{
+    if (!has_pins(bsdl))
+        return -1;
+    return static_cast<int32_t>(list_count(&bsdl->data->pin_walk, bsdl->data->pins));
+}
+
+PinEntry *bsdlGetFirstPin(Bsdl *bsdl)
+{
+    // Without a list the cursor stays, unlike in the other iterations.
+    if (!has_pins(bsdl))
+        return nullptr;
+    BsdlData *data = bsdl->data;
+    return static_cast<PinEntry *>(list_first(&data->pin_walk, data->pins, &data->pin_cursor));
+}
+
+PinEntry *bsdlGetNextPin(Bsdl *bsdl)
+{
+    if (!bsdl || !bsdl->data)
+        return nullptr;
+    BsdlData *data = bsdl->data;
+    return static_cast<PinEntry *>(list_next(&data->pin_walk, data->pins, &data->pin_cursor));
+}
+
+PortId *bsdlGetPinPortID(PinEntry *pin) { return pin ? pin->port_id : nullptr; }
+
+int32_t bsdlGetPinType(PinEntry *pin) { return pin ? pin->pin_type : PIN_TYPE_NONE; }
+
+int32_t bsdlGetPinFunction(PinEntry *pin) { return pin ? pin->pin_function : PIN_FUNCTION_NONE; }
+
+const char *bsdlGetPinPhysicalName(PinEntry *pin) { return pin ? pin->physical_name : ""; }

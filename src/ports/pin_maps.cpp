@@ -1,0 +1,328 @@
+#include "frame/check.h"
+#include "ports/ports.h"
+#include "scan/scanner.h"
+
+// ----------------------------------------------------------------------------------- while parsing
+
+PortMap *port_map_new(Bsdl *bsdl, bool vector, List pin_ids)
+{
+    auto *port_map = model_new<PortMap>(bsdl);
+    port_map->vector = vector;
+    port_map->pin_ids = pin_ids.head;
+    return port_map;
+}
+
+PortMap *port_map_named(Bsdl *bsdl, const char *port_name, PortMap *port_map, int32_t line)
+{
+    port_map->port_name = port_name;
+    port_map->line = line;
+    bsdl->scan_mode = SCAN_MODE_NONE;
+    return port_map;
+}
+
+PinMapEntry *pin_map_passed(Bsdl *bsdl, const char *name, List port_maps, int32_t line)
+{
+    auto *pin_map = model_new<PinMapEntry>(bsdl);
+    *pin_map = {.name = name, .port_maps = port_maps.head, .line = line};
+    statement_passed(bsdl, "\tDevice package pin mappings statement passed");
+    return pin_map;
+}
+
+PinMapEntry *pin_map_skipped(Bsdl *bsdl)
+{
+    statement_skipped(bsdl, "Skipping port_mapping due to errors");
+    return nullptr;
+}
+
+void pin_maps_skipped(Bsdl *bsdl)
+{
+    bsdl->data->pin_maps = nullptr;
+    statement_skipped(bsdl, "skipping pin_mappings due to errors");
+}
+
+// --------------------------------------------------------------------------------------- look-ups
+
+PortMapIndex port_map_index(Bsdl *bsdl, Arena *arena, const PinMapEntry *pin_map)
+{
+    PortMapIndex index = {};
+    for (const GSList *link = pin_map->port_maps; link && !arena->failed; link = link->next) {
+        auto *port_map = static_cast<PortMap *>(link->data);
+        PortMap ***table = port_map->vector ? &index.vectors : &index.bits;
+        if (!*table)
+            *table = arena_array<PortMap *>(arena, bsdl->names.folds + size_t{1});
+        if (!*table)
+            break;
+        PortMap **first = &(*table)[name_fold(port_map->port_name)];
+        if (!*first)
+            *first = port_map;
+    }
+    return index;
+}
+
+GSList *find_port_map(const PortMapIndex *index, const char *name, bool vector)
+{
+    PortMap **table = vector ? index->vectors : index->bits;
+    const PortMap *port_map = table && name ? table[name_fold(name)] : nullptr;
+    return port_map ? port_map->pin_ids : nullptr;
+}
+
+// ---------------------------------------------------------------------------------- the selection
+
+int32_t bsdl_check_generic(Bsdl *bsdl)
+{
+    if (int32_t code = check_begin(bsdl))
+        return code;
+    BsdlData *data = bsdl->data;
+    if (!data->pin_maps)
+        return BSDL_RESULT_MISSING;
+
+    const char *package = bsdl->default_package;
+    if (!package) {
+        constexpr char text[] = "No default_device_package and no <pin mapping> name are specified";
+        if (bsdl->strict)
+            return rule_message(BSDL_LEVEL_ERROR, 1, {"pin-mapping-unspecified"}, "%s", text);
+        rule_warning({"pin-mapping-unspecified"}, "%s", text);
+    }
+    data->selected_pin_map = nullptr;
+    for (const GSList *link = data->pin_maps; link; link = link->next) {
+        auto *pin_map = static_cast<PinMapEntry *>(link->data);
+        // Without a package any name will do.
+        if (pin_map && pin_map->name && (!package || same_text(pin_map->name, package))) {
+            data->selected_pin_map = pin_map;
+            return BSDL_RESULT_OK;
+        }
+    }
+
+    bool multiple = data->pin_maps->next;
+    bool warn = !bsdl->strict && !multiple;
+    return rule_message(warn ? BSDL_LEVEL_WARNING : BSDL_LEVEL_ERROR, warn ? 2 : 1,
+                        {"pin-mapping-missing"}, "pin_mapping '%s' does not exist%s",
+                        shown(package),
+                        multiple && !bsdl->strict ? " and multiple pinmaps defined" : "");
+}
+
+// ---------------------------------------------------------------------------------- one pin
+// mapping
+
+namespace
+{
+
+// What is known of a name, by its fold number.
+enum : uint8_t {
+    DECLARED_BIT = 1,
+    DECLARED_VECTOR = 2,
+    MAPPED_BIT = 4,
+    MAPPED_VECTOR = 8,
+    SEEN_PIN = 16,
+};
+
+// Shared by the checks of all mappings of a description.
+struct MappingNames {
+    uint8_t *known;
+    const PinSpec **demanded; // the declarations that each mapping must cover: all but LINKAGE
+    size_t demanded_count;
+};
+
+} // namespace
+
+static bool mapping_names_start(Bsdl *bsdl, Arena *arena, MappingNames *names)
+{
+    *names = {};
+    names->known = arena_array<uint8_t>(arena, bsdl->names.folds + size_t{1});
+    size_t specs = 0;
+    for (const GSList *link = bsdl->data->logical_ports; link; link = link->next)
+        specs++;
+    names->demanded = arena_array<const PinSpec *>(arena, specs);
+    if (!names->known || !names->demanded)
+        return false;
+    for (const GSList *link = bsdl->data->logical_ports; link; link = link->next) {
+        auto *spec = static_cast<const PinSpec *>(link->data);
+        if (spec->pin_type != PIN_TYPE_LINKAGE)
+            names->demanded[names->demanded_count++] = spec;
+        uint8_t form = spec->range_direction == RANGE_NONE ? DECLARED_BIT : DECLARED_VECTOR;
+        for (const GSList *name = spec->names; name; name = name->next)
+            names->known[name_fold(static_cast<const char *>(name->data))] |= form;
+    }
+    return true;
+}
+
+static int32_t check_port_map(MappingNames *names, const PortMap *port_map)
+{
+    int32_t result = BSDL_RESULT_OK;
+    for (const GSList *link = port_map->pin_ids; link; link = link->next) {
+        auto *pin_id = static_cast<const char *>(link->data);
+        uint8_t *known = &names->known[name_fold(pin_id)];
+        if (*known & SEEN_PIN)
+            result |= rule_error({"pin-id-not-unique", port_map->line},
+                                 "<pin id> '%s' is not unique (<port name> '%s')", pin_id,
+                                 port_map->port_name);
+        *known |= SEEN_PIN;
+    }
+    uint8_t *known = &names->known[name_fold(port_map->port_name)];
+    if (!(*known & (port_map->vector ? DECLARED_VECTOR : DECLARED_BIT)))
+        result |= rule_error({"mapped-port-undeclared", port_map->line},
+                             "<port name> %s (%s) not found in <logical port description>",
+                             port_map->port_name, port_map->vector ? "bit vector" : "bit");
+    *known |= port_map->vector ? MAPPED_VECTOR : MAPPED_BIT;
+    return result;
+}
+
+static int32_t check_ports_mapped(const MappingNames *names, const PinMapEntry *pin_map)
+{
+    int32_t result = BSDL_RESULT_OK;
+    for (size_t i = 0; i < names->demanded_count; i++) {
+        const PinSpec *spec = names->demanded[i];
+        bool bit = spec->range_direction == RANGE_NONE;
+        for (const GSList *link = spec->names; link; link = link->next) {
+            auto *name = static_cast<const char *>(link->data);
+            if (names->known[name_fold(name)] & (bit ? MAPPED_BIT : MAPPED_VECTOR))
+                continue;
+            result |= rule_error({"port-not-mapped", spec->line},
+                                 "<port name> %s (%s) not found in <pin mapping> %s", name,
+                                 bit ? "bit" : "bit vector", pin_map->name);
+            // Every mapping may lack every port: no more of it when nobody reads it.
+            if (!message_wanted(2))
+                return result;
+        }
+    }
+    return result;
+}
+
+static int32_t check_pin_map(MappingNames *names, const PinMapEntry *pin_map)
+{
+    rule_message(BSDL_LEVEL_PROGRESS, 3, {"pin-mapping-checked", pin_map->line},
+                 "\tChecking pin_map '%s'", pin_map->name);
+    int32_t result = BSDL_RESULT_OK;
+    for (const GSList *link = pin_map->port_maps; link; link = link->next)
+        result |= check_port_map(names, static_cast<const PortMap *>(link->data));
+    result |= check_ports_mapped(names, pin_map);
+
+    // Taken back name by name, so that many small mappings do not pass over all names each.
+    constexpr uint8_t of_mapping = MAPPED_BIT | MAPPED_VECTOR | SEEN_PIN;
+    for (const GSList *link = pin_map->port_maps; link; link = link->next) {
+        auto *port_map = static_cast<const PortMap *>(link->data);
+        names->known[name_fold(port_map->port_name)] &= static_cast<uint8_t>(~of_mapping);
+        for (const GSList *pin = port_map->pin_ids; pin; pin = pin->next)
+            names->known[name_fold(static_cast<const char *>(pin->data))] &=
+                static_cast<uint8_t>(~of_mapping);
+    }
+    return result;
+}
+
+int32_t bsdl_check_pin_map(Bsdl *bsdl, const char *name)
+{
+    if (!name)
+        return BSDL_RESULT_MISSING;
+    if (int32_t code = check_begin(bsdl))
+        return code;
+    if (!bsdl->data->pin_maps)
+        return BSDL_RESULT_MISSING;
+    for (const GSList *link = bsdl->data->pin_maps; link; link = link->next) {
+        auto *pin_map = static_cast<const PinMapEntry *>(link->data);
+        if (!pin_map || !pin_map->name || !same_text(pin_map->name, name))
+            continue;
+        if (!bsdl->data->logical_ports)
+            return BSDL_RESULT_MISSING;
+        Arena scratch;
+        MappingNames names;
+        if (!arena_start(&scratch, 0))
+            return BSDL_RESULT_FAILED;
+        bool ready = mapping_names_start(bsdl, &scratch, &names);
+        int32_t result = ready ? check_pin_map(&names, pin_map) : BSDL_RESULT_FAILED;
+        arena_release(&scratch);
+        return result;
+    }
+    // It is the package of the handle that is named, whatever the caller asked for.
+    return rule_message(BSDL_LEVEL_ERROR, 1, {"pin-mapping-unknown"},
+                        "pin_mapping '%s' does not exist", shown(bsdl->default_package));
+}
+
+// --------------------------------------------------------------------------------- all pin
+// mappings
+
+static int32_t check_each_pin_map(Bsdl *bsdl, Arena *scratch)
+{
+    MappingNames names;
+    auto *last = arena_array<const PinMapEntry *>(scratch, bsdl->names.folds + size_t{1});
+    if (!last || !mapping_names_start(bsdl, scratch, &names))
+        return BSDL_RESULT_FAILED;
+    for (const GSList *link = bsdl->data->pin_maps; link; link = link->next)
+        if (auto *pin_map = static_cast<const PinMapEntry *>(link->data))
+            last[name_fold(pin_map->name)] = pin_map;
+
+    int32_t result = BSDL_RESULT_OK;
+    for (const GSList *link = bsdl->data->pin_maps; link; link = link->next) {
+        auto *pin_map = static_cast<const PinMapEntry *>(link->data);
+        if (!pin_map)
+            continue;
+        if (last[name_fold(pin_map->name)] != pin_map)
+            result |= rule_error({"pin-mapping-not-unique", pin_map->line},
+                                 "<pin_map_name> %s is not unique", pin_map->name);
+        result |= check_pin_map(&names, pin_map);
+    }
+    return result;
+}
+
+int32_t bsdl_check_all_pin_maps(Bsdl *bsdl)
+{
+    if (int32_t code = check_begin(bsdl))
+        return code;
+    BsdlData *data = bsdl->data;
+    if (!data->pin_maps || !data->logical_ports)
+        return BSDL_RESULT_MISSING;
+
+    Arena scratch;
+    if (!arena_start(&scratch, 0))
+        return BSDL_RESULT_FAILED;
+    int32_t result = check_each_pin_map(bsdl, &scratch);
+    arena_release(&scratch);
+
+    const PinMapEntry *used = data->selected_pin_map;
+    if (!used) {
+        if (bsdl->strict || data->pin_maps->next)
+            return BSDL_RESULT_FAILED;
+        used = static_cast<const PinMapEntry *>(data->pin_maps->data);
+        if (used)
+            rule_warning({"pin-mapping-first-used", used->line},
+                         "Using first available <pin_map> '%s' because none was specified",
+                         used->name);
+    }
+    if (!build_pin_list(bsdl, used))
+        result = BSDL_RESULT_FAILED;
+    return result;
+}
+
+// ----------------------------------------------------------------------------------------- queries
+
+static const char *pin_map_name(const void *pin_map)
+{
+    return pin_map ? static_cast<const PinMapEntry *>(pin_map)->name : nullptr;
+}
+
+int32_t bsdlGetNbrOfPinMaps(Bsdl *bsdl)
+{
+    if (!bsdl || !bsdl->data)
+        return 0;
+    return static_cast<int32_t>(list_count(&bsdl->data->pin_map_walk, bsdl->data->pin_maps));
+}
+
+const char *bsdlGetFirstPinMap(Bsdl *bsdl)
+{
+    if (!bsdl || !bsdl->data)
+        return nullptr;
+    BsdlData *data = bsdl->data;
+    return pin_map_name(list_first(&data->pin_map_walk, data->pin_maps, &data->pin_map_cursor));
+}
+
+const char *bsdlGetNextPinMap(Bsdl *bsdl)
+{
+    if (!bsdl || !bsdl->data)
+        return nullptr;
+    BsdlData *data = bsdl->data;
+    return pin_map_name(list_next(&data->pin_map_walk, data->pin_maps, &data->pin_map_cursor));
+}
+
+const char *bsdlGetDefaultDevicePackage(Bsdl *bsdl)
+{
+    return bsdl ? bsdl->default_package : nullptr;
+}

@@ -1,0 +1,189 @@
+#include "boundary/boundary.h"
+#include "frame/check.h"
+#include "frame/texts.h"
+#include "ports/ports.h"
+#include "scan/scanner.h"
+
+CellEntry *first_cell_of_bit(Bsdl *bsdl, const PortId *port);
+CellEntry *next_cell_of_bit(Bsdl *bsdl, const CellEntry *cell);
+
+namespace
+{
+
+struct TapStatement {
+    PortId *ScanPorts::*port;
+    int32_t ScanPorts::*line;
+    const char *passed;
+    const char *label;
+    int32_t function;
+    int32_t type;
+};
+
+} // namespace
+
+// By TapPort.
+static constexpr TapStatement statements[] = {
+    {.port = &ScanPorts::tdi,
+     .line = &ScanPorts::tdi_line,
+     .passed = "\tScan port tdi statement passed",
+     .label = "TAP_SCAN_IN",
+     .function = PIN_FUNCTION_TDI,
+     .type = PIN_TYPE_IN},
+    {.port = &ScanPorts::tdo,
+     .line = &ScanPorts::tdo_line,
+     .passed = "\tScan port tdo statement passed",
+     .label = "TAP_SCAN_OUT",
+     .function = PIN_FUNCTION_TDO,
+     .type = PIN_TYPE_OUT},
+    {.port = &ScanPorts::trst,
+     .line = &ScanPorts::trst_line,
+     .passed = "\tScan port reset statement passed",
+     .label = "TAP_SCAN_RESET",
+     .function = PIN_FUNCTION_TRST,
+     .type = PIN_TYPE_IN},
+    {.port = &ScanPorts::tms,
+     .line = &ScanPorts::tms_line,
+     .passed = "\tScan port mode statement passed",
+     .label = "TAP_SCAN_MODE",
+     .function = PIN_FUNCTION_TMS,
+     .type = PIN_TYPE_IN},
+    {.port = &ScanPorts::tck,
+     .line = &ScanPorts::tck_line,
+     .passed = "\tScan port clock statement passed",
+     .label = "TAP_SCAN_CLOCK",
+     .function = PIN_FUNCTION_TCK,
+     .type = PIN_TYPE_IN},
+};
+
+// ----------------------------------------------------------------------------------- while parsing
+
+ClockRecord *clock_record_new(Bsdl *bsdl, double frequency, int32_t halt_state)
+{
+    auto *clock = model_new<ClockRecord>(bsdl);
+    *clock = {.frequency = frequency, .halt_state = halt_state};
+    return clock;
+}
+
+void tap_port_passed(Bsdl *bsdl, TapPort which, PortId *port, int32_t line)
+{
+    const TapStatement &statement = statements[which];
+    if (ScanPorts *ports = bsdl->data->scan_port) {
+        ports->*statement.port = port;
+        ports->*statement.line = line;
+    }
+    statement_passed(bsdl, statement.passed);
+}
+
+void tap_clock_passed(Bsdl *bsdl, PortId *port, ClockRecord *clock, int32_t line)
+{
+    if (ScanPorts *ports = bsdl->data->scan_port)
+        ports->clock = clock;
+    bsdl->scan_mode = SCAN_MODE_NONE;
+    tap_port_passed(bsdl, TAP_TCK, port, line);
+}
+
+// ------------------------------------------------------------------------------------------- check
+
+static int32_t check_scan_port_role(Bsdl *bsdl, const TapStatement &statement, const PortId *port,
+                                    int32_t line)
+{
+    const char *label = statement.label;
+    int32_t result = BSDL_RESULT_OK;
+    PinEntry *pin = find_pin_entry(bsdl, port);
+    if (!pin || pin->pin_type == PIN_TYPE_LINKAGE) {
+        // The one text without a subscript.
+        result |= rule_error({"scan-port-missing", line},
+                             "<scan port> %s <port id> '%s' not found in <logical port>", label,
+                             port->name);
+    } else {
+        if (pin->pin_type != statement.type)
+            result |= rule_error({"scan-port-pin-type", line},
+                                 "<scan port> %s <port id> '%s' must be <pin type> '%s'", label,
+                                 port_text(port), port_type_name(statement.type));
+        if (pin->pin_function == PIN_FUNCTION_NONE)
+            pin->pin_function = statement.function;
+        else
+            result |= rule_error({"scan-port-already-used", line},
+                                 "<scan port> %s <port id> '%s' is already used as %s", label,
+                                 port_text(port), pin_function_name(pin->pin_function));
+    }
+    if (port_in_groups(bsdl, port))
+        result |= rule_error({"scan-port-in-group", line},
+                             "<scan port> %s <port id> '%s' cannot appear in <grouped port>", label,
+                             port_text(port));
+    if (first_cell_of_bit(bsdl, port))
+        result |=
+            rule_error({"scan-port-with-cell", line},
+                       "<scan port> %s <port id> '%s' cannot appear in <boundary-scan register>",
+                       label, port_text(port));
+    return result;
+}
+
+int32_t bsdl_check_scan_port(Bsdl *bsdl)
+{
+    if (int32_t code = check_begin(bsdl))
+        return code;
+    const ScanPorts *ports = bsdl->data->scan_port;
+    if (!ports || !bsdl->data->boundary_register)
+        return BSDL_RESULT_MISSING;
+    int32_t result = BSDL_RESULT_OK;
+    for (const TapStatement &statement : statements)
+        if (const PortId *port = ports->*statement.port)
+            result |= check_scan_port_role(bsdl, statement, port, ports->*statement.line);
+    return lookups_of(bsdl)->arena.failed ? int32_t{BSDL_RESULT_FAILED} : result;
+}
+
+// ----------------------------------------------------------------------------------------- queries
+
+static const ScanPorts *scan_ports_of(const Bsdl *bsdl)
+{
+    return bsdl && bsdl->data ? bsdl->data->scan_port : nullptr;
+}
+
+static const ClockRecord *clock_of(const Bsdl *bsdl)
+{
+    const ScanPorts *ports = scan_ports_of(bsdl);
+    return ports ? ports->clock : nullptr;
+}
+
+PortId *bsdlGetTckPortId(Bsdl *bsdl)
+{
+    const ScanPorts *ports = scan_ports_of(bsdl);
+    return ports ? ports->tck : nullptr;
+}
+
+PortId *bsdlGetTdiPortId(Bsdl *bsdl)
+{
+    const ScanPorts *ports = scan_ports_of(bsdl);
+    return ports ? ports->tdi : nullptr;
+}
+
+PortId *bsdlGetTmsPortId(Bsdl *bsdl)
+{
+    const ScanPorts *ports = scan_ports_of(bsdl);
+    return ports ? ports->tms : nullptr;
+}
+
+PortId *bsdlGetTdoPortId(Bsdl *bsdl)
+{
+    const ScanPorts *ports = scan_ports_of(bsdl);
+    return ports ? ports->tdo : nullptr;
+}
+
+PortId *bsdlGetTrstPortId(Bsdl *bsdl)
+{
+    const ScanPorts *ports = scan_ports_of(bsdl);
+    return ports ? ports->trst : nullptr;
+}
+
+double bsdlGetTckFrequency(Bsdl *bsdl)
+{
+    const ClockRecord *clock = clock_of(bsdl);
+    return clock ? clock->frequency : 0.0;
+}
+
+int32_t bsdlGetTckHaltState(Bsdl *bsdl)
+{
+    const ClockRecord *clock = clock_of(bsdl);
+    return clock ? clock->halt_state : -1;
+}
