@@ -6,6 +6,7 @@
 #include "generate.h"
 #include "memory.h"
 #include "process.h"
+#include "scan_alone.h"
 
 #include "tarnlet/bsdl.h"
 
@@ -111,6 +112,12 @@ struct Work {
             bsdlRelease(h);
         handles.clear();
     }
+
+    void scan()
+    {
+        for (const std::string &path : paths)
+            failed |= scan_alone(path.c_str()) == 0;
+    }
 };
 
 struct Step {
@@ -124,6 +131,7 @@ void nothing(Work &) {}
 
 constexpr Step steps[] = {
     {.name = "floor", .prepare = nothing, .run = nothing, .is_floor = true},
+    {.name = "scan", .prepare = nothing, .run = [](Work &w) { w.scan(); }},
     {.name = "read", .prepare = nothing, .run = [](Work &w) { w.read(); }},
     {.name = "check",
      .prepare = nothing,

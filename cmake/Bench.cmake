@@ -15,7 +15,10 @@ set_source_files_properties(${FLEX_floor_scanner_OUTPUTS} PROPERTIES
 
 add_library(tarnlet_bench STATIC ${bench_shared} ${FLEX_floor_scanner_OUTPUTS})
 target_include_directories(tarnlet_bench PUBLIC bench)
-target_link_libraries(tarnlet_bench PRIVATE tarnlet_flags)
+# Scanning alone is measured at an entry that is hidden.
+target_include_directories(tarnlet_bench PRIVATE include src ${CMAKE_BINARY_DIR}/generated)
+target_link_libraries(tarnlet_bench PRIVATE PkgConfig::GLIB tarnlet_flags)
+add_dependencies(tarnlet_bench tarnlet_objects)
 
 foreach(program IN LISTS bench_programs bench_helpers)
     cmake_path(GET program STEM name)
@@ -26,9 +29,9 @@ foreach(program IN LISTS bench_programs bench_helpers)
         OUTPUT_NAME ${name}
         RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bench)
     if(program IN_LIST bench_programs)
-        # The objects and not the library: scanning alone is measured at an entry that is hidden.
+        # The objects and not the library, for the hidden entry.
         target_sources(bench_${name} PRIVATE $<TARGET_OBJECTS:tarnlet_objects>)
-        target_include_directories(bench_${name} PRIVATE include src ${CMAKE_BINARY_DIR}/generated)
+        target_include_directories(bench_${name} PRIVATE include)
         target_link_libraries(bench_${name} PRIVATE PkgConfig::GLIB benchmark::benchmark)
     endif()
 endforeach()

@@ -1,0 +1,42 @@
+#include "scan_alone.h"
+
+#include "frame/model.h"
+#include "frame/reader_state.h"
+#include "grammar.h"
+#include "scan/reading.h"
+#include "scan/scanner.h"
+
+uint64_t scan_alone(const char *path)
+{
+    Bsdl bsdl = {};
+    Reading reading = {};
+    uint64_t count = 0;
+    bsdl.file_name = path;
+    bsdl.standards = BSDL_STANDARD_BIT_2001;
+    // The numbers of pin maps and cell tables are most of the text, so they are read as such.
+    bsdl.scan_mode = SCAN_MODE_INTEGER;
+    reader_state.context = nullptr;
+    if (arena_start(&bsdl.arena, size_t{64} << 10) && names_start(&bsdl.names, &bsdl.arena) &&
+        reading_start(&bsdl, &reading)) {
+        bsdl.reading = &reading;
+        BSDL_YYSTYPE value;
+        int32_t line = 0;
+        bool strings = false;
+        for (int token; (token = scan_token(&value, &line, &bsdl)) != BSDL_YYEOF; count++) {
+            if (token == QUOTED_STRING) {
+                if (!strings)
+                    release_strings(&bsdl);
+                store_string(&bsdl, value.quoted);
+                strings = true;
+            } else if (token == ';' && strings) {
+                // What the parser does for the attributes that have a grammar of their own.
+                rescan_strings(&bsdl);
+                strings = false;
+            }
+        }
+    }
+    reading_end(&reading);
+    names_release(&bsdl.names);
+    arena_release(&bsdl.arena);
+    return count;
+}
