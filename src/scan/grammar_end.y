@@ -22,3 +22,8 @@ static int yyreport_syntax_error(const yypcontext_t *context, Bsdl *bsdl)
     report_expected(bsdl, &expected);
     return 0;
 }
+
+const char *token_name(int token)
+{
+    return yysymbol_name(YYTRANSLATE(token));
+}

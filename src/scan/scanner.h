@@ -36,6 +36,8 @@ struct TokenText {
 
 int scan_token(BSDL_YYSTYPE *value, int32_t *line, Bsdl *bsdl);
 TokenText scan_token_text(const Bsdl *bsdl);
+// The name that messages give a token.
+const char *token_name(int token);
 
 // The line count as messages name it: inside a string it is the line on which the piece ended.
 int32_t scan_line(const Bsdl *bsdl);
