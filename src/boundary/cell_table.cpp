@@ -1,0 +1,189 @@
+#include "boundary/boundary.h"
+
+#include "frame/messages.h"
+#include "scan/scanner.h"
+
+#include <type_traits>
+
+namespace
+{
+
+// What every row of the table has, in one piece: tables reach a million rows.
+struct CellRow {
+    CellEntry entry;
+    CellSpec spec;
+    GSList link;
+};
+static_assert(std::is_standard_layout_v<CellRow>); // a pointer to the entry is one to the row
+
+constexpr size_t SCRATCH_BLOCK = size_t{64} << 10;
+
+} // namespace
+
+// ---------------------------------------------------------------------------------------
+// statements
+
+// Mandatory in the 1990 issue, where its absence passes all the same.
+void boundary_cells_absent(Bsdl *bsdl)
+{
+    if (bsdl->standards == BSDL_STANDARD_BIT_1990)
+        statement_absent(bsdl, "\tBoundary cells statement passed"); /* as is */
+}
+
+void boundary_cells_bare(Bsdl *bsdl)
+{
+    statement_passed(bsdl, "\tBoundary cells statement passed");
+}
+
+List boundary_cells_passed(Bsdl *bsdl, List names)
+{
+    statement_passed(bsdl, "\tBoundary cells statement passed");
+    return names;
+}
+
+void boundary_cells_skipped(Bsdl *bsdl)
+{
+    statement_skipped(bsdl, "Skipping boundary_cells due to errors");
+}
+
+void boundary_length_passed(Bsdl *bsdl)
+{
+    bsdl->scan_mode = SCAN_MODE_NONE;
+    statement_passed(bsdl, "\tBoundary scan register length statement passed");
+}
+
+// Tables stand in rising or falling order as a rule: entries of one number are neighbours then.
+// False for a table in another order, whose links do not count.
+static bool merge_neighbours(GSList *table)
+{
+    auto *before = static_cast<CellEntry *>(table->data);
+    int direction = 0;
+    for (GSList *link = table->next; link; link = link->next) {
+        auto *entry = static_cast<CellEntry *>(link->data);
+        if (entry->cell_number == before->cell_number) {
+            entry->merged_with = before->merged_with ? before->merged_with : before;
+        } else {
+            int step = entry->cell_number > before->cell_number ? 1 : -1;
+            if (direction == -step)
+                return false;
+            direction = step;
+        }
+        before = entry;
+    }
+    return true;
+}
+
+static void merge_by_number(Bsdl *bsdl, GSList *table)
+{
+    Arena scratch;
+    if (!arena_start(&scratch, SCRATCH_BLOCK)) {
+        bsdl->arena.failed = true;
+        return;
+    }
+    uint32_t count;
+    auto **entries = list_table_of<CellEntry>(&scratch, table, &count);
+    Index numbers;
+    index_start(&numbers, &scratch, count);
+    for (uint32_t position = 0; position < count; position++) {
+        CellEntry *entry = entries[position];
+        uint32_t first = index_first(&numbers, entry->cell_number, position);
+        entry->merged_with = first == INDEX_NONE ? nullptr : entries[first];
+    }
+    bsdl->arena.failed |= scratch.failed;
+    arena_release(&scratch);
+}
+
+List boundary_register_passed(Bsdl *bsdl, List table)
+{
+    if (!merge_neighbours(table.head))
+        merge_by_number(bsdl, table.head);
+    statement_passed(bsdl, "\tBoundary scan register statement passed");
+    return table;
+}
+
+void boundary_register_skipped(Bsdl *bsdl)
+{
+    statement_skipped(bsdl, "Skipping boundary_register due to errors");
+}
+
+void boundary_register_made(Bsdl *bsdl, List names, int32_t length, List table, int32_t length_line,
+                            int32_t line)
+{
+    auto *record = model_new<BoundaryRegister>(bsdl);
+    record->boundary_cells = names.head;
+    record->boundary_length = static_cast<uint32_t>(length);
+    record->cell_table = table.head;
+    record->length_line = length_line;
+    record->line = line;
+    bsdl->data->boundary_register = record;
+}
+
+// -------------------------------------------------------------------------------------- the table
+
+CellEntry *cell_entry_new(Bsdl *bsdl, const char *name, PortId *port, int32_t function,
+                          int32_t safe_bit)
+{
+    auto *row = model_new<CellRow>(bsdl);
+    row->entry.cell_spec = &row->spec;
+    row->spec.cell_name = name;
+    row->spec.port = port;
+    row->spec.function = function;
+    row->spec.safe_bit = safe_bit;
+    return &row->entry;
+}
+
+CellEntry *cell_entry_numbered(CellEntry *entry, int32_t number, int32_t line)
+{
+    entry->cell_number = static_cast<uint32_t>(number);
+    entry->line = line;
+    return entry;
+}
+
+List cell_table_append(List table, CellEntry *entry)
+{
+    if (table.tail)
+        entry->position = static_cast<const CellEntry *>(table.tail->data)->position + 1;
+    GSList *link = &reinterpret_cast<CellRow *>(entry)->link;
+    link->data = entry;
+    return list_join(table, {link, link});
+}
+
+DisableSpec *disable_spec_new(Bsdl *bsdl, int32_t ccell, int32_t value, int32_t result)
+{
+    auto *spec = model_new<DisableSpec>(bsdl);
+    *spec = {.ccell = ccell, .disable_value = value, .disable_result = result, .control_seen = 0};
+    return spec;
+}
+
+int32_t safe_bit_from(Bsdl *bsdl, int32_t value)
+{
+    if (value == 0 || value == 1)
+        return value == 0 ? SAFE_BIT_0 : SAFE_BIT_1;
+    parse_message(bsdl, BSDL_LEVEL_ERROR, 1, "cell-safe-bit-value", "safe_bit must be X, 0, 1");
+    return SAFE_BIT_NONE;
+}
+
+int32_t control_cell_from(Bsdl *bsdl, int32_t number)
+{
+    if (number < 0)
+        parse_message(bsdl, BSDL_LEVEL_ERROR, 1, "cell-control-number-negative",
+                      "cell number must be positive");
+    return number;
+}
+
+int32_t disable_value_from(Bsdl *bsdl, int32_t value)
+{
+    if (value == 0 || value == 1)
+        return value == 0 ? DISABLE_VALUE_0 : DISABLE_VALUE_1;
+    parse_message(bsdl, BSDL_LEVEL_ERROR, 1, "cell-disable-value",
+                  "disable_value must be X, 0, 1"); /* as is: X is no disable value */
+    return DISABLE_VALUE_NONE;
+}
+
+int32_t disable_result_keeper(Bsdl *bsdl)
+{
+    if (!bsdlIs2001(bsdl))
+        parse_message(bsdl, BSDL_LEVEL_ERROR, 1, "cell-disable-result-keeper",
+                      "\t<disable result> KEEPER is only allowed in BSDL2001");
+    return DISABLE_RESULT_KEEPER;
+}
