@@ -27,9 +27,9 @@ struct Lookups {
     InstructionEntry **instruction_table;
     Index registers; // fold -> position in register_table
     RegisterEntry **register_table;
-    Index cell_numbers; // cell_number -> position in cell_table
-    Index cell_ports;   // port_key -> position in cell_table
-    Index cell_bits;    // port_bit_key -> position in cell_table
+    Index cell_numbers;      // cell_number -> position in cell_table
+    Index cell_ports;        // port_key -> position in cell_table
+    Index cell_bits;         // port_bit_key -> position in cell_table
     uint32_t *cell_bit_next; // position -> next position of the same bit, INDEX_NONE at the end
     CellEntry **cell_table;
     uint32_t cell_count;
