@@ -19,7 +19,7 @@ struct Lookups;
 struct OptionalRegisters;
 struct PinMapEntry;
 struct PrgPart;
-struct Reading;
+struct ScanState;
 struct RunbistSpec;
 struct ScanPorts;
 
@@ -103,7 +103,7 @@ struct Bsdl {
 
     Arena arena;      // everything under this record
     NameTable names;  // of the whole reading
-    Reading *reading; // scanner and string store, while readBsdl runs
+    ScanState *reading; // scanner and string store, while readBsdl runs
     Lookups *lookups; // indexes over the model, made when first asked for
     Bsdl *released;   // the next handle that was given back
     char *kept_texts; // what outlives freeBsdl, in one block
