@@ -15,6 +15,7 @@ struct Ebst;
 struct InstructionRegister;
 struct IntestSpec;
 struct IscData;
+struct IscFlowReading;
 struct Lookups;
 struct OptionalRegisters;
 struct PinMapEntry;
@@ -75,6 +76,8 @@ struct BsdlData {
     GList *extensions_tail;
     GSList *cell_descs_tail;
     GSList *corvane_class_tail;
+
+    IscFlowReading *isc_flow_reading; // what reading ISC_Flow keeps; made at its first need
 };
 
 // The contents of one PPC/PRG data file; empty in a BSDL reading.
