@@ -1,0 +1,210 @@
+// The text of a package file, read in the middle of the use statement that names it, and the check
+// of all packages.
+
+#include "boundary/standard_cells.h"
+#include "frame/arena.h"
+#include "frame/check.h"
+#include "frame/index.h"
+#include "frame/messages.h"
+#include "header/header.h"
+#include "scan/scanner.h"
+
+namespace
+{
+
+constexpr size_t FIRST_BLOCK = size_t{16} << 10;
+
+} // namespace
+
+PackageName *package_name(Bsdl *bsdl, const char *text, int32_t standard_bit)
+{
+    auto *name = model_new<PackageName>(bsdl);
+    *name = {.text = text, .standard_bit = standard_bit};
+    return name;
+}
+
+void package_header_begun(Bsdl *bsdl, const PackageName *name)
+{
+    // Without a use statement the attributes of the extensions may follow at once: here they are
+    // declared, so their names are no keywords.
+    bsdl->scan_mode = SCAN_MODE_PACKAGE;
+    bsdl->data->current_package_body = name->text;
+}
+
+bool package_header_ends(Bsdl *bsdl, const PackageName *name, const PackageName *end_name)
+{
+    if (same_text(name->text, end_name->text))
+        return true;
+    return parse_refused(bsdl, "package-end-mismatch",
+                         "User package name is not consistent: %s, %s", name->text, end_name->text);
+}
+
+DeferredConstant *deferred_constant(Bsdl *bsdl, const char *name, int32_t line)
+{
+    auto *constant = model_new<DeferredConstant>(bsdl);
+    *constant = {.name = name, .line = line};
+    return constant;
+}
+
+UserPackage *package_body_read(Bsdl *bsdl, const PackageName *name, const PackageName *end_name,
+                               int32_t standard, List cells, int32_t line)
+{
+    parse_message(bsdl, BSDL_LEVEL_PROGRESS, 3, nullptr, "\tReading package: %s", name->text);
+    if (!same_text(name->text, end_name->text)) {
+        parse_refused(bsdl, "package-body-end-mismatch",
+                      "\tUser package name is not consistent: %s, %s", /* as is */
+                      name->text, end_name->text);
+        return nullptr;
+    }
+    auto *package = model_new<UserPackage>(bsdl);
+    *package = {.standard = standard,
+                .name = name->text,
+                .file_name = bsdl->data->current_package,
+                .standard_file = name->standard_bit,
+                .body_cells = cells.head,
+                .line = line};
+    return package;
+}
+
+static const char *issue_text(uint32_t bits)
+{
+    if (bits & BSDL_STANDARD_BIT_2001)
+        return "2001";
+    return bits & BSDL_STANDARD_BIT_1994 ? "1994" : "1990";
+}
+
+static void package_issue_compared(Bsdl *bsdl, uint32_t header, uint32_t body)
+{
+    const uint32_t in_force = bsdl->standards & BSDL_STANDARD_MASK_1149_1;
+    if ((!header || header == in_force) && (!body || body == in_force))
+        return;
+    parse_message(bsdl, BSDL_LEVEL_WARNING, 2, "package-standard-differs",
+                  "User package '%s' is different from BSDL file package '%s'",
+                  issue_text(header ? header : body), issue_text(in_force));
+}
+
+bool package_read(Bsdl *bsdl, const PackageName *name, int32_t standard, List ext_decs,
+                  List deferred_constants, UserPackage *body)
+{
+    BsdlData *data = bsdl->data;
+    if (!same_text(name->text, body->name))
+        return parse_refused(bsdl, "package-body-mismatch",
+                             "User package name is not consistent: %s, %s", name->text, body->name);
+    if (standard && body->standard && standard != body->standard)
+        return parse_refused(
+            bsdl, "package-standard-mismatch",
+            "Standard use package is not consistent between user package and user package body");
+    package_issue_compared(bsdl, static_cast<uint32_t>(standard),
+                           static_cast<uint32_t>(body->standard));
+
+    body->ext_decs = ext_decs.head;
+    body->deferred_constants = deferred_constants.head;
+    body->file_path = data->package_file;
+    body->standard_file = name->standard_bit;
+    const List packages = model_append(bsdl, {data->user_packages, data->user_packages_tail}, body);
+    data->user_packages = packages.head;
+    data->user_packages_tail = packages.tail;
+    data->current_package = nullptr;
+    data->current_package_body = nullptr;
+    data->package_file = nullptr;
+    return true;
+}
+
+// ------------------------------------------------------------------------------------------- check
+
+// Deferred constants without a cell, and those announced twice.
+static int32_t check_constants(Arena *arena, const UserPackage *package)
+{
+    int32_t result = BSDL_RESULT_OK;
+    uint32_t cell_count = 0;
+    uint32_t count = 0;
+    CellDesc **cells = list_table_of<CellDesc>(arena, package->body_cells, &cell_count);
+    DeferredConstant **constants =
+        list_table_of<DeferredConstant>(arena, package->deferred_constants, &count);
+    Index described;
+    Index last;
+    index_start(&described, arena, cell_count);
+    index_start(&last, arena, count);
+    for (uint32_t i = 0; i < cell_count; i++)
+        index_first(&described, name_fold(cells[i]->name), i);
+    for (uint32_t i = 0; i < count; i++)
+        index_last(&last, name_fold(constants[i]->name), i);
+
+    for (uint32_t i = 0; i < count && !arena->failed; i++) {
+        const char *name = constants[i]->name;
+        const int32_t line = constants[i]->line;
+        if (index_find(&described, name_fold(name)) == INDEX_NONE)
+            rule_warning({"package-cell-missing", line, package->file_path},
+                         "Cell '%s' not found in package body", name);
+        if (index_find(&last, name_fold(name)) > i)
+            result |= rule_message(BSDL_LEVEL_ERROR, 1,
+                                   {"package-cell-announced-twice", line, package->file_path},
+                                   "Cell '%s' already defined", name);
+    }
+    return result;
+}
+
+// Cells that the package header does not announce are taken all the same.
+static void take_cells(Bsdl *bsdl, Arena *arena, UserPackage *package)
+{
+    uint32_t count = 0;
+    DeferredConstant **constants =
+        list_table_of<DeferredConstant>(arena, package->deferred_constants, &count);
+    Index announced;
+    index_start(&announced, arena, count);
+    for (uint32_t i = 0; i < count; i++)
+        index_first(&announced, name_fold(constants[i]->name), i);
+
+    for (const GSList *link = package->body_cells; link && !arena->failed; link = link->next) {
+        auto *desc = static_cast<CellDesc *>(link->data);
+        // The name is not in the text, which says what it does not find. /* as is */
+        if (index_find(&announced, name_fold(desc->name)) == INDEX_NONE)
+            rule_warning({"package-cell-not-announced", desc->line, package->file_path},
+                         "Cell description '%s' not found in", " deferred constants\n");
+        desc->package = package;
+        cell_desc_enter(bsdl, desc);
+    }
+}
+
+static int32_t check_user_packages(Bsdl *bsdl, Arena *arena)
+{
+    int32_t result = BSDL_RESULT_OK;
+    uint32_t count = 0;
+    UserPackage **packages = list_table_of<UserPackage>(arena, bsdl->data->user_packages, &count);
+    Index last;
+    index_start(&last, arena, count);
+    for (uint32_t i = 0; i < count; i++)
+        index_last(&last, name_fold(packages[i]->name), i);
+
+    for (uint32_t i = 0; i < count && !arena->failed; i++) {
+        UserPackage *package = packages[i];
+        bsdl_msg(BSDL_LEVEL_PROGRESS, 3, "\tChecking package '%s'", package->name);
+        if (index_find(&last, name_fold(package->name)) > i)
+            result |= rule_message(BSDL_LEVEL_ERROR, 1,
+                                   {"package-included-twice", package->line, package->file_path},
+                                   "bsdl_package '%s' already included", package->name);
+        result |= check_constants(arena, package);
+        take_cells(bsdl, arena, package);
+    }
+    list_changed(&bsdl->data->cell_desc_walk);
+    lookups_drop(bsdl);
+    return result;
+}
+
+int32_t bsdl_check_packages(Bsdl *h)
+{
+    if (const int32_t code = check_begin(h))
+        return code;
+    int32_t result = BSDL_RESULT_OK;
+    if (h->data->user_packages) {
+        Arena arena;
+        if (!arena_start(&arena, FIRST_BLOCK))
+            return BSDL_RESULT_FAILED;
+        result |= check_user_packages(h, &arena);
+        if (arena.failed)
+            result = BSDL_RESULT_FAILED;
+        arena_release(&arena);
+    }
+    result |= check_capture_rules(h);
+    return h->arena.failed ? BSDL_RESULT_FAILED : result;
+}

@@ -1,0 +1,74 @@
+// The use statements that follow the standard's own.
+
+#include "frame/messages.h"
+#include "header/header.h"
+#include "scan/package_search.h"
+
+void use_package(Bsdl *bsdl, const char *name, int32_t line)
+{
+    BsdlData *data = bsdl->data;
+    auto *spec = model_new<PackageSpec>(bsdl);
+    *spec = {.name = name, .used = 0, .line = line};
+    const List specs = model_append(bsdl, {data->package_specs, data->package_specs_tail}, spec);
+    data->package_specs = specs.head;
+    data->package_specs_tail = specs.tail;
+    parse_message(bsdl, BSDL_LEVEL_INFO, 2, nullptr, "\tUser package: '%s'", name);
+    read_package(bsdl, name, name);
+}
+
+// The packages of the extensions are files of small letters, however they are written. In the order
+// of their issues they ask for more and more: 1532-2001 is refused in a 1990 file, 1532-2002 there
+// too and frowned upon in a 1994 file, 1149.6 is refused in both.
+
+bool use_std_1532_2001(Bsdl *bsdl, const char *token)
+{
+    parse_message(bsdl, BSDL_LEVEL_INFO, 2, nullptr, "\tUser package: std_1532_2001.all");
+    if (bsdlIs1990(bsdl))
+        return parse_refused(bsdl, "package-needs-1994",
+                             "BSDL version must be STD_1149_1_1994 or higher");
+    bsdl->standards |= BSDL_STANDARD_BIT_1532_2001;
+    read_package(bsdl, "std_1532_2001.all", token);
+    return true;
+}
+
+bool use_std_1532_2002(Bsdl *bsdl, const char *token)
+{
+    parse_message(bsdl, BSDL_LEVEL_INFO, 2, nullptr, "\tUser package: std_1532_2002.all");
+    if (bsdlIs1990(bsdl))
+        return parse_refused(bsdl, "package-needs-2001",
+                             "BSDL version must be STD_1149_1_2001 or higher");
+    if (bsdlIs1994(bsdl))
+        parse_message(bsdl, BSDL_LEVEL_WARNING, 2, "package-wants-2001",
+                      "BSDL version must be STD_1149_1_2001 or higher");
+    bsdl->standards |= BSDL_STANDARD_BIT_1532_2002;
+    read_package(bsdl, "std_1532_2002.all", token);
+    return true;
+}
+
+void use_std_prg_2001(Bsdl *bsdl, const char *token)
+{
+    parse_message(bsdl, BSDL_LEVEL_INFO, 2, nullptr, "\tUser package: '%s'", token);
+    if (!bsdlIsPrg(bsdl))
+        parse_message(bsdl, BSDL_LEVEL_WARNING, 2, "package-wants-prg",
+                      "%s included in a non-PPC/PRG file", token);
+    read_package(bsdl, token, token);
+}
+
+bool use_std_1149_6_2003(Bsdl *bsdl, const char *token)
+{
+    parse_message(bsdl, BSDL_LEVEL_INFO, 2, nullptr, "\tUser package: std_1149_6_2003.all");
+    if (bsdlIs1990(bsdl) || bsdlIs1994(bsdl))
+        return parse_refused(bsdl, "package-needs-2001",
+                             "BSDL version must be STD_1149_1_2001 or higher");
+    bsdl->standards |= BSDL_STANDARD_BIT_1149_6_2003;
+    read_package(bsdl, "std_1149_6_2003.all", token);
+    return true;
+}
+
+bool package_absent(Bsdl *bsdl)
+{
+    if (!bsdl->fast_read)
+        return parse_refused(bsdl, "package-missing", "\tError in user .all");
+    statement_absent(bsdl, "\tSkip user .all");
+    return true;
+}
