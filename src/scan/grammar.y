@@ -67,7 +67,7 @@ static void bsdl_yyerror(const int32_t *line, Bsdl *bsdl, const char *text);
 }
 
 // Messages list what was expected in the order of these declarations.
-%token YYEOF 0 "$" YYUNDEF "$undefined."
+%token YYEOF 0 "$"
 %token Y_BIDIR_IN Y_BIDIR_OUT Y_INPUT Y_OUTPUT2 Y_OUTPUT3 Y_CONTROL Y_CONTROLR Y_INTERNAL Y_CLOCK
        Y_BIDIR Y_OBSERVE_ONLY Y_CAP Y_PI Y_PO Y_UPD Y_ZERO Y_ONE Y_X Y_Z Y_WEAK0 Y_WEAK1 Y_PULL0
        Y_PULL1 Y_KEEPER

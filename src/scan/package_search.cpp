@@ -1,0 +1,207 @@
+// Where package files are looked for, and the queries about what was found.
+
+#include "scan/package_search.h"
+
+#include "frame/arena.h"
+#include "frame/files.h"
+#include "frame/memory_error.h"
+#include "frame/messages.h"
+#include "header/header.h"
+#include "scan/scanner.h"
+
+#include <cstdarg>
+#include <cstdlib>
+#include <cstring>
+#include <dlfcn.h>
+#include <string_view>
+
+namespace
+{
+
+constexpr size_t LONGEST_VARIABLE = 1000;
+
+struct Search {
+    Bsdl *bsdl;
+    const char *name;
+    char found[LONGEST_PATH];
+};
+
+} // namespace
+
+// One place: a directory as it was given, a separator unless the directory ends with one, the name.
+static bool try_in(Search *search, std::string_view directory, bool closed = false)
+{
+    const size_t name_length = std::strlen(search->name);
+    auto *path = static_cast<char *>(memory_request(directory.size() + name_length + 2));
+    if (!path)
+        end_on_memory_error();
+    char *end = path + directory.copy(path, directory.size());
+    if (!closed)
+        *end++ = PATH_SEPARATOR;
+    std::memcpy(end, search->name, name_length + 1);
+    parse_message(search->bsdl, BSDL_LEVEL_INFO, 4, nullptr, "\tTrying '%s'", path);
+    const bool found = find_to_read(path, search->found);
+    memory_return(path);
+    return found;
+}
+
+// The part of a path ahead of its last separator; false without one.
+static bool directory_of(std::string_view path, std::string_view *directory)
+{
+    while (!path.empty() && !is_path_separator(path.back()))
+        path.remove_suffix(1);
+    if (path.empty())
+        return false;
+    *directory = path.substr(0, path.size() - 1);
+    return true;
+}
+
+static bool try_package_dirs(Search *search)
+{
+    for (const GSList *link = search->bsdl->package_dirs; link; link = link->next) {
+        if (!link->data)
+            continue;
+        const std::string_view directory = static_cast<const char *>(link->data);
+        const bool closed =
+            !directory.empty() && (directory.back() == '\\' || directory.back() == PATH_SEPARATOR);
+        if (try_in(search, directory, closed))
+            return true;
+    }
+    return false;
+}
+
+static bool try_beside_description(Search *search)
+{
+    std::string_view directory = ".";
+    directory_of(search->bsdl->file_name, &directory);
+    return try_in(search, directory);
+}
+
+static bool try_environment(Search *search)
+{
+    const char *variable = std::getenv("BST64");
+    if (!variable || !*variable)
+        return false;
+    return try_in(search, std::string_view(variable).substr(0, LONGEST_VARIABLE));
+}
+
+// Beside the running module, then in the folder that is installed with it: the way from the one to
+// the other is that of the install layout, so that an installed tree can be moved.
+static bool try_module(Search *search)
+{
+    Dl_info module;
+    std::string_view directory;
+    if (!dladdr(reinterpret_cast<const void *>(&read_package), &module) || !module.dli_fname ||
+        !directory_of(module.dli_fname, &directory))
+        return false;
+    if (try_in(search, directory))
+        return true;
+
+    // The module may have been loaded through a link from elsewhere.
+    char real[LONGEST_PATH];
+    if (!realpath(module.dli_fname, real) || !directory_of(real, &directory))
+        return false;
+    char packages[LONGEST_PATH + sizeof TARNLET_PACKAGE_PATH];
+    std::snprintf(packages, sizeof packages, "%.*s%c%s", static_cast<int>(directory.size()),
+                  directory.data(), PATH_SEPARATOR, TARNLET_PACKAGE_PATH);
+    char absolute[LONGEST_PATH];
+    absolute_path(packages, absolute);
+    return try_in(search, absolute);
+}
+
+void read_package(Bsdl *bsdl, const char *name, const char *token)
+{
+    bsdl->data->package_file = nullptr;
+    if (bsdl->skip_package_search)
+        return;
+    Search search;
+    search.bsdl = bsdl;
+    search.name = name;
+    if (!try_package_dirs(&search) && !try_in(&search, ".") && !try_beside_description(&search) &&
+        !try_environment(&search) && !try_module(&search)) {
+        parse_message(bsdl, BSDL_LEVEL_ERROR, 1, "package-not-found", "Cannot find file '%s'",
+                      token);
+        return;
+    }
+
+    char absolute[LONGEST_PATH];
+    absolute_path(search.found, absolute);
+    bsdl->data->current_package = name;
+    bsdl->data->package_file = model_text(bsdl, absolute);
+    parse_message(bsdl, BSDL_LEVEL_INFO, 3, nullptr, "\tUser package file: %s", absolute);
+    if (include_depth(bsdl) >= INCLUDE_DEPTH) {
+        parse_message(bsdl, BSDL_LEVEL_ERROR, 1, "package-nested-too-deep",
+                      "Includes nested too deep");
+        std::exit(1);
+    }
+    if (!include_file(bsdl, bsdl->data->package_file))
+        parse_message(bsdl, BSDL_LEVEL_ERROR, 1, "package-not-opened", "Cannot open file %s",
+                      token);
+}
+
+// ----------------------------------------------------------------- directories that hosts hand in
+
+GSList *bsdlUsrPackDirs(const char *first, ...)
+{
+    GSList *dirs = nullptr;
+    va_list arguments;
+    va_start(arguments, first);
+    for (const char *dir = first; dir; dir = va_arg(arguments, const char *))
+        dirs = g_slist_prepend(dirs, const_cast<char *>(dir));
+    va_end(arguments);
+    return g_slist_reverse(dirs);
+}
+
+void bsdlFreeUsrPackDirs(GSList *dirs) { g_slist_free_full(dirs, g_free); }
+
+// ----------------------------------------------------------------------------------------- queries
+
+// A package of a standard in a file of its own name is no package of a user.
+static const char *user_file_or_next(BsdlData *data, const UserPackage *package)
+{
+    while (package && package->standard_file &&
+           (!package->file_name || text_starts_with(package->file_name, package->name)))
+        package = static_cast<UserPackage *>(
+            list_next(&data->user_package_walk, data->user_packages, &data->dot_all_file_cursor));
+    if (!package)
+        return nullptr;
+    return package->file_path ? package->file_path : package->file_name;
+}
+
+const char *bsdlGetFirstDotALLFileSpec(Bsdl *h)
+{
+    if (!h || !h->data)
+        return nullptr;
+    BsdlData *data = h->data;
+    return user_file_or_next(
+        data, static_cast<UserPackage *>(list_first(&data->user_package_walk, data->user_packages,
+                                                    &data->dot_all_file_cursor)));
+}
+
+const char *bsdlGetNextDotALLFileSpec(Bsdl *h)
+{
+    if (!h || !h->data)
+        return nullptr;
+    BsdlData *data = h->data;
+    return user_file_or_next(
+        data, static_cast<UserPackage *>(list_next(&data->user_package_walk, data->user_packages,
+                                                   &data->dot_all_file_cursor)));
+}
+
+const char *bsdlGetFirstDotALLSpec(Bsdl *h)
+{
+    if (!h || !h->data)
+        return nullptr;
+    const auto *spec = static_cast<PackageSpec *>(list_first(
+        &h->data->package_spec_walk, h->data->package_specs, &h->data->dot_all_spec_cursor));
+    return spec ? spec->name : nullptr;
+}
+
+const char *bsdlGetNextDotALLSpec(Bsdl *h)
+{
+    if (!h || !h->data)
+        return nullptr;
+    const auto *spec = static_cast<PackageSpec *>(list_next(
+        &h->data->package_spec_walk, h->data->package_specs, &h->data->dot_all_spec_cursor));
+    return spec ? spec->name : nullptr;
+}

@@ -1,0 +1,7 @@
+#pragma once
+
+struct Bsdl;
+
+// Seeks the file of a package and reads on in it. `token` is what the use statement says; when no
+// file is found the reading goes on where it is.
+void read_package(Bsdl *bsdl, const char *name, const char *token);
