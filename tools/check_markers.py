@@ -1,0 +1,51 @@
+#!/usr/bin/env python3
+"""Names the markers that wait for a look-ahead token.
+
+A marker is an empty rule of the grammar that tells the scanner how to read on (rescan, mode_*). It
+works only where the parser reduces it before it asks for the next token: in a state that has no
+other action. The exceptions below are meant; each says why nothing is lost. Reads the report of
+`bison --xml`; exits with 1 when a marker is neither early nor listed, or a listed one is early.
+"""
+import sys
+import xml.etree.ElementTree as ElementTree
+
+# marker: the rules (left-hand sides) before or in which it may see the next token first.
+ALLOWED = {}
+
+
+def main(path):
+    root = ElementTree.parse(path).getroot()
+    rules = {rule.get('number'): rule for rule in root.find('grammar/rules')}
+    markers = {number: rule.findtext('lhs') for number, rule in rules.items()
+               if rule.find('rhs/empty') is not None
+               and (rule.findtext('lhs') == 'rescan' or rule.findtext('lhs').startswith('mode_'))}
+    terminals = {terminal.get('name') for terminal in root.find('grammar/terminals')}
+
+    late = {}
+    for state in root.find('automaton'):
+        reductions = state.findall('actions/reductions/reduction')
+        reduced = {markers[r.get('rule')] for r in reductions if r.get('rule') in markers}
+        shifts = [t for t in state.findall('actions/transitions/transition')
+                  if t.get('type') == 'shift' and t.get('symbol') in terminals]
+        if not reduced or (not shifts and len(reductions) == 1):
+            continue
+        owners = {rules[item.get('rule-number')].findtext('lhs')
+                  for item in state.findall('itemset/item')
+                  if item.get('rule-number') not in markers}
+        for marker in reduced:
+            late.setdefault(marker, set()).update(owners)
+
+    wrong = 0
+    for marker, owners in sorted(late.items()):
+        for owner in sorted(owners - set(ALLOWED.get(marker, ()))):
+            print(f'{marker} waits for a look-ahead token in {owner}')
+            wrong = 1
+    for marker, owners in ALLOWED.items():
+        for owner in sorted(set(owners) - late.get(marker, set())):
+            print(f'{marker} in {owner} no longer waits: take it off the list')
+            wrong = 1
+    return wrong
+
+
+if __name__ == '__main__':
+    sys.exit(main(sys.argv[1]))
