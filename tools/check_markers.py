@@ -31,7 +31,7 @@ def main(path):
             continue
         owners = {rules[item.get('rule-number')].findtext('lhs')
                   for item in state.findall('itemset/item')
-                  if item.get('rule-number') not in markers}
+                  if item.get('dot') != '0'}
         for marker in reduced:
             late.setdefault(marker, set()).update(owners)
 
