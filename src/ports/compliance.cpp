@@ -4,9 +4,6 @@
 #include "ports/ports.h"
 #include "scan/scanner.h"
 
-CellEntry *first_cell_of_bit(Bsdl *bsdl, const PortId *port);
-CellEntry *next_cell_of_bit(Bsdl *bsdl, const CellEntry *cell);
-
 #include <cstring>
 
 // ----------------------------------------------------------------------------------- while parsing

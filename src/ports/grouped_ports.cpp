@@ -3,9 +3,6 @@
 #include "frame/texts.h"
 #include "ports/ports.h"
 
-CellEntry *first_cell_of_bit(Bsdl *bsdl, const PortId *port);
-CellEntry *next_cell_of_bit(Bsdl *bsdl, const CellEntry *cell);
-
 // ----------------------------------------------------------------------------------- while parsing
 
 TwinGroup *twin_group_new(Bsdl *bsdl, PortId *representative, PortId *associated, int32_t line)
@@ -125,9 +122,9 @@ enum : uint32_t {
 static uint32_t judge_cells(Bsdl *bsdl, const PortId *port)
 {
     uint32_t verdict = 0;
-    for (CellEntry *cell = first_cell_of_bit(bsdl, port); cell;
+    for (const CellEntry *cell = first_cell_of_bit(bsdl, port); cell;
          cell = next_cell_of_bit(bsdl, cell)) {
-        int32_t function = bsdlGetCellFunction(cell);
+        int32_t function = cell->cell_spec->function;
         if (function != CELL_FUNCTION_CLOCK && function != CELL_FUNCTION_OBSERVE_ONLY)
             return verdict | CELL_FORBIDDEN;
         verdict |= CELL_ALLOWED;

@@ -1,0 +1,270 @@
+#include "ports/pins.h"
+
+#include "ports/ports.h"
+
+#include <random>
+
+using namespace pins;
+
+namespace
+{
+
+struct PinCase {
+    const char *name;
+    const char *ports;
+    const char *mapping;
+    const char *pins;
+};
+
+const PinCase pin_cases[] = {
+    {"upward", "V : in bit_vector(3 to 5)", "V:(20, 21, 22)", "V(3)=20 V(4)=21 V(5)=22"},
+    {"downward: first pin is the left bound", "V : in bit_vector(7 downto 5)", "V:(20, 21, 22)",
+     "V(7)=20 V(6)=21 V(5)=22"},
+    {"equal bounds", "V : in bit_vector(3 to 3); W : in bit_vector(3 downto 3)", "V:(20), W:(21)",
+     "V(3)=20 W(3)=21"},
+    {"unmapped", "L : linkage bit; V : linkage bit_vector(1 downto 0)", "", "L=- V(1)=- V(0)=-"},
+    {"names keep their case, integers lose zeros", "Ab, aC_1 : in bit", "AB:007, ac_1:A07",
+     "Ab=7 aC_1=A07"},
+    {"one name twice in a list", "P, p : in bit", "p:20", "P=20 p=20"},
+    {"both forms of one name", "P : in bit; P : in bit_vector(0 to 1)", "P:(20, 21), P:22",
+     "P=22 P(0)=20 P(1)=21"},
+    {"the first port map of a name and form", "P : in bit; V : in bit_vector(0 to 0)",
+     "P:20, P:21, V:(22), V:(23, 24)", "P=20 V(0)=22"},
+};
+
+TEST(LogicalPorts, PinsInTheOrderOfThePortClause)
+{
+    for (const PinCase &row : pin_cases) {
+        SCOPED_TRACE(row.name);
+        Reading reading(pins::description(row.ports, row.mapping));
+        build(reading);
+        EXPECT_EQ(physical(reading, OWN_PINS), row.pins);
+    }
+}
+
+TEST(LogicalPorts, TypesAreThoseOfTheDeclarations)
+{
+    Reading reading(
+        pins::description("E : buffer bit_vector(0 to 1); F : linkage bit", "E:(20, 21)"));
+    build(reading);
+    std::string types;
+    for (PinEntry *pin : all_of(reading.handle(), bsdlGetFirstPin, bsdlGetNextPin))
+        types += std::to_string(bsdlGetPinType(pin));
+    EXPECT_EQ(types, "11121231155445");
+}
+
+struct FailureCase {
+    const char *name;
+    const char *ports;
+    const char *mapping;
+    ExpectedMessages messages; // behind the heading of the mapping
+};
+
+const FailureCase failure_cases[] = {
+    {"reversed to",
+     "V : in bit_vector(3 to 0); W : in bit_vector(9 to 8)",
+     "V:(20, 21, 22, 23), W:(24, 25)",
+     {{ERROR, "<port> 'V': end value (0) of port range must be greater than start (3)", 2}}},
+    {"reversed downto, in the words and order of to",
+     "V : in bit_vector(0 downto 3)",
+     "V:(20, 21, 22, 23)",
+     {{ERROR, "<port> 'V': end value (0) of port range must be greater than start (3)", 2}}},
+    {"pin count",
+     "V, W : in bit_vector(4 downto 2)",
+     "V:(20, 21, 22), W:(23, 24)",
+     {{ERROR,
+       "<pin map> 'PKG': number of pins of <bit vector> W is not equal in <pin mapping> (2) and "
+       "<logical port map> (3)",
+       2}}},
+    {"pin count of the widest range",
+     "V : in bit_vector(0 to 2147483647)",
+     "V:(20)",
+     {{ERROR,
+       "<pin map> 'PKG': number of pins of <bit vector> V is not equal in <pin mapping> (1) and "
+       "<logical port map> (-2147483648)",
+       2}}},
+    {"more pins than any device",
+     "V : linkage bit_vector(0 to 2147483647)",
+     "",
+     {{ERROR, "Memory error", 0}}},
+    {"too many in all",
+     "V, W : linkage bit_vector(2100000 downto 0)",
+     "",
+     {{ERROR, "Memory error", 0}}},
+    {"an error ahead of too many",
+     "R : linkage bit_vector(1 to 0); V : linkage bit_vector(0 to 2147483647)",
+     "",
+     {{ERROR, "<port> 'R': end value (0) of port range must be greater than start (1)", 2}}},
+};
+
+TEST(LogicalPorts, NoPinListAfterAnError)
+{
+    for (const FailureCase &row : failure_cases) {
+        SCOPED_TRACE(row.name);
+        Reading reading(pins::description(row.ports, row.mapping));
+        EXPECT_EQ(build(reading), 100);
+        ExpectedMessages want = row.messages;
+        want.insert(want.begin(), {PROGRESS, "\tChecking pin_map 'PKG'", 3});
+        expect_messages(reading.messages(), want);
+        EXPECT_EQ(bsdlGetNbrOfPins(reading), -1);
+        EXPECT_EQ(bsdlGetFirstPin(reading), nullptr);
+    }
+}
+
+TEST(LogicalPorts, NegativeBoundsAreKept)
+{
+    Reading reading(pins::description("V : in bit_vector(0 to 3)", "V:(20, 21, 22, 23)"));
+    auto *spec = static_cast<PinSpec *>(g_slist_last(reading.handle()->data->logical_ports)->data);
+    spec->range_start = -2;
+    spec->range_end = 1;
+    EXPECT_EQ(build(reading), 0);
+    EXPECT_EQ(physical(reading, OWN_PINS), "V(-2)=20 V(-1)=21 V(0)=22 V(1)=23");
+}
+
+// ------------------------------------------------------------------------------------ unique names
+
+struct UniqueCase {
+    const char *ports;
+    ExpectedMessages messages;
+};
+
+const UniqueCase unique_cases[] = {
+    {"P, p : in bit", {}},
+    {"P : in bit; p : out bit", {{ERROR, "<port name> 'P' is not unique", 2}}},
+    {"p : in bit; Q, P : in bit; P : in bit_vector(0 to 1)",
+     {{ERROR, "<port name> 'p' is not unique", 2}, {ERROR, "<port name> 'P' is not unique", 2}}},
+    {"P, p : in bit; Q : in bit; P : out bit",
+     {{ERROR, "<port name> 'P' is not unique", 2}, {ERROR, "<port name> 'p' is not unique", 2}}},
+    {"a : in bit", {{ERROR, "<port name> 'A' is not unique", 2}}},
+};
+
+TEST(LogicalPorts, NamesAreUnique)
+{
+    for (const UniqueCase &row : unique_cases) {
+        SCOPED_TRACE(row.ports);
+        Reading reading(pins::description(row.ports, ""));
+        EXPECT_EQ(reading.check(bsdl_check_logical_port), row.messages.empty() ? 0 : 100);
+        expect_messages(reading.messages(), row.messages);
+    }
+}
+
+TEST(LogicalPorts, ClauseWithAnErrorIsSkipped)
+{
+    Reading reading(Description().with(PORT_CLAUSE, "port (TCK : in bit; TMS in bit);"));
+    EXPECT_EQ(bsdlGetNumErrors(reading), 1);
+    EXPECT_TRUE(reading.has("Skipping logical port due to errors"));
+    EXPECT_FALSE(reading.has("\tLogical port description passed"));
+    EXPECT_EQ(reading.check(bsdl_check_logical_port), 5);
+    EXPECT_EQ(reading.check(bsdl_check_all_pin_maps), 5);
+    expect_messages(reading.messages(), {});
+}
+
+// --------------------------------------------------------------------------------------- look-ups
+
+// What the index stands for: a walk over the list.
+const PinEntry *walk_to_pin(Bsdl *bsdl, const PortId *port)
+{
+    for (const GList *link = bsdl->data->pins; link; link = link->next) {
+        auto *pin = static_cast<const PinEntry *>(link->data);
+        if (same_text(pin->port_id->name, port->name) &&
+            pin->port_id->subscripted == port->subscripted &&
+            pin->port_id->subscript == port->subscript)
+            return pin;
+    }
+    return nullptr;
+}
+
+const PinSpec *walk_to_name(Bsdl *bsdl, const char *name)
+{
+    for (const GSList *link = bsdl->data->logical_ports; link; link = link->next)
+        for (const GSList *each = static_cast<PinSpec *>(link->data)->names; each;
+             each = each->next)
+            if (same_text(static_cast<const char *>(each->data), name))
+                return static_cast<const PinSpec *>(link->data);
+    return nullptr;
+}
+
+TEST(LogicalPorts, LookUpsFindWhatAWalkFinds)
+{
+    std::mt19937 random(7);
+    auto below = [&random](unsigned n) { return static_cast<int>(random() % n); };
+    const std::vector<std::string> names = {"P", "p", "Q", "R", "S", "T"};
+    for (int round = 0; round < 60; round++) {
+        std::string ports;
+        for (int i = 0, count = 1 + below(4); i < count; i++) {
+            ports += (i ? "; " : "") + names[below(6)];
+            if (below(4) == 0)
+                ports += ", " + names[below(6)];
+            int low = below(4), high = low + below(4);
+            ports += below(3) == 0   ? " : linkage bit"
+                     : below(2) == 0 ? " : linkage bit_vector(" + std::to_string(low) + " to " +
+                                           std::to_string(high) + ")"
+                                     : " : linkage bit_vector(" + std::to_string(high) +
+                                           " downto " + std::to_string(low) + ")";
+        }
+        SCOPED_TRACE(ports);
+        Reading reading(pins::description(ports, ""));
+        ASSERT_EQ(build(reading), 0);
+        Bsdl *bsdl = reading;
+        for (const std::string &text : names) {
+            const char *name = model_name(bsdl, text);
+            EXPECT_EQ(find_port_name(bsdl, name), walk_to_name(bsdl, name));
+            const PortId *whole = port_id_whole(bsdl, name);
+            EXPECT_EQ(find_pin_entry(bsdl, whole), walk_to_pin(bsdl, whole)) << text;
+            for (int subscript = -1; subscript < 9; subscript++) {
+                const PortId *bit = port_id_bit(bsdl, name, subscript);
+                EXPECT_EQ(find_pin_entry(bsdl, bit), walk_to_pin(bsdl, bit))
+                    << text << " " << subscript;
+            }
+        }
+        // A name that the reading did not know when the index was made.
+        EXPECT_EQ(find_pin_entry(bsdl, port_id_whole(bsdl, model_name(bsdl, "LATER"))), nullptr);
+        EXPECT_EQ(find_port_name(bsdl, model_name(bsdl, "LATER")), nullptr);
+    }
+}
+
+TEST(LogicalPorts, FormsDoNotMix)
+{
+    Reading reading{Description()};
+    build(reading);
+    Bsdl *bsdl = reading;
+    auto found = [bsdl](const PortId *port) { return find_pin_entry(bsdl, port) != nullptr; };
+    EXPECT_TRUE(found(port_id_whole(bsdl, model_name(bsdl, "a"))));
+    EXPECT_FALSE(found(port_id_bit(bsdl, model_name(bsdl, "A"), 0)));
+    EXPECT_TRUE(found(port_id_bit(bsdl, model_name(bsdl, "d"), 1)));
+    EXPECT_FALSE(found(port_id_whole(bsdl, model_name(bsdl, "D"))));
+    EXPECT_FALSE(found(port_id_bit(bsdl, model_name(bsdl, "D"), 2147483647)));
+    EXPECT_FALSE(found(nullptr));
+}
+
+// ----------------------------------------------------------------------------------------- queries
+
+TEST(LogicalPorts, IterationStandsBeyondTheEnd)
+{
+    Reading reading{Description()};
+    EXPECT_EQ(bsdlGetNbrOfPins(reading), -1);
+    EXPECT_EQ(bsdlGetNextPin(reading), nullptr); // from 0 to 1 on the missing list
+    build(reading);
+    ASSERT_EQ(bsdlGetNbrOfPins(reading), 11);
+    auto next = [&reading] { return port_name(bsdlGetPinPortID(bsdlGetNextPin(reading))); };
+    EXPECT_EQ(next(), "TDI");
+    for (int round = 0; round < 2; round++) {
+        EXPECT_EQ(port_name(bsdlGetPinPortID(bsdlGetFirstPin(reading))), "TCK");
+        EXPECT_EQ(next(), "TMS");
+        for (int i = 2; i < 10; i++)
+            next();
+        EXPECT_EQ(next(), "VCC");
+        for (int i = 0; i < 3; i++)
+            EXPECT_EQ(bsdlGetNextPin(reading), nullptr);
+    }
+}
+
+TEST(LogicalPorts, QueriesWithoutAPin)
+{
+    EXPECT_EQ(bsdlGetPinPortID(nullptr), nullptr);
+    EXPECT_EQ(bsdlGetPinType(nullptr), 0);
+    EXPECT_EQ(bsdlGetPinFunction(nullptr), 0);
+    EXPECT_STREQ(bsdlGetPinPhysicalName(nullptr), "");
+}
+
+} // namespace

@@ -1,0 +1,270 @@
+#include "ports/pins.h"
+
+using namespace pins;
+
+namespace
+{
+
+const char *const OWN = "TCK:1, TMS:2, TDI:3, TDO:4, A:5, Y:6, B:7, D:(8,9), GND:10, VCC:11";
+
+std::string mapping(const std::string &name, const std::string &pins)
+{
+    return "constant " + name + " : PIN_MAP_STRING := \"" + pins + "\";\n";
+}
+
+std::string good(const std::string &name) { return mapping(name, OWN); }
+
+// ---------------------------------------------------------------------------------- the selection
+
+struct SelectionCase {
+    const char *name;
+    const char *package; // NULL: none, and none in the description
+    std::string maps;
+    unsigned flags;
+    int32_t generic;
+    ExpectedMessages generic_messages;
+    int32_t all;
+    ExpectedMessages all_messages; // of levels 0 and 1
+};
+
+const char *const UNSPECIFIED = "No default_device_package and no <pin mapping> name are specified";
+
+const SelectionCase selection_cases[] = {
+    {"by name, letters folded", "alt", good("PKG") + good("ALT"), 0, 0, {}, 0, {}},
+    {"none given: the first",
+     nullptr,
+     good("PKG") + good("ALT"),
+     0,
+     0,
+     {{WARNING, UNSPECIFIED, 2}},
+     0,
+     {}},
+    {"none given, strict", nullptr, good("PKG"), STRICT, 100, {{ERROR, UNSPECIFIED, 1}}, 100, {}},
+    {"another name, one mapping",
+     "NOPE",
+     good("PKG"),
+     0,
+     0,
+     {{WARNING, "pin_mapping 'NOPE' does not exist", 2}},
+     0,
+     {{WARNING, "Using first available <pin_map> 'PKG' because none was specified", 2}}},
+    {"another name, two mappings",
+     "NOPE",
+     good("PKG") + good("ALT"),
+     0,
+     100,
+     {{ERROR, "pin_mapping 'NOPE' does not exist and multiple pinmaps defined", 1}},
+     100,
+     {}},
+    {"another name, strict",
+     "NOPE",
+     good("PKG"),
+     STRICT,
+     100,
+     {{ERROR, "pin_mapping 'NOPE' does not exist", 1}},
+     100,
+     {}},
+    {"another name, two mappings, strict",
+     "NOPE",
+     good("PKG") + good("ALT"),
+     STRICT,
+     100,
+     {{ERROR, "pin_mapping 'NOPE' does not exist", 1}},
+     100,
+     {}},
+    {"an empty name is a name",
+     "",
+     good("PKG"),
+     0,
+     0,
+     {{WARNING, "pin_mapping '' does not exist", 2}},
+     0,
+     {{WARNING, "Using first available <pin_map> 'PKG' because none was specified", 2}}},
+};
+
+TEST(PinMaps, Selection)
+{
+    for (const SelectionCase &row : selection_cases) {
+        SCOPED_TRACE(row.name);
+        Description text;
+        text.with(PIN_MAPS, row.maps)
+            .with(GENERIC_PARAMETER, "generic (PHYSICAL_PIN_MAP : string);");
+        Reading reading(text, {.package = row.package, .flags = row.flags});
+        EXPECT_EQ(reading.check(bsdl_check_generic), row.generic);
+        expect_messages(reading.messages(), row.generic_messages);
+        EXPECT_EQ(reading.check(bsdl_check_all_pin_maps), row.all);
+        expect_messages(errors_and_warnings(reading.messages()), row.all_messages);
+        EXPECT_EQ(bsdlGetNbrOfPins(reading), row.all ? -1 : 11);
+    }
+}
+
+TEST(PinMaps, SelectedPinsServe)
+{
+    Description text;
+    text.with(PIN_MAPS,
+              good("PKG") + mapping("ALT", "TCK:1, TMS:2, TDI:3, TDO:4, A:25, Y:6, B:7, D:(8,9)"));
+    Reading reading(text, {.package = "ALT"});
+    EXPECT_EQ(build(reading), 0);
+    EXPECT_EQ(physical(reading, 4), "A=25 Y=6 B=7 D(0)=8 D(1)=9 GND=- VCC=-");
+}
+
+// ------------------------------------------------------------------------------------------- rules
+
+struct MappingCase {
+    const char *name;
+    const char *ports;
+    std::string maps; // "": the valid mapping with `pins` behind it
+    const char *pins;
+    ExpectedMessages messages; // of levels 0 and 1
+};
+
+const MappingCase mapping_cases[] = {
+    {"pin identifiers, each further use",
+     "P, Q : in bit; V : in bit_vector(0 to 2)",
+     "",
+     "P:n7, Q:N7, V:(N7, 05, 30)",
+     {{ERROR, "<pin id> 'N7' is not unique (<port name> 'Q')", 2},
+      {ERROR, "<pin id> 'N7' is not unique (<port name> 'V')", 2},
+      {ERROR, "<pin id> '5' is not unique (<port name> 'V')", 2}}},
+    {"one port map: its pins ahead of its port, missing ports last",
+     "P : in bit",
+     "",
+     "X:(5, 30), Q:6",
+     {{ERROR, "<pin id> '5' is not unique (<port name> 'X')", 2},
+      {ERROR, "<port name> X (bit vector) not found in <logical port description>", 2},
+      {ERROR, "<pin id> '6' is not unique (<port name> 'Q')", 2},
+      {ERROR, "<port name> Q (bit) not found in <logical port description>", 2},
+      {ERROR, "<port name> P (bit) not found in <pin mapping> PKG", 2}}},
+    {"wrong forms count twice",
+     "P : in bit; V : inout bit_vector(0 to 1)",
+     "",
+     "P:(30), V:31",
+     {{ERROR, "<port name> P (bit vector) not found in <logical port description>", 2},
+      {ERROR, "<port name> V (bit) not found in <logical port description>", 2},
+      {ERROR, "<port name> P (bit) not found in <pin mapping> PKG", 2},
+      {ERROR, "<port name> V (bit vector) not found in <pin mapping> PKG", 2}}},
+    {"LINKAGE may be left out or mapped", "L : linkage bit; M : linkage bit", "", "M:30", {}},
+    {"names of mappings: all but the last",
+     "",
+     good("PKG") + good("pkg") + good("PKG"),
+     "",
+     {{ERROR, "<pin_map_name> PKG is not unique", 2},
+      {ERROR, "<pin_map_name> pkg is not unique", 2}}},
+    {"a mapping that is not used counts too",
+     "",
+     good("PKG") + mapping("ALT", "TCK:1, TMS:1, TDI:3, TDO:4, A:5, Y:6, B:7"),
+     "",
+     {{ERROR, "<pin id> '1' is not unique (<port name> 'TMS')", 2},
+      {ERROR, "<port name> D (bit vector) not found in <pin mapping> ALT", 2}}},
+    {"pins are unique within one mapping alone", "", good("PKG") + good("ALT"), "", {}},
+};
+
+TEST(PinMaps, Rules)
+{
+    for (const MappingCase &row : mapping_cases) {
+        SCOPED_TRACE(row.name);
+        Description text = pins::description(row.ports, row.pins);
+        if (!row.maps.empty())
+            text.with(PIN_MAPS, row.maps);
+        Reading reading(text);
+        EXPECT_EQ(build(reading), row.messages.empty() ? 0 : 100);
+        expect_messages(errors_and_warnings(reading.messages()), row.messages);
+        EXPECT_GT(bsdlGetNbrOfPins(reading), 0) << "these errors do not stop the pin list";
+    }
+}
+
+TEST(PinMaps, ResultDoesNotHangOnTheVerbosity)
+{
+    Reading reading(pins::description("P, Q : in bit", ""), {.verbosity = 0});
+    EXPECT_EQ(build(reading), 100);
+    expect_messages(reading.messages(), {});
+}
+
+TEST(PinMaps, OneByName)
+{
+    Description text;
+    text.with(PIN_MAPS, good("PKG") + mapping("ALT", "TCK:1"));
+    Reading reading(text);
+    auto named = [&reading](const char *name) {
+        reading.clear();
+        return bsdl_check_pin_map(reading, name);
+    };
+    EXPECT_EQ(named("pkg"), 0);
+    expect_messages(reading.messages(), {{PROGRESS, "\tChecking pin_map 'PKG'", 3}});
+    EXPECT_EQ(named("ALT"), 100);
+    EXPECT_EQ(reading.messages().size(), 8u);
+    EXPECT_EQ(named("NOPE"), 100);
+    // Not the name that was asked for.
+    expect_messages(reading.messages(), {{ERROR, "pin_mapping 'PKG' does not exist", 1}});
+    EXPECT_EQ(named(nullptr), 5);
+    EXPECT_EQ(bsdl_check_pin_map(nullptr, nullptr), 5);
+    EXPECT_EQ(bsdl_check_pin_map(nullptr, "PKG"), 2);
+}
+
+// ---------------------------------------------------------------------------------------- grammar
+
+TEST(PinMaps, OnePassedLineForEachMapping)
+{
+    Description text;
+    text.with(PIN_MAPS, good("PKG") + good("ALT"));
+    Reading reading(text);
+    const char *const passed = "\tDevice package pin mappings statement passed";
+    EXPECT_EQ(picked(reading.messages(), [&](const Message &m) { return m.text == passed; }).size(),
+              2u);
+}
+
+TEST(PinMaps, AFailedMappingKeepsItsPlace)
+{
+    Description text;
+    text.with(PIN_MAPS, "constant BAD : PIN_MAP_STRING := is;\n" + good("PKG"));
+    Reading reading(text);
+    EXPECT_EQ(bsdlGetNumErrors(reading), 1);
+    EXPECT_TRUE(reading.has("Skipping port_mapping due to errors"));
+    EXPECT_EQ(bsdlGetNbrOfPinMaps(reading), 2);
+    EXPECT_EQ(bsdlGetFirstPinMap(reading), nullptr);
+    EXPECT_STREQ(bsdlGetNextPinMap(reading), "PKG");
+    EXPECT_EQ(build(reading), 0);
+    EXPECT_EQ(bsdlGetNbrOfPins(reading), 11);
+}
+
+TEST(PinMaps, AFailedMappingAlone)
+{
+    Description text;
+    text.with(PIN_MAPS, "constant PKG : PIN_MAP_STRING := is;");
+    Reading reading(text);
+    EXPECT_EQ(reading.check(bsdl_check_generic), 0);
+    expect_messages(reading.messages(), {{WARNING, "pin_mapping 'PKG' does not exist", 2}});
+    EXPECT_EQ(reading.check(bsdl_check_all_pin_maps), 100);
+    expect_messages(reading.messages(), {});
+    EXPECT_EQ(bsdlGetNbrOfPins(reading), -1);
+}
+
+TEST(PinMaps, NoMappingAtAll)
+{
+    Reading reading(Description().without(PIN_MAPS));
+    EXPECT_EQ(bsdlGetNumErrors(reading), 1);
+    EXPECT_TRUE(reading.has("skipping pin_mappings due to errors"));
+    EXPECT_EQ(bsdlGetNbrOfPinMaps(reading), 0);
+    EXPECT_EQ(bsdlGetFirstPinMap(reading), nullptr);
+    EXPECT_EQ(reading.check(bsdl_check_generic), 5);
+    EXPECT_EQ(reading.check(bsdl_check_all_pin_maps), 5);
+    EXPECT_EQ(bsdl_check_pin_map(reading, "PKG"), 5);
+    expect_messages(reading.messages(), {});
+}
+
+TEST(PinMaps, IterationStandsBeyondTheEnd)
+{
+    Description text;
+    text.with(PIN_MAPS, good("PKG") + good("ALT") + good("Third"));
+    Reading reading(text);
+    EXPECT_STREQ(bsdlGetNextPinMap(reading), "ALT");
+    for (int round = 0; round < 2; round++) {
+        EXPECT_STREQ(bsdlGetFirstPinMap(reading), "PKG");
+        EXPECT_STREQ(bsdlGetNextPinMap(reading), "ALT");
+        EXPECT_STREQ(bsdlGetNextPinMap(reading), "Third");
+        EXPECT_EQ(bsdlGetNextPinMap(reading), nullptr);
+        EXPECT_EQ(bsdlGetNextPinMap(reading), nullptr);
+    }
+}
+
+} // namespace
