@@ -5,6 +5,8 @@ using namespace pins;
 namespace
 {
 
+using support::Reading;
+
 const char *const PORTS = "C1, C2 : in bit; CO : out bit; CL : linkage bit; "
                           "CV : in bit_vector(0 to 2); CW : buffer bit_vector(1 downto 0)";
 const char *const PINS = "C1:20, C2:21, CO:22, CV:(23, 24, 25), CW:(26, 27)";

@@ -9,6 +9,8 @@ using namespace pins;
 namespace
 {
 
+using support::Reading;
+
 struct PinCase {
     const char *name;
     const char *ports;

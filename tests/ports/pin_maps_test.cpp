@@ -5,6 +5,8 @@ using namespace pins;
 namespace
 {
 
+using support::Reading;
+
 const char *const OWN = "TCK:1, TMS:2, TDI:3, TDO:4, A:5, Y:6, B:7, D:(8,9), GND:10, VCC:11";
 
 std::string mapping(const std::string &name, const std::string &pins)
@@ -129,9 +131,9 @@ const MappingCase mapping_cases[] = {
     {"one port map: its pins ahead of its port, missing ports last",
      "P : in bit",
      "",
-     "X:(5, 30), Q:6",
-     {{ERROR, "<pin id> '5' is not unique (<port name> 'X')", 2},
-      {ERROR, "<port name> X (bit vector) not found in <logical port description>", 2},
+     "R:(5, 30), Q:6",
+     {{ERROR, "<pin id> '5' is not unique (<port name> 'R')", 2},
+      {ERROR, "<port name> R (bit vector) not found in <logical port description>", 2},
       {ERROR, "<pin id> '6' is not unique (<port name> 'Q')", 2},
       {ERROR, "<port name> Q (bit) not found in <logical port description>", 2},
       {ERROR, "<port name> P (bit) not found in <pin mapping> PKG", 2}}},

@@ -11,6 +11,7 @@ namespace pins
 {
 
 using namespace support;
+using support::Reading; // not the scanner's record of that name
 
 // `ports` goes behind the ports of the valid description, `mapping` behind its pins.
 inline Description description(const std::string &ports, const std::string &mapping)

@@ -7,6 +7,8 @@ using namespace pins;
 namespace
 {
 
+using support::Reading;
+
 const Statement TAP[] = {SCAN_CLOCK, support::SCAN_MODE, SCAN_IN, SCAN_OUT, SCAN_RESET};
 const char *const PASSED[] = {
     "\tScan port clock statement passed", "\tScan port mode statement passed",
