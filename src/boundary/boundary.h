@@ -68,6 +68,9 @@ int32_t control_cell_from(Bsdl *bsdl, int32_t number);
 int32_t disable_value_from(Bsdl *bsdl, int32_t value);
 int32_t disable_result_keeper(Bsdl *bsdl);
 
+// The look-ups with `cell_table`, the entries as an array; NULL without a table.
+Lookups *cell_lookups(Bsdl *bsdl);
+
 // Entries in table order; NULL without one or without a boundary register. All compare names
 // without regard to case.
 CellEntry *find_cell(Bsdl *bsdl, uint32_t number);

@@ -2,8 +2,7 @@
 
 // -------------------------------------------------------------------------------------- look-ups
 
-// NULL without a table.
-static Lookups *cell_lookups(Bsdl *bsdl)
+Lookups *cell_lookups(Bsdl *bsdl)
 {
     const BoundaryRegister *record = bsdl->data->boundary_register;
     if (!record || !record->cell_table)

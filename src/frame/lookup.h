@@ -5,6 +5,7 @@
 
 struct CellDesc;
 struct CellEntry;
+struct CellSearch;
 struct InstructionEntry;
 struct PinEntry;
 struct PinSpec;
@@ -33,6 +34,7 @@ struct Lookups {
     uint32_t *cell_bit_next; // position -> next position of the same bit, INDEX_NONE at the end
     CellEntry **cell_table;
     uint32_t cell_count;
+    CellSearch *cell_search; // see boundary/cell_port_check.cpp
     Index cell_descs; // fold -> position in cell_desc_table
     CellDesc **cell_desc_table;
     Index group_members;    // port_key of both members of each twin group
