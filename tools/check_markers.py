@@ -16,7 +16,9 @@ ALLOWED = {
     'mode_integer': {'logical_port_description',
                      # WAIT_DURATION has set the mode for a time; a port's name, which tells that
                      # clock cycles follow instead, reads the same in all modes.
-                     'wait_spec'},
+                     'wait_spec', 'aio_pulse_option'},
+    # A ',' goes on with the list; the ']' reads the same in both modes.
+    'mode_none': {'input_cell_list', 'opt_input_cell_list'},
     'mode_real': {'wait_spec'},
 }
 

@@ -3,10 +3,33 @@
 #include "frame/lookup.h"
 #include "frame/model.h"
 
-// The ISC family of one part type.
+// A list of a data file with what its queries need to go anywhere in it in one step: the records as
+// an array and the place of each key. Made at the first query.
+struct PrgTable {
+    void **items;
+    uint32_t count;
+    Index by_key;
+};
+
+// The part types of a data file: one for each family of IEEE 1532 statements.
 struct PrgPart {
-    const char *part_name; // NULL when the family names none
+    const char *part_name; // NULL when no statement of the family names it
     IscData *isc;
+    int32_t line;
+};
+
+// A program reference, which begins with what callers see of it.
+struct PrgProgram {
+    PrgProgramSpec spec;
+    int32_t line;
+};
+
+struct PrgChannel {
+    int32_t channel_id; // the number behind TAP
+    uint32_t component_cursor;
+    GSList *settings; // PrgComponentSetting
+    int32_t line;
+    PrgTable setting_table; // by part name
 };
 
 struct PrgData {
@@ -14,13 +37,53 @@ struct PrgData {
     const char *revision;
     int32_t frequency;
     GSList *serial_channels; // PrgChannel
-    int32_t tap_cursor;
-    GSList *program_references; // PrgProgramSpec
-    int32_t prog_part_cursor;
-    GSList *isc_components;   // PrgPart, one for each ISC family
-    GSList *other_components; // where part types are sought next; nothing is entered here
+    uint32_t tap_cursor;
+    GSList *program_references; // PrgProgramSpec of PrgProgram
+    uint32_t prog_part_cursor;
+    GSList *isc_components;   // PrgPart, in file order
+    GSList *other_components; // a second place for part types; no statement fills it
     PrgPart *selected_isc_component;
     void *selected_other_component;
     GSList *component_names;    // PrgComponentSetting: the first of each part name
-    const char *component_name; // the pending part name of the family being read
+    const char *component_name; // of the family that is being read; NULL until it names its part
+
+    List component_name_list; // component_names with its end
+    List isc_component_list;  // isc_components with its end
+    uint8_t *named;           // by fold number: the name stands in component_names
+    uint32_t named_capacity;
+    PrgTable channel_table; // by channel_id
+    PrgTable program_table; // by part name
+    PrgTable type_table;    // isc_components by part name
 };
+
+// The files of one program; NULL for one that is not given.
+struct PrgFiles {
+    const char *in_file;
+    const char *out_file;
+};
+
+void design_declared(Bsdl *bsdl, const char *name);
+// Another name than the declared one is reported; reading goes on.
+void design_named(Bsdl *bsdl, const char *name);
+void design_revision_passed(Bsdl *bsdl, const char *revision);
+void design_revision_skipped(Bsdl *bsdl);
+void frequency_passed(Bsdl *bsdl, int32_t frequency);
+
+const char *register_values_join(Bsdl *bsdl, List patterns);
+PrgComponentSetting *component_setting_new(Bsdl *bsdl, const char *part_name,
+                                           const char *instruction_name, const char *values);
+PrgChannel *channel_new(Bsdl *bsdl, int32_t channel_id, List settings, int32_t line);
+void serial_channels_absent(Bsdl *bsdl);
+void serial_channels_passed(Bsdl *bsdl, List channels);
+void serial_channels_skipped(Bsdl *bsdl);
+
+int32_t program_type_jcs(int32_t number);
+PrgProgramSpec *program_new(Bsdl *bsdl, int32_t program_type, const char *part_name,
+                            const char *part_type, PrgFiles files, int32_t line);
+void program_reference_passed(Bsdl *bsdl, List programs);
+
+// One more family of IEEE 1532 statements: what stands in the model is the part's from now on.
+void isc_component_passed(Bsdl *bsdl, int32_t line);
+
+// The part type of that name; NULL without one or for NULL.
+PrgPart *find_part_type(Bsdl *bsdl, const char *name);
