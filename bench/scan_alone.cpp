@@ -3,13 +3,13 @@
 #include "frame/model.h"
 #include "frame/reader_state.h"
 #include "grammar.h"
-#include "scan/reading.h"
+#include "scan/scan_state.h"
 #include "scan/scanner.h"
 
 uint64_t scan_alone(const char *path)
 {
     Bsdl bsdl = {};
-    Reading reading = {};
+    ScanState reading = {};
     uint64_t count = 0;
     bsdl.file_name = path;
     bsdl.standards = BSDL_STANDARD_BIT_2001;

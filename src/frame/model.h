@@ -15,11 +15,12 @@ struct Ebst;
 struct InstructionRegister;
 struct IntestSpec;
 struct IscData;
+struct IscFlowReading;
 struct Lookups;
 struct OptionalRegisters;
 struct PinMapEntry;
 struct PrgPart;
-struct Reading;
+struct ScanState;
 struct RunbistSpec;
 struct ScanPorts;
 
@@ -75,6 +76,8 @@ struct BsdlData {
     GList *extensions_tail;
     GSList *cell_descs_tail;
     GSList *corvane_class_tail;
+
+    IscFlowReading *isc_flow_reading; // what reading ISC_Flow keeps; made at its first need
 };
 
 // The contents of one PPC/PRG data file; empty in a BSDL reading.
@@ -103,7 +106,7 @@ struct Bsdl {
 
     Arena arena;      // everything under this record
     NameTable names;  // of the whole reading
-    Reading *reading; // scanner and string store, while readBsdl runs
+    ScanState *reading; // scanner and string store, while readBsdl runs
     Lookups *lookups; // indexes over the model, made when first asked for
     Bsdl *released;   // the next handle that was given back
     char *kept_texts; // what outlives freeBsdl, in one block

@@ -9,7 +9,7 @@
 #include "ports/ports.h"
 #include "prg/prg.h"
 #include "registers/registers.h"
-#include "scan/reading.h"
+#include "scan/scan_state.h"
 #include "scan/scanner.h"
 
 #include <cstring>
@@ -78,7 +78,7 @@ static void new_data(Bsdl *bsdl)
 }
 
 // The file from its opening to the end of the parse. False when no handle is to come of it.
-static bool read_file(Bsdl *bsdl, Reading *reading)
+static bool read_file(Bsdl *bsdl, ScanState *reading)
 {
     if (!bsdl->file_name) {
         parse_message(bsdl, BSDL_LEVEL_ERROR, 1, "no-file", "No files specified");
@@ -121,7 +121,7 @@ Bsdl *readBsdl(const char *file_name, const char *package, GSList *package_dirs,
     reader_state.file = bsdl->file_name;
     bool kept = false;
     if (context) {
-        Reading reading = {};
+        ScanState reading = {};
         kept = read_file(bsdl, &reading);
         reading_end(&reading);
         bsdl->reading = nullptr;

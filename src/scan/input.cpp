@@ -1,7 +1,7 @@
 #include "frame/files.h"
 #include "frame/messages.h"
 #include "frame/model.h"
-#include "scan/reading.h"
+#include "scan/scan_state.h"
 #include "scan/scanner.h"
 
 #include <cstdlib>
@@ -37,7 +37,7 @@ static bool piece_room(StringStore *strings)
 
 void store_string(Bsdl *bsdl, QuotedText piece)
 {
-    Reading *reading = bsdl->reading;
+    ScanState *reading = bsdl->reading;
     StringStore *strings = &reading->strings;
     // An empty piece counts only where it is the first.
     uint32_t length = piece.text && piece.length > 2 ? piece.length - 2 : 0;
@@ -58,7 +58,7 @@ void store_string(Bsdl *bsdl, QuotedText piece)
 
 void rescan_strings(Bsdl *bsdl)
 {
-    Reading *reading = bsdl->reading;
+    ScanState *reading = bsdl->reading;
     StringStore *strings = &reading->strings;
     // Nothing was stored when strings are skipped, or the only piece was empty: the file goes on.
     if (!strings->count || !strings->pieces[strings->count - 1].end) {
@@ -80,7 +80,7 @@ void rescan_strings(Bsdl *bsdl)
 
 void release_strings(Bsdl *bsdl)
 {
-    Reading *reading = bsdl->reading;
+    ScanState *reading = bsdl->reading;
     if (reading->strings.active)
         scan_leave_strings(reading);
     reading->strings.count = 0;
@@ -152,7 +152,7 @@ static bool load_file(InputFile *file, const char *path)
     return true;
 }
 
-static void read_from(Reading *reading)
+static void read_from(ScanState *reading)
 {
     const InputFile *file = &reading->files[reading->depth];
     reading->at = file->at;
@@ -161,7 +161,7 @@ static void read_from(Reading *reading)
     reading->source_line = 1;
 }
 
-bool reading_start(Bsdl *bsdl, Reading *reading)
+bool reading_start(Bsdl *bsdl, ScanState *reading)
 {
     if (!load_file(&reading->files[0], bsdl->file_name))
         return false;
@@ -171,19 +171,19 @@ bool reading_start(Bsdl *bsdl, Reading *reading)
     return true;
 }
 
-void reading_end(Reading *reading)
+void reading_end(ScanState *reading)
 {
     for (int depth = reading->depth; depth >= 0; depth--)
         memory_return(reading->files[depth].text);
     memory_return(reading->strings.pieces);
-    *reading = Reading{};
+    *reading = ScanState{};
 }
 
 int include_depth(const Bsdl *bsdl) { return bsdl->reading->depth; }
 
 bool include_file(Bsdl *bsdl, const char *path)
 {
-    Reading *reading = bsdl->reading;
+    ScanState *reading = bsdl->reading;
     InputFile included;
     if (!load_file(&included, path))
         return false;

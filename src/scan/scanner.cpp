@@ -4,7 +4,7 @@
 #include "frame/reader_state.h"
 #include "grammar.h"
 #include "scan/keywords.h"
-#include "scan/reading.h"
+#include "scan/scan_state.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -100,7 +100,7 @@ const char *const NO_PIECE =
 
 struct Scan {
     Bsdl *bsdl;
-    Reading *reading;
+    ScanState *reading;
     BSDL_YYSTYPE *value;
 };
 
@@ -181,9 +181,9 @@ static int32_t integer_value(const char *at, const char *end)
 
 // -------------------------------------------------------------------------------- input and lines
 
-static InputFile *current_file(Reading *reading) { return &reading->files[reading->depth]; }
+static InputFile *current_file(ScanState *reading) { return &reading->files[reading->depth]; }
 
-void scan_enter_piece(Reading *reading)
+void scan_enter_piece(ScanState *reading)
 {
     StringStore *strings = &reading->strings;
     const StringPiece *piece = &strings->pieces[strings->current];
@@ -193,7 +193,7 @@ void scan_enter_piece(Reading *reading)
 }
 
 // Brings the line counters up to the piece in which `at` lies.
-static void pass_pieces(Reading *reading, const char *at)
+static void pass_pieces(ScanState *reading, const char *at)
 {
     StringStore *strings = &reading->strings;
     while (at >= reading->piece_end && strings->current + 1 < strings->count) {
@@ -202,7 +202,7 @@ static void pass_pieces(Reading *reading, const char *at)
     }
 }
 
-void scan_leave_strings(Reading *reading)
+void scan_leave_strings(ScanState *reading)
 {
     StringStore *strings = &reading->strings;
     strings->active = false;
@@ -214,11 +214,11 @@ void scan_leave_strings(Reading *reading)
     reading->end = current_file(reading)->end;
 }
 
-void scan_no_piece(Reading *reading) { reading->piece_end = NO_PIECE; }
+void scan_no_piece(ScanState *reading) { reading->piece_end = NO_PIECE; }
 
 // The line count is that of the last character looked at. A token that is known to be over only by
 // the character behind it may thus name the line of the next piece, or that of the file.
-static void line_of_last_looked_at(Reading *reading, const char *last)
+static void line_of_last_looked_at(ScanState *reading, const char *last)
 {
     StringStore *strings = &reading->strings;
     uint32_t piece = strings->current;
@@ -227,7 +227,7 @@ static void line_of_last_looked_at(Reading *reading, const char *last)
     reading->line = piece < strings->count ? strings->pieces[piece].line : strings->line_behind;
 }
 
-static void count_line_end(Reading *reading, const char *at)
+static void count_line_end(ScanState *reading, const char *at)
 {
     if (at >= reading->piece_end)
         pass_pieces(reading, at);
@@ -237,7 +237,7 @@ static void count_line_end(Reading *reading, const char *at)
         reading->line++;
 }
 
-static void count_line_ends(Reading *reading, const char *at, const char *end)
+static void count_line_ends(ScanState *reading, const char *at, const char *end)
 {
     for (; at < end; at++) {
         if (*at == '\n' || (*at == '\r' && at[1] != '\n'))
@@ -247,7 +247,7 @@ static void count_line_ends(Reading *reading, const char *at, const char *end)
     }
 }
 
-static void stop(Reading *reading, const char *fatal)
+static void stop(ScanState *reading, const char *fatal)
 {
     reading->stopped = true;
     reading->fatal = fatal;
@@ -255,7 +255,7 @@ static void stop(Reading *reading, const char *fatal)
 }
 
 // At the end of the text in hand: the file behind the strings, or the file that included this one.
-static bool next_input(Reading *reading)
+static bool next_input(ScanState *reading)
 {
     if (reading->strings.active) {
         scan_leave_strings(reading);
@@ -296,7 +296,7 @@ static uint32_t pick_rule_set(const Bsdl *bsdl)
 
 enum : int { NO_TOKEN = -1 }; // what was matched is passed over
 
-static int finish(Reading *reading, const char *start, const char *end, int looked_ahead, int token)
+static int finish(ScanState *reading, const char *start, const char *end, int looked_ahead, int token)
 {
     reading->token = start;
     reading->token_length = static_cast<uint32_t>(end - start);
@@ -312,7 +312,7 @@ static int finish(Reading *reading, const char *start, const char *end, int look
 }
 
 // End of input to the parser. The text at hand is empty then.
-static int finish_input(Reading *reading)
+static int finish_input(ScanState *reading)
 {
     reading->token = reading->at;
     reading->token_length = 0;
@@ -322,7 +322,7 @@ static int finish_input(Reading *reading)
 
 static const char *token_name(const Scan &scan)
 {
-    const Reading *reading = scan.reading;
+    const ScanState *reading = scan.reading;
     return name_intern(&scan.bsdl->names, reading->token, reading->token_length,
                        text_hash_padded(reading->token, reading->token_length));
 }
@@ -548,7 +548,7 @@ static int scan_word(const Scan &scan, const char *start)
 
 static int scan_string(const Scan &scan, const char *start)
 {
-    Reading *reading = scan.reading;
+    ScanState *reading = scan.reading;
     const auto *close = static_cast<const char *>(
         std::memchr(start + 1, '"', static_cast<size_t>(reading->end - start - 1)));
     if (!close) {
@@ -582,7 +582,7 @@ static int scan_string(const Scan &scan, const char *start)
 // A comment goes on over the pieces of a string, and into the file behind them, up to a line end.
 static int skip_comment(const Scan &scan, const char *start)
 {
-    Reading *reading = scan.reading;
+    ScanState *reading = scan.reading;
     const char *at = start;
     size_t length = 0;
     for (;;) {
@@ -608,7 +608,7 @@ static int skip_comment(const Scan &scan, const char *start)
 }
 
 // In the file a Control-Z with nothing behind it but its like, zeros and white space ends the text.
-static bool ends_as_text(const Reading *reading, const char *at)
+static bool ends_as_text(const ScanState *reading, const char *at)
 {
     if (*at != '\x1A' || reading->strings.active)
         return false;
@@ -620,7 +620,7 @@ static bool ends_as_text(const Reading *reading, const char *at)
 
 static int illegal_character(const Scan &scan, const char *at)
 {
-    Reading *reading = scan.reading;
+    ScanState *reading = scan.reading;
     bool strict = scan.bsdl->strict != 0;
     finish(reading, at, at + 1, 0, NO_TOKEN);
     if (strict)
@@ -733,7 +733,7 @@ static int scan_part_or_file_name(const Scan &scan, const char *start)
 
 int scan_token(BSDL_YYSTYPE *value, int32_t *line, Bsdl *bsdl)
 {
-    Reading *reading = bsdl->reading;
+    ScanState *reading = bsdl->reading;
     if (bsdl->arena.failed)
         stop(reading, nullptr);
     if (reading->stopped)

@@ -3,7 +3,7 @@
 #include "frame/reader_state.h"
 #include "grammar.h"
 #include "scan/keywords.h"
-#include "scan/reading.h"
+#include "scan/scan_state.h"
 #include "support/description.h"
 
 #include <cstring>
@@ -161,7 +161,7 @@ class Scanning
     std::string messages_;
     BsdlContext context_ = {sink, this, 4};
     Bsdl bsdl_ = {};
-    Reading reading_ = {};
+    ScanState reading_ = {};
 };
 
 } // namespace

@@ -33,7 +33,7 @@ struct StringStore {
 };
 
 // The state of the scanner while one file is read.
-struct Reading {
+struct ScanState {
     const char *at; // next character
     const char *end;
     const char *piece_end; // of the piece being read; above all addresses outside of strings
@@ -56,9 +56,9 @@ struct Reading {
 };
 
 // Switches between the two, for the string store.
-void scan_enter_piece(Reading *reading);
-void scan_leave_strings(Reading *reading);
-void scan_no_piece(Reading *reading);
+void scan_enter_piece(ScanState *reading);
+void scan_leave_strings(ScanState *reading);
+void scan_no_piece(ScanState *reading);
 
-bool reading_start(Bsdl *bsdl, Reading *reading);
-void reading_end(Reading *reading);
+bool reading_start(Bsdl *bsdl, ScanState *reading);
+void reading_end(ScanState *reading);
