@@ -122,6 +122,18 @@ TEST(GroupedPorts, HeadingOfEachEntry)
                      {INFORMATION, "\t\tDifferential_Voltage (1 twin_groups)", 4}});
 }
 
+TEST(GroupedPorts, MessagesPointAtThePair)
+{
+    Description text = grouped("DIFFERENTIAL_VOLTAGE (\n(P1, N1),\n(P2, Q))");
+    Reading reading(text);
+    build(reading);
+    reading.check(bsdl_check_grouped_port);
+    Messages got = errors_and_warnings(reading.messages());
+    ASSERT_EQ(got.size(), 1u);
+    EXPECT_EQ(got[0].line, text.line(PORT_GROUPING) + 2);
+    EXPECT_EQ(got[0].rule, "twin-pin-types-differ");
+}
+
 TEST(GroupedPorts, TwinsAreLinkedEvenAfterErrors)
 {
     Reading reading(grouped("DIFFERENTIAL_VOLTAGE ((P1, N1), (P1, L), (NONE, N2))"));

@@ -150,6 +150,16 @@ TEST(LogicalPorts, NamesAreUnique)
     }
 }
 
+TEST(LogicalPorts, MessagesPointAtTheDeclaration)
+{
+    Description text = pins::description("\nP,\nQ : in bit;\nR, p : in bit", "P:20, Q:21, R:22");
+    Reading reading(text);
+    reading.check(bsdl_check_logical_port);
+    ASSERT_EQ(reading.messages().size(), 1u);
+    EXPECT_EQ(reading.messages()[0].line, text.line(PORT_CLAUSE) + 1);
+    EXPECT_EQ(reading.messages()[0].rule, "port-name-not-unique");
+}
+
 TEST(LogicalPorts, ClauseWithAnErrorIsSkipped)
 {
     Reading reading(Description().with(PORT_CLAUSE, "port (TCK : in bit; TMS in bit);"));

@@ -182,6 +182,19 @@ TEST(PinMaps, ResultDoesNotHangOnTheVerbosity)
     expect_messages(reading.messages(), {});
 }
 
+TEST(PinMaps, MessagesPointIntoTheString)
+{
+    Description text;
+    text.replace(PIN_MAPS, "TDO:4,", "TDO:4,\n P:20, \"&\n\"Q:\n21,");
+    Reading reading(text);
+    build(reading);
+    Messages got = errors_and_warnings(reading.messages());
+    ASSERT_EQ(got.size(), 2u);
+    EXPECT_EQ(got[0].line, text.line(PIN_MAPS) + 1);
+    EXPECT_EQ(got[1].line, text.line(PIN_MAPS) + 2);
+    EXPECT_EQ(got[0].rule, "mapped-port-undeclared");
+}
+
 TEST(PinMaps, OneByName)
 {
     Description text;

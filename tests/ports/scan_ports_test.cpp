@@ -156,6 +156,18 @@ TEST(ScanPorts, WithoutAPinListNoPortIsFound)
          {ERROR, "<scan port> TAP_SCAN_CLOCK <port id> 'TCK' not found in <logical port>", 2}});
 }
 
+TEST(ScanPorts, MessagesPointAtTheStatement)
+{
+    Description text = with_reset().replace(SCAN_RESET, "TRST", "NONE");
+    text.replace(SCAN_CLOCK, "TCK", "NONE");
+    Reading reading(text);
+    build(reading);
+    reading.check(bsdl_check_scan_port);
+    ASSERT_EQ(reading.messages().size(), 2u);
+    EXPECT_EQ(reading.messages()[0].line, text.line(SCAN_RESET));
+    EXPECT_EQ(reading.messages()[1].line, text.line(SCAN_CLOCK));
+}
+
 TEST(ScanPorts, WithoutABoundaryRegisterNothingIsGiven)
 {
     // An error that no statement catches ends the reading ahead of the register.
