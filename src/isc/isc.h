@@ -1,4 +1,288 @@
 #pragma once
 
+#include "boundary/boundary.h"
 #include "frame/lookup.h"
 #include "frame/model.h"
+
+// ------------------------------------------------------------------------------------------
+// records
+
+// Names a flow, in ISC_Flow where it is defined and in ISC_Procedure where it is used.
+struct IscFlowDescriptor {
+    const char *flow_name;
+    const char *data_name; // NULL when none is given
+    int32_t unprocessed;
+    int32_t exit_on_error;
+    int32_t line;
+};
+
+struct IscProcedure {
+    const char *procedure_name;
+    const char *data_name; // NULL when none is given
+    GSList *flows;         // IscFlowDescriptor
+    int32_t flow_cursor;
+    int32_t line;
+};
+
+// Behind the record that callers see.
+struct IscActionEntry {
+    IscAction action;
+    int32_t line;
+};
+
+struct IscActionSpecEntry {
+    IscActionSpec spec;
+    int32_t line;
+};
+
+using IscClockCycles = ClockCycles;
+
+struct IscDuration {
+    IscClockCycles *clock_cycles; // NULL when only a time is given
+    float time;                   // seconds; 0 when absent
+};
+
+struct IscWait {
+    IscDuration *min_duration; // NULL after an error in it
+    IscDuration *max_duration; // NULL without one
+};
+
+// One activity of a block, or one end of a loop: the list of a block is flat, a loop is its start,
+// its activities and its end.
+struct IscActivity {
+    const char *instruction_name; // NULL for the ends of a loop
+    GSList *update_fields;        // IscUpdateField
+    uint32_t update_cursor;
+    IscWait *wait;          // NULL after an error in it
+    GSList *capture_fields; // IscCaptureField
+    uint32_t capture_cursor;
+    int32_t kind;     // IscActivityKind
+    int32_t max_loop; // of the start of a loop
+    int32_t min_loop; // of the start of a loop
+    int32_t line;
+};
+
+enum IscBlockType : int32_t {
+    ISC_BLOCK_TYPE_INITIALIZE = 0,
+    ISC_BLOCK_TYPE_REPEAT = 1,
+    ISC_BLOCK_TYPE_TERMINATE = 2,
+};
+
+struct IscBlock {
+    int32_t block_type; // IscBlockType
+    int32_t repeat_count;
+    GSList *activities; // IscActivity
+    int32_t activity_cursor;
+    IscActivity *current_activity;
+    int32_t line;
+};
+
+struct IscVariable {
+    const char *name;  // with its '$'
+    const char *value; // the hexadecimal text first assigned, "?" or "?!"
+    int32_t length;    // bits; known only while the flow is read
+};
+
+struct IscFlow {
+    IscFlowDescriptor *descriptor;
+    GSList *blocks; // IscBlock: initialize, repeat blocks in their order, terminate
+    int32_t block_cursor;
+    IscVariable **variables; // ends in NULL; NULL for a flow without variables
+    int32_t variable_count;
+    IscBlock *current_block;
+};
+
+struct IscTables;
+
+// One family of statements: of a description, or of one part in a PPC/PRG file.
+struct IscData {
+    int32_t conformance;  // IscConformance
+    int32_t pin_behavior; // IscPinBehavior
+    GSList *fixed_pins;   // PortId
+    uint32_t fixed_pin_cursor = 0;
+    int32_t status; // IscStatus
+    const char *blank_usercode;
+    IscSecurity *security;
+    GSList *flows; // IscFlow
+    int32_t flow_cursor = 0;
+    GSList *procedures;           // IscProcedure
+    int32_t procedure_cursor = 0; // 0: none selected; else its index plus one
+    GSList *actions;              // IscAction, each in an IscActionEntry
+    int32_t action_cursor = 0;
+    GSList *illegal_exits; // names
+    uint32_t illegal_exit_cursor = 0;
+    const char *design_warning;
+
+    int32_t fixed_pins_line;
+    int32_t blank_usercode_line;
+    int32_t security_line;
+    int32_t illegal_exits_line;
+    int32_t line;                // of the first statement behind ISC_Conformance
+    IscTables *tables = nullptr; // made when first asked for
+
+    // Of the lists that the queries go through; a walk begins anew when it is taken to another
+    // list.
+    ListWalk fixed_pin_walk = {};
+    ListWalk action_walk = {};
+    ListWalk spec_walk = {};
+    ListWalk procedure_flow_walk = {};
+    ListWalk block_walk = {};
+    ListWalk activity_walk = {};
+    ListWalk update_walk = {};
+    ListWalk capture_walk = {};
+    ListWalk illegal_exit_walk = {};
+};
+
+// Flows and procedures by position and by their two names. The lists of a family do not change once
+// it has been read, so the tables live as long as it does.
+struct IscTables {
+    IscFlow **flows;
+    uint32_t flow_count;
+    Index flows_by_name; // isc_name_key -> position
+    IscProcedure **procedures;
+    uint32_t procedure_count;
+    Index procedures_by_name; // isc_name_key -> position
+};
+
+IscTables *isc_tables(Bsdl *bsdl, IscData *isc);
+
+// Two references agree when their names do and their data names are both absent or equal.
+inline uint64_t isc_name_key(const char *name, const char *data_name)
+{
+    return uint64_t{name_fold(name)} << 32 | name_fold(data_name);
+}
+
+// How the checks of this family begin: as all do, and 4 without statements of IEEE 1532.
+int32_t isc_check_begin(const Bsdl *bsdl);
+// And how they end: out of memory some rule may not have been tried, which is no pass.
+int32_t isc_check_end(Bsdl *bsdl, int32_t result);
+
+// ------------------------------------------------- statements other than ISC_Flow (isc_statements)
+
+// What ISC_Pin_Behavior, ISC_Fixed_System_Pins and ISC_Status give together.
+struct IscPinBehaviorSet {
+    int32_t pin_behavior;
+    GSList *fixed_pins;
+    int32_t status;
+    int32_t fixed_pins_line;
+};
+
+// The orders of these three statements that are read; the first is the standard's.
+enum IscPinOrder : int32_t {
+    ISC_ORDER_PIN_FIXED_STATUS,
+    ISC_ORDER_PIN_STATUS,
+    ISC_ORDER_STATUS_PIN,
+    ISC_ORDER_STATUS_FIXED_PIN,
+    ISC_ORDER_STATUS_PIN_FIXED,
+    ISC_ORDER_FIXED_PIN_STATUS,
+    ISC_ORDER_FIXED_STATUS_PIN,
+};
+
+// A statement's string becomes the text to read, and its attribute a defined extension.
+void isc_string_begins(Bsdl *bsdl, const char *attribute);
+// From here on the words of IEEE 1532 are in force, whatever other packages are used.
+void isc_family_begins(Bsdl *bsdl);
+
+int32_t isc_conformance_missing(Bsdl *bsdl);
+int32_t isc_conformance_passed(Bsdl *bsdl, int32_t conformance);
+int32_t isc_conformance_option(Bsdl *bsdl, int32_t conformance);
+int32_t isc_pin_behavior_passed(Bsdl *bsdl, int32_t pin_behavior);
+List isc_fixed_pins_passed(Bsdl *bsdl, List pins);
+List isc_fixed_pins_skipped(Bsdl *bsdl);
+int32_t isc_status_passed(Bsdl *bsdl, int32_t status);
+int32_t isc_status_skipped(Bsdl *bsdl);
+// NULL for an order that is refused; the error has been reported and counted.
+IscPinBehaviorSet *isc_pin_set(Bsdl *bsdl, IscPinOrder order, int32_t pin_behavior, List fixed_pins,
+                               int32_t status, int32_t fixed_pins_line);
+
+const char *isc_blank_usercode_passed(Bsdl *bsdl, const char *pattern);
+const char *isc_blank_usercode_skipped(Bsdl *bsdl);
+
+IscSecurity *isc_security_absent(Bsdl *bsdl);
+IscSecurity *isc_security_passed(Bsdl *bsdl, IscSecurity *security);
+IscSecurity *isc_security_skipped(Bsdl *bsdl);
+IscSecurity *isc_security_new(Bsdl *bsdl, int32_t read, int32_t program, int32_t erase,
+                              IscSecurity *key);
+IscSecurity *isc_security_key(Bsdl *bsdl, int32_t msb, int32_t lsb);
+
+List isc_procedures_passed(Bsdl *bsdl, List procedures);
+List isc_procedures_skipped(Bsdl *bsdl);
+IscProcedure *isc_procedure_new(Bsdl *bsdl, const char *name, const char *data_name, List flows,
+                                int32_t line);
+List isc_actions_passed(Bsdl *bsdl, List actions);
+IscAction *isc_action_new(Bsdl *bsdl, const char *name, const char *data_name, int32_t exclusivity,
+                          List specs, int32_t line);
+IscActionSpec *isc_action_spec_new(Bsdl *bsdl, const char *name, const char *data_name,
+                                   int32_t attributes, int32_t line);
+
+List isc_illegal_exits_absent(Bsdl *bsdl);
+List isc_illegal_exits_passed(Bsdl *bsdl, List names);
+List isc_illegal_exits_skipped(Bsdl *bsdl);
+const char *isc_design_warning_absent(Bsdl *bsdl);
+const char *isc_design_warning_passed(Bsdl *bsdl);
+const char *isc_design_warning_skipped(Bsdl *bsdl);
+
+// The family is complete: its values become a record of the description.
+void isc_family_passed(Bsdl *bsdl, const IscData &values);
+
+// --------------------------------------------------------------------------- ISC_Flow (isc_flow)
+
+constexpr int32_t ISC_VARIABLES = 51; // of one flow; any further one has no place
+
+// What reading an ISC_Flow statement keeps: the variables of the flow at hand, and which flows the
+// statement has already defined.
+struct IscFlowReading {
+    IscVariable variables[ISC_VARIABLES];
+    int32_t variable_count;
+    uint32_t *keys; // fold numbers of the flows' names, joined with the data name
+    uint32_t key_count;
+    uint32_t key_capacity;
+    Index key_index;
+};
+
+// The expected data or the mask of a capture field.
+struct IscFieldData {
+    IscExpression *expression;
+    int32_t output;
+};
+
+void isc_flow_statement_begins(Bsdl *bsdl);
+List isc_flow_statement_passed(Bsdl *bsdl, List flows);
+List isc_flow_statement_skipped(Bsdl *bsdl);
+
+void isc_flow_begins(Bsdl *bsdl);
+IscFlowDescriptor *isc_flow_descriptor_new(Bsdl *bsdl, const char *flow_name, const char *data_name,
+                                           int32_t unprocessed, int32_t exit_on_error,
+                                           int32_t line);
+const char *isc_data_name(Bsdl *bsdl, const char *name);
+// NULL for a flow that the statement has already defined; the warning has been sent.
+IscFlow *isc_flow_new(Bsdl *bsdl, IscFlowDescriptor *descriptor, IscBlock *initialize, List repeats,
+                      IscBlock *terminate);
+List isc_flow_append(Bsdl *bsdl, List flows, IscFlow *flow);
+
+IscBlock *isc_block_new(Bsdl *bsdl, int32_t block_type, int32_t repeat_count, List activities,
+                        int32_t line);
+List isc_loop(Bsdl *bsdl, int32_t min_loop, int32_t max_loop, List activities, int32_t line);
+IscActivity *isc_activity_new(Bsdl *bsdl, const char *instruction_name, List update_fields,
+                              IscWait *wait, List capture_fields, int32_t line);
+
+IscUpdateField *isc_update_field(Bsdl *bsdl, int32_t width, IscExpression *expression);
+IscCaptureField *isc_capture_field(Bsdl *bsdl, int32_t width, IscFieldData expected,
+                                   IscFieldData mask, int32_t tag);
+int32_t isc_tags_turned(Bsdl *bsdl);
+
+IscExpression *isc_literal(Bsdl *bsdl, const char *hex_string);
+IscExpression *isc_input(Bsdl *bsdl, int32_t operation);
+IscExpression *isc_variable_assigned(Bsdl *bsdl, const char *name, const char *hex_string);
+IscExpression *isc_variable_set(Bsdl *bsdl, const char *name, int32_t input);
+// NULL when the variable is not defined; the error has been reported and counted.
+IscExpression *isc_variable_used(Bsdl *bsdl, const char *name, int32_t operation, int32_t operand);
+
+IscWait *isc_wait_new(Bsdl *bsdl, IscDuration *min_duration, IscDuration *max_duration);
+IscWait *isc_wait_refused(Bsdl *bsdl);
+IscDuration *isc_duration_new(Bsdl *bsdl, IscClockCycles *clock_cycles, double time);
+IscDuration *isc_duration_refused(Bsdl *bsdl);
+
+int32_t isc_field_width(Bsdl *bsdl, int32_t width);
+int32_t isc_repeat_count(Bsdl *bsdl, int32_t count);
+int32_t isc_loop_count(Bsdl *bsdl, int32_t count);

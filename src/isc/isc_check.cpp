@@ -1,0 +1,302 @@
+// The check of an IEEE 1532 description, and the rules of its smaller statements.
+
+#include "frame/check.h"
+#include "isc/isc.h"
+#include "registers/registers.h"
+
+#include <cstring>
+
+namespace
+{
+
+constexpr uint32_t CHECK_STATE_GENERAL = 7; // of check_state: the outcome of the general checks
+constexpr uint32_t CHECK_STATE_GENERAL_PASSED = 1;
+constexpr uint32_t CHECK_STATE_ISC_PASSED = 8;
+constexpr uint32_t CHECK_PASSED_ISC = 0x10; // of check_passed: the queries answer
+
+} // namespace
+
+int32_t isc_check_begin(const Bsdl *bsdl)
+{
+    if (int32_t code = check_begin(bsdl))
+        return code;
+    return bsdl->data->isc ? BSDL_RESULT_OK : BSDL_RESULT_NO_ISC;
+}
+
+int32_t isc_check_end(Bsdl *bsdl, int32_t result)
+{
+    bool failed = bsdl->arena.failed || lookups_of(bsdl)->arena.failed;
+    return failed ? BSDL_RESULT_FAILED : result;
+}
+
+// ---------------------------------------------------------------------------------- the driver
+
+static int32_t check_flows(Bsdl *bsdl) { return bsdl_check_isc_flow(bsdl, 0); }
+
+// The opcodes are checked a second time: their classes are what the next check goes by.
+// clang-format off
+static constexpr CheckStep ISC_STEPS[] = {
+    {.check = bsdl_check_instr_reg, .fails_from = 1,
+     .passed = "\tInstruction register description passed",
+     .failed = "\tInstruction register description has errors"},
+    {.check = bsdl_check_isc_instr_reg, .fails_from = 1,
+     .passed = "\tInstruction register description passed", /* as is */
+     .failed = "\tISC Instruction registers has errors"},
+    {.check = bsdl_check_isc_pin_behaviour, .fails_from = 1,
+     .passed = "\tISC pin behaviour description passed",
+     .failed = "\tISC pin behaviour description has errors"},
+    {.check = bsdl_check_isc_fixed_system_pins, .fails_from = 2,
+     .passed = "\tISC fixed pins description passed",
+     .failed = "\tISC fixed pins description has errors"},
+    {.check = bsdl_check_isc_blank_usercode, .fails_from = 1,
+     .passed = "\tISC blank usercode description passed",
+     .failed = "\tISC blank usercode description has errors"},
+    {.check = bsdl_check_isc_security, .fails_from = 2,
+     .passed = "\tISC security description passed",
+     .failed = "\tISC security description has errors"},
+    {.check = check_flows, .fails_from = 1,
+     .passed = "\tISC flow description passed",
+     .failed = "\tISC flow description has errors"},
+    {.check = bsdl_check_isc_procedures, .fails_from = 1,
+     .passed = "\tISC procedure description passed",
+     .failed = "\tISC procedure description has errors"},
+    {.check = bsdl_check_isc_actions, .fails_from = 1,
+     .passed = "\tISC action description passed",
+     .failed = "\tISC action description has errors"},
+    {.check = bsdl_check_isc_illegal_exit, .fails_from = 2,
+     .passed = "\tISC illegal exit description passed",
+     .failed = "\tISC illegal exit description has errors"},
+    {.check = bsdl_check_isc_design_warning, .fails_from = 2,
+     .passed = "\tISC design warning passed",
+     .failed = "\tISC design warning has errors"},
+};
+// clang-format on
+
+int32_t bsdl_check_isc(Bsdl *h)
+{
+    if (int32_t code = check_begin(h))
+        return code;
+    BsdlData *data = h->data;
+    rule_message(BSDL_LEVEL_PROGRESS, 2, {nullptr}, "    BSDL ISC semantic checks");
+    if (!data->isc) {
+        constexpr const char *NO_ISC = "BSDL ISC Extension not defined";
+        if (h->strict) {
+            rule_message(BSDL_LEVEL_ERROR, 1, {"isc-missing"}, "%s", NO_ISC);
+            return BSDL_RESULT_NO_ISC;
+        }
+        rule_message(BSDL_LEVEL_WARNING, 3, {"isc-missing"}, "%s", NO_ISC);
+    }
+
+    int32_t result = 0;
+    if ((data->check_state & CHECK_STATE_GENERAL) == 0)
+        result = check_general(h);
+    if ((data->check_state & CHECK_STATE_GENERAL) != CHECK_STATE_GENERAL_PASSED)
+        return result;
+
+    // Each failure counts, so the result tells how many there were.
+    for (const CheckStep &step : ISC_STEPS)
+        result += check_step(h, step) ? BSDL_RESULT_FAILED : 0;
+    lookups_drop(h);
+    if (h->arena.failed && !result)
+        result = BSDL_RESULT_FAILED;
+
+    if (result > 1) {
+        rule_message(BSDL_LEVEL_ERROR, 1, {"isc-checks-failed"},
+                     "    BSDL ISC semantic checks failed");
+        return result;
+    }
+    rule_message(BSDL_LEVEL_INFO, 2, {nullptr}, "    BSDL ISC semantic checks passed");
+    data->check_passed |= CHECK_PASSED_ISC;
+    data->check_state |= CHECK_STATE_ISC_PASSED;
+    return result;
+}
+
+// ------------------------------------------------------------ statements that need only be there
+
+int32_t bsdl_check_isc_pin_behaviour(Bsdl *h)
+{
+    if (int32_t code = isc_check_begin(h))
+        return code;
+    return h->data->isc->pin_behavior ? BSDL_RESULT_OK : BSDL_RESULT_MISSING;
+}
+
+int32_t bsdl_check_isc_status(Bsdl *h)
+{
+    if (int32_t code = isc_check_begin(h))
+        return code;
+    return h->data->isc->status ? BSDL_RESULT_OK : BSDL_RESULT_MISSING;
+}
+
+int32_t bsdl_check_isc_design_warning(Bsdl *h)
+{
+    if (int32_t code = isc_check_begin(h))
+        return code;
+    return h->data->isc->design_warning ? BSDL_RESULT_OK : BSDL_RESULT_ABSENT;
+}
+
+// ---------------------------------------------------------------------------- ISC_Blank_Usercode
+
+int32_t bsdl_check_isc_blank_usercode(Bsdl *h)
+{
+    if (int32_t code = isc_check_begin(h))
+        return code;
+    const IscData *isc = h->data->isc;
+    if (!isc->blank_usercode)
+        return BSDL_RESULT_MISSING;
+    if (std::strlen(isc->blank_usercode) != 32)
+        return rule_error({"isc-blank-usercode-length", isc->blank_usercode_line},
+                          "blank_usercode has incorrect string length");
+    return BSDL_RESULT_OK;
+}
+
+// ------------------------------------------------------------------------- ISC_Fixed_System_Pins
+
+// No description with this statement passes: its first pin counts as not found, whatever the ports
+// are. Hosts are used to that verdict.
+int32_t bsdl_check_isc_fixed_system_pins(Bsdl *h)
+{
+    if (int32_t code = isc_check_begin(h))
+        return code;
+    const IscData *isc = h->data->isc;
+    if (!isc->fixed_pins)
+        return BSDL_RESULT_ABSENT;
+    const auto *pin = static_cast<const PortId *>(isc->fixed_pins->data);
+    const GSList *ports = h->data->logical_ports;
+    if (!ports || !ports->data || !pin)
+        return BSDL_RESULT_FAILED;
+    Rule rule = {"isc-fixed-pin-unknown", isc->fixed_pins_line};
+    if (pin->subscripted)
+        return rule_error(rule, "port_id '%s[%i]' not found", pin->name, pin->subscript);
+    return rule_error(rule, "port_id '%s' not found", pin->name);
+}
+
+// ------------------------------------------------------------------------------------ ISC_Security
+
+static int32_t check_security_instruction(Bsdl *bsdl, int32_t line)
+{
+    const InstructionEntry *instruction =
+        find_instruction(bsdl, model_name(bsdl, "ISC_PROGRAM_SECURITY"));
+    if (!instruction)
+        return rule_error({"isc-security-instruction-missing", line},
+                          "no ISC_PROGRAM_SECURITY instruction in opcode list, while using "
+                          "ISC_Security");
+    const RegisterEntry *target = instruction->data_register;
+    if (target && target->name && !same_text(target->name, "ISC_PDATA"))
+        return rule_error({"isc-security-instruction-target", instruction->line},
+                          "instruction ISC_PROGRAM_SECURITY does not target ISC_PDATA register");
+    return 0;
+}
+
+// Of several registers of the name the last counts; -1 without one.
+static int32_t pdata_length(Bsdl *bsdl)
+{
+    const char *name = model_name(bsdl, "ISC_PDATA");
+    int32_t length = -1;
+    for (const GSList *link = bsdl->data->register_access; link; link = link->next) {
+        const auto *entry = static_cast<const RegisterEntry *>(link->data);
+        if (entry && same_name(entry->name, name))
+            length = entry->length;
+    }
+    return length;
+}
+
+// Compared without sign: where the register is missing no position exceeds it.
+static bool exceeds(int32_t position, int32_t length)
+{
+    return position != ISC_SECURITY_ANY &&
+           static_cast<uint32_t>(position) > static_cast<uint32_t>(length) - 1;
+}
+
+static int32_t check_security_positions(const IscSecurity *security, int32_t length, int32_t line)
+{
+    int32_t result = 0;
+    if (exceeds(security->disable_read, length))
+        result |= rule_error({"isc-security-read-range", line},
+                             "security bit disable_read (%i) exceeds ISC_PDATA length %i",
+                             security->disable_read, length);
+    if (exceeds(security->disable_program, length))
+        result |= rule_error({"isc-security-program-range", line},
+                             "security bit disable_program (%i) exceeds ISC_PDATA length %i",
+                             security->disable_program, length);
+    if (exceeds(security->disable_erase, length))
+        result |= rule_error({"isc-security-erase-range", line},
+                             "security bit disable_erase (%i) exceeds ISC_PDATA length %i",
+                             security->disable_erase, length);
+    if (exceeds(security->disable_key_lsb, length))
+        result |= rule_error({"isc-security-key-lsb-range", line},
+                             "security bit disable_key lsb (%i) exceeds ISC_PDATA length %i",
+                             security->disable_key_lsb, length);
+    if (exceeds(security->disable_key_msb, length))
+        result |= rule_error({"isc-security-key-msb-range", line},
+                             "security bit disable_key msb (%i) exceeds ISC_PDATA length %i",
+                             security->disable_key_msb, length);
+    return result;
+}
+
+int32_t bsdl_check_isc_security(Bsdl *h)
+{
+    if (int32_t code = isc_check_begin(h))
+        return code;
+    const IscData *isc = h->data->isc;
+    const IscSecurity *security = isc->security;
+    if (!security)
+        return BSDL_RESULT_ABSENT;
+
+    int32_t result = 0;
+    // A part of a PPC/PRG file has no instructions.
+    if (!bsdlIsPrg(h))
+        result |= check_security_instruction(h, isc->security_line);
+    if (security->disable_read == ISC_SECURITY_ANY &&
+        security->disable_program == ISC_SECURITY_ANY &&
+        security->disable_erase == ISC_SECURITY_ANY &&
+        security->disable_key_lsb == ISC_SECURITY_ANY &&
+        security->disable_key_msb == ISC_SECURITY_ANY)
+        result |= rule_error({"isc-security-no-bits", isc->security_line},
+                             "ISC_PROGRAM_SECURITY is implemented, but no security bits are set");
+    if (security->disable_key_msb < security->disable_key_lsb)
+        result |= rule_error({"isc-security-key-order", isc->security_line},
+                             "the numerical value of ISC_DISABLE_KEY msb must be greater or equal "
+                             "to the value of lsb");
+    result |= check_security_positions(security, pdata_length(h), isc->security_line);
+    return isc_check_end(h, result);
+}
+
+// -------------------------------------------------------------------------------- ISC_Illegal_Exit
+
+static bool is_isc_instruction(const char *name)
+{
+    static constexpr const char *NAMES[] = {
+        "ISC_ENABLE",           "ISC_DISABLE",      "ISC_PROGRAM",       "ISC_NOOP",
+        "ISC_PROGRAM_USERCODE", "ISC_SETUP",        "ISC_READ",          "ISC_ERASE",
+        "ISC_DISCHARGE",        "ISC_PROGRAM_DONE", "ISC_ERASE_DONE",    "ISC_PROGRAM_SECURITY",
+        "ISC_READ_INFO",        "ISC_DATA_SHIFT",   "ISC_ADDRESS_SHIFT", "ISC_INCREMENT"};
+    if (!text_starts_with(name, "ISC_"))
+        return false;
+    for (const char *one : NAMES)
+        if (same_text(name, one))
+            return true;
+    return false;
+}
+
+int32_t bsdl_check_isc_illegal_exit(Bsdl *h)
+{
+    if (int32_t code = isc_check_begin(h))
+        return code;
+    const IscData *isc = h->data->isc;
+    if (!isc->illegal_exits)
+        return BSDL_RESULT_ABSENT;
+    if (!h->data->instruction_register || !h->data->instruction_register->opcode_table)
+        return BSDL_RESULT_MISSING;
+
+    int32_t result = 0;
+    for (const GSList *link = isc->illegal_exits; link; link = link->next) {
+        const auto *name = static_cast<const char *>(link->data);
+        if (!find_instruction(h, name))
+            result |= rule_error({"isc-illegal-exit-unknown", isc->illegal_exits_line},
+                                 "illegal exit instruction '%s' does not exist", name);
+        else if (is_isc_instruction(name))
+            result |= rule_error({"isc-illegal-exit-isc", isc->illegal_exits_line},
+                                 "illegal exit instruction '%s' is an ISC instruction", name);
+    }
+    return isc_check_end(h, result);
+}

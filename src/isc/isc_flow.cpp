@@ -1,0 +1,389 @@
+#include "isc/isc.h"
+
+#include "frame/messages.h"
+#include "scan/scanner.h"
+
+#include <cstring>
+
+// The actions of ISC_Flow. Where an action sets `scan_mode`, what follows is read differently: the
+// same characters are a width, a hexadecimal text or a time, depending on the place.
+
+static IscFlowReading *reading_of(Bsdl *bsdl)
+{
+    if (!bsdl->data->isc_flow_reading)
+        bsdl->data->isc_flow_reading = model_new<IscFlowReading>(bsdl);
+    return bsdl->data->isc_flow_reading;
+}
+
+// ------------------------------------------------------------------------------- the statement
+
+// Two flows are the same when their names joined with the data name are: F_X meets F(X).
+static void forget_keys(Bsdl *bsdl)
+{
+    IscFlowReading *reading = reading_of(bsdl);
+    reading->key_count = 0;
+    reading->key_capacity = 0;
+    reading->key_index = {};
+}
+
+void isc_flow_statement_begins(Bsdl *bsdl)
+{
+    forget_keys(bsdl);
+    isc_string_begins(bsdl, "ISC_Flow");
+}
+
+List isc_flow_statement_passed(Bsdl *bsdl, List flows)
+{
+    forget_keys(bsdl);
+    bsdl->scan_mode = SCAN_MODE_NONE;
+    statement_passed(bsdl, "\tISC_Flow statement passed");
+    return flows;
+}
+
+List isc_flow_statement_skipped(Bsdl *bsdl)
+{
+    forget_keys(bsdl);
+    statement_skipped(bsdl, "Skipping isc_flow due to errors");
+    return {};
+}
+
+// ----------------------------------------------------------------------------------- variables
+
+// Names of variables are compared with their case.
+static int32_t find_variable(const IscFlowReading *reading, const char *name)
+{
+    for (int32_t i = 0; i < reading->variable_count; i++)
+        if (std::strcmp(reading->variables[i].name, name) == 0)
+            return i;
+    return -1;
+}
+
+// The index of the variable, which keeps the value that it was given first. A full table takes
+// nothing, not even a name that it holds.
+static int32_t define_variable(Bsdl *bsdl, const char *name, const char *value)
+{
+    IscFlowReading *reading = reading_of(bsdl);
+    if (reading->variable_count >= ISC_VARIABLES) {
+        parse_message(bsdl, BSDL_LEVEL_ERROR, 2, "isc-variables-too-many",
+                      "Too many variables in this flow definition");
+        return -1;
+    }
+    int32_t known = find_variable(reading, name);
+    if (known >= 0)
+        return known;
+    reading->variables[reading->variable_count] = {.name = name, .value = value, .length = 0};
+    return reading->variable_count++;
+}
+
+static IscExpression *expression_new(Bsdl *bsdl, const IscExpression &values)
+{
+    auto *expression = model_new<IscExpression>(bsdl);
+    *expression = values;
+    return expression;
+}
+
+IscExpression *isc_literal(Bsdl *bsdl, const char *hex_string)
+{
+    return expression_new(bsdl, {.operation = ISC_OPERATION_HEX,
+                                 .variable_index = -1,
+                                 .operand = 0,
+                                 .hex_string = hex_string,
+                                 .is_definition = 0});
+}
+
+IscExpression *isc_input(Bsdl *bsdl, int32_t operation)
+{
+    return expression_new(bsdl, {.operation = operation,
+                                 .variable_index = -1,
+                                 .operand = 0,
+                                 .hex_string = nullptr,
+                                 .is_definition = 0});
+}
+
+IscExpression *isc_variable_assigned(Bsdl *bsdl, const char *name, const char *hex_string)
+{
+    return expression_new(bsdl, {.operation = ISC_OPERATION_ASSIGN,
+                                 .variable_index = define_variable(bsdl, name, hex_string),
+                                 .operand = 0,
+                                 .hex_string = hex_string,
+                                 .is_definition = 1});
+}
+
+IscExpression *isc_variable_set(Bsdl *bsdl, const char *name, int32_t input)
+{
+    bool io = input == ISC_OPERATION_IO;
+    return expression_new(
+        bsdl, {.operation = io ? ISC_OPERATION_VARIABLE_IO : ISC_OPERATION_VARIABLE_INPUT,
+               .variable_index = define_variable(bsdl, name, io ? "?!" : "?"),
+               .operand = 0,
+               .hex_string = nullptr,
+               .is_definition = 1});
+}
+
+IscExpression *isc_variable_used(Bsdl *bsdl, const char *name, int32_t operation, int32_t operand)
+{
+    int32_t index = find_variable(reading_of(bsdl), name);
+    if (index < 0) {
+        parse_message(bsdl, BSDL_LEVEL_ERROR, 2, "isc-variable-undefined",
+                      "Variable '%s' not defined on line %i", name, scan_line(bsdl));
+        bsdl->error_count++;
+        return nullptr;
+    }
+    return expression_new(bsdl, {.operation = operation,
+                                 .variable_index = index,
+                                 .operand = operand,
+                                 .hex_string = nullptr,
+                                 .is_definition = 0});
+}
+
+// ---------------------------------------------------------------------------- fields and waits
+
+// The width of a field is that of a variable defined in it; one that is used must have it.
+static void apply_width(Bsdl *bsdl, const IscExpression *expression, int32_t width)
+{
+    if (!expression || expression->variable_index < 0)
+        return;
+    IscVariable *variable = &reading_of(bsdl)->variables[expression->variable_index];
+    if (expression->is_definition)
+        variable->length = width;
+    else if (variable->length != width)
+        parse_message(bsdl, BSDL_LEVEL_ERROR, 2, "isc-variable-length",
+                      "ISC variable '%s[%i]' incorrect length, should be %i", variable->name,
+                      variable->length, width);
+}
+
+IscUpdateField *isc_update_field(Bsdl *bsdl, int32_t width, IscExpression *expression)
+{
+    bsdl->scan_mode = SCAN_MODE_INTEGER;
+    apply_width(bsdl, expression, width);
+    auto *field = model_new<IscUpdateField>(bsdl);
+    *field = {.field_width = width, .expression = expression};
+    return field;
+}
+
+IscCaptureField *isc_capture_field(Bsdl *bsdl, int32_t width, IscFieldData expected,
+                                   IscFieldData mask, int32_t tag)
+{
+    apply_width(bsdl, expected.expression, width);
+    apply_width(bsdl, mask.expression, width);
+    auto *field = model_new<IscCaptureField>(bsdl);
+    *field = {.field_width = width,
+              .expected = expected.expression,
+              .expected_output = expected.output,
+              .mask = mask.expression,
+              .mask_output = mask.output,
+              .tag = tag};
+    return field;
+}
+
+int32_t isc_tags_turned(Bsdl *bsdl)
+{
+    parse_message(bsdl, BSDL_LEVEL_WARNING, 2, "isc-tag-order",
+                  "Capture field tags order should be :CRC:OST");
+    return ISC_TAG_CRC_OST;
+}
+
+IscDuration *isc_duration_new(Bsdl *bsdl, IscClockCycles *clock_cycles, double time)
+{
+    // Behind a duration comes a field width, whatever the duration was.
+    bsdl->scan_mode = SCAN_MODE_INTEGER;
+    auto *duration = model_new<IscDuration>(bsdl);
+    *duration = {.clock_cycles = clock_cycles, .time = seconds_from(time)};
+    return duration;
+}
+
+// This and the next say their one word once for each token that recovery drops.
+IscDuration *isc_duration_refused(Bsdl *bsdl)
+{
+    parse_message(bsdl, BSDL_LEVEL_ERROR, 1, "isc-duration", "duration_specification");
+    bsdl->scan_mode = SCAN_MODE_INTEGER;
+    return nullptr;
+}
+
+IscWait *isc_wait_refused(Bsdl *bsdl)
+{
+    parse_message(bsdl, BSDL_LEVEL_ERROR, 1, "isc-wait", "wait_specification");
+    return nullptr;
+}
+
+IscWait *isc_wait_new(Bsdl *bsdl, IscDuration *min_duration, IscDuration *max_duration)
+{
+    auto *wait = model_new<IscWait>(bsdl);
+    *wait = {.min_duration = min_duration, .max_duration = max_duration};
+    return wait;
+}
+
+int32_t isc_field_width(Bsdl *bsdl, int32_t width)
+{
+    if (width < 1)
+        parse_message(bsdl, BSDL_LEVEL_ERROR, 2, "isc-field-width", "field_width must be > 0");
+    return width;
+}
+
+int32_t isc_repeat_count(Bsdl *bsdl, int32_t count)
+{
+    if (count < 1)
+        parse_message(bsdl, BSDL_LEVEL_ERROR, 2, "isc-repeat-count", "repeat_count must be > 0");
+    return count;
+}
+
+int32_t isc_loop_count(Bsdl *bsdl, int32_t count)
+{
+    if (count < 1)
+        parse_message(bsdl, BSDL_LEVEL_ERROR, 2, "isc-loop-count", "loop_count must be > 0");
+    return count;
+}
+
+// ------------------------------------------------------------------------ activities and blocks
+
+IscActivity *isc_activity_new(Bsdl *bsdl, const char *instruction_name, List update_fields,
+                              IscWait *wait, List capture_fields, int32_t line)
+{
+    auto *activity = model_new<IscActivity>(bsdl);
+    activity->instruction_name = instruction_name;
+    activity->update_fields = update_fields.head;
+    activity->wait = wait;
+    activity->capture_fields = capture_fields.head;
+    activity->line = line;
+    return activity;
+}
+
+List isc_loop(Bsdl *bsdl, int32_t min_loop, int32_t max_loop, List activities, int32_t line)
+{
+    auto *start = model_new<IscActivity>(bsdl);
+    start->kind = ISC_ACTIVITY_LOOP_START;
+    start->max_loop = max_loop;
+    start->min_loop = min_loop;
+    start->line = line;
+    auto *end = model_new<IscActivity>(bsdl);
+    end->kind = ISC_ACTIVITY_LOOP_END;
+    end->line = line;
+    return model_append(bsdl, list_join(model_list(bsdl, start), activities), end);
+}
+
+IscBlock *isc_block_new(Bsdl *bsdl, int32_t block_type, int32_t repeat_count, List activities,
+                        int32_t line)
+{
+    auto *block = model_new<IscBlock>(bsdl);
+    block->block_type = block_type;
+    block->repeat_count = repeat_count;
+    block->activities = activities.head;
+    block->line = line;
+    return block;
+}
+
+// --------------------------------------------------------------------------------------- flows
+
+const char *isc_data_name(Bsdl *bsdl, const char *name)
+{
+    // Not a word of the scanner, but one of the standard's data names, kept in capitals as they
+    // are.
+    return same_text(name, "SECURITY") ? model_name(bsdl, "SECURITY") : name;
+}
+
+IscFlowDescriptor *isc_flow_descriptor_new(Bsdl *bsdl, const char *flow_name, const char *data_name,
+                                           int32_t unprocessed, int32_t exit_on_error, int32_t line)
+{
+    auto *descriptor = model_new<IscFlowDescriptor>(bsdl);
+    *descriptor = {.flow_name = flow_name,
+                   .data_name = data_name,
+                   .unprocessed = unprocessed,
+                   .exit_on_error = exit_on_error,
+                   .line = line};
+    return descriptor;
+}
+
+void isc_flow_begins(Bsdl *bsdl) { reading_of(bsdl)->variable_count = 0; }
+
+static const char *flow_key(Bsdl *bsdl, const IscFlowDescriptor *descriptor)
+{
+    if (!descriptor->data_name)
+        return descriptor->flow_name;
+    size_t name_length = std::strlen(descriptor->flow_name);
+    size_t data_length = std::strlen(descriptor->data_name);
+    auto *text = static_cast<char *>(arena_alloc(&bsdl->arena, name_length + 1 + data_length));
+    std::memcpy(text, descriptor->flow_name, name_length);
+    text[name_length] = '_';
+    std::memcpy(text + name_length + 1, descriptor->data_name, data_length);
+    return model_name(bsdl, {text, name_length + 1 + data_length});
+}
+
+// Twice the room, in the arena: what is left behind adds up to no more than that.
+static bool grow_keys(Bsdl *bsdl, IscFlowReading *reading)
+{
+    uint32_t capacity = reading->key_capacity ? 2 * reading->key_capacity : 16;
+    auto *keys = arena_array<uint32_t>(&bsdl->arena, capacity);
+    if (!keys)
+        return false;
+    Index index;
+    index_start(&index, &bsdl->arena, capacity);
+    for (uint32_t i = 0; i < reading->key_count; i++) {
+        keys[i] = reading->keys[i];
+        index_first(&index, keys[i], i);
+    }
+    reading->keys = keys;
+    reading->key_capacity = capacity;
+    reading->key_index = index;
+    return true;
+}
+
+// False when a flow of the statement has the key already.
+static bool note_key(Bsdl *bsdl, uint32_t key)
+{
+    IscFlowReading *reading = reading_of(bsdl);
+    if (reading->key_count == reading->key_capacity && !grow_keys(bsdl, reading))
+        return true;
+    if (index_first(&reading->key_index, key, reading->key_count) != INDEX_NONE)
+        return false;
+    reading->keys[reading->key_count++] = key;
+    return true;
+}
+
+// The copies do not take the length over: it served the reading alone.
+static void keep_variables(Bsdl *bsdl, IscFlow *flow)
+{
+    const IscFlowReading *reading = reading_of(bsdl);
+    flow->variable_count = reading->variable_count;
+    if (!flow->variable_count)
+        return;
+    auto count = static_cast<size_t>(flow->variable_count);
+    flow->variables = arena_array<IscVariable *>(&bsdl->arena, count + 1);
+    if (!flow->variables)
+        return;
+    for (size_t i = 0; i < count; i++) {
+        auto *variable = model_new<IscVariable>(bsdl);
+        variable->name = reading->variables[i].name;
+        variable->value = reading->variables[i].value;
+        flow->variables[i] = variable;
+    }
+}
+
+IscFlow *isc_flow_new(Bsdl *bsdl, IscFlowDescriptor *descriptor, IscBlock *initialize, List repeats,
+                      IscBlock *terminate)
+{
+    if (!note_key(bsdl, name_fold(flow_key(bsdl, descriptor)))) {
+        if (descriptor->data_name)
+            parse_message(bsdl, BSDL_LEVEL_WARNING, 2, "isc-flow-duplicate",
+                          "flow descriptor %s (%s) exists, ignored", descriptor->flow_name,
+                          descriptor->data_name);
+        else
+            parse_message(bsdl, BSDL_LEVEL_WARNING, 2, "isc-flow-duplicate",
+                          "flow descriptor %s exists, ignored", descriptor->flow_name);
+        return nullptr;
+    }
+    List blocks = initialize ? model_list(bsdl, initialize) : List{};
+    blocks = list_join(blocks, repeats);
+    if (terminate)
+        blocks = model_append(bsdl, blocks, terminate);
+
+    auto *flow = model_new<IscFlow>(bsdl);
+    flow->descriptor = descriptor;
+    flow->blocks = blocks.head;
+    keep_variables(bsdl, flow);
+    return flow;
+}
+
+List isc_flow_append(Bsdl *bsdl, List flows, IscFlow *flow)
+{
+    return flow ? model_append(bsdl, flows, flow) : flows;
+}

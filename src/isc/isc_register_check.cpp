@@ -1,0 +1,124 @@
+// Which registers and instructions an IEEE 1532 device must have, and which register each of its
+// instructions may select.
+
+#include "frame/check.h"
+#include "isc/isc.h"
+#include "registers/registers.h"
+
+namespace
+{
+
+struct IscInstruction {
+    const char *name;
+    const char *registers[3]; // that it may select
+};
+
+// The first four are mandatory.
+constexpr IscInstruction INSTRUCTIONS[] = {
+    {"ISC_ENABLE", {"ISC_DEFAULT", "ISC_CONFIG"}},
+    {"ISC_DISABLE", {"ISC_DEFAULT", "ISC_CONFIG"}},
+    {"ISC_PROGRAM", {"ISC_DEFAULT", "ISC_PDATA"}},
+    {"ISC_NOOP", {"ISC_DEFAULT"}},
+    {"ISC_PROGRAM_DONE", {"ISC_DEFAULT", "ISC_PDATA"}},
+    {"ISC_ERASE_DONE", {"ISC_DEFAULT", "ISC_PDATA"}},
+    {"ISC_PROGRAM_USERCODE", {"DEVICE_ID"}},
+    {"ISC_SETUP", {"ISC_CONFIG"}},
+    {"ISC_READ", {"ISC_PDATA", "ISC_RDATA"}},
+    {"ISC_ERASE", {"ISC_DEFAULT", "ISC_SECTOR"}},
+    {"ISC_DISCHARGE", {"ISC_DEFAULT", "ISC_SECTOR"}},
+    {"ISC_PROGRAM_SECURITY", {"ISC_DEFAULT", "ISC_PDATA", "ISC_SECTOR"}},
+    {"ISC_READ_INFO", {"ISC_INFO"}},
+    {"ISC_DATA_SHIFT", {"ISC_DATA"}},
+    {"ISC_ADDRESS_SHIFT", {"ISC_ADDRESS", "ISC_INC"}},
+    {"ISC_INCREMENT", {"ISC_DEFAULT", "ISC_INC"}},
+};
+constexpr uint32_t INSTRUCTION_COUNT = sizeof INSTRUCTIONS / sizeof *INSTRUCTIONS;
+constexpr uint32_t MANDATORY_INSTRUCTIONS = 4;
+
+} // namespace
+
+// Register names beyond those asked for here may be any, also with ISC_ in front.
+static int32_t check_registers(Bsdl *bsdl)
+{
+    const char *default_name = model_name(bsdl, "ISC_DEFAULT");
+    const char *id_name = model_name(bsdl, "DEVICE_ID");
+    bool has_default = false;
+    bool has_id = false;
+    for (const GSList *link = bsdl->data->register_access; link; link = link->next) {
+        const auto *entry = static_cast<const RegisterEntry *>(link->data);
+        if (!entry || !entry->name)
+            break;
+        has_default |= same_name(entry->name, default_name);
+        has_id |= same_name(entry->name, id_name);
+    }
+    int32_t result = 0;
+    if (!has_default)
+        result |= rule_error({"isc-register-default-missing"},
+                             "mandatory ISC register ISC_DEFAULT not available");
+    if (!has_id)
+        result |= rule_error({"isc-register-id-missing"},
+                             "mandatory ISC register DEVICE_ID not available");
+    return result;
+}
+
+static bool may_select(const IscInstruction *instruction, const char *register_name)
+{
+    for (const char *allowed : instruction->registers)
+        if (allowed && same_text(register_name, allowed))
+            return true;
+    return false;
+}
+
+static uint32_t find_row(const uint32_t *folds, const char *name)
+{
+    for (uint32_t row = 0; row < INSTRUCTION_COUNT; row++)
+        if (folds[row] == name_fold(name))
+            return row;
+    return INSTRUCTION_COUNT;
+}
+
+// Only public instructions are seen, so a private ISC_ENABLE counts as missing.
+static int32_t check_instructions(Bsdl *bsdl)
+{
+    uint32_t folds[INSTRUCTION_COUNT];
+    bool seen[INSTRUCTION_COUNT] = {};
+    for (uint32_t row = 0; row < INSTRUCTION_COUNT; row++)
+        folds[row] = name_fold(model_name(bsdl, INSTRUCTIONS[row].name));
+
+    int32_t result = 0;
+    for (const GSList *link = bsdl->data->instruction_register->opcode_table; link;
+         link = link->next) {
+        const auto *entry = static_cast<const InstructionEntry *>(link->data);
+        if (entry->type != INSTRUCTION_TYPE_PUBLIC)
+            continue;
+        uint32_t row = find_row(folds, entry->name);
+        if (row == INSTRUCTION_COUNT)
+            continue;
+        seen[row] = true;
+        const RegisterEntry *target = entry->data_register;
+        if (target && target->name && !may_select(&INSTRUCTIONS[row], target->name))
+            result |= rule_error({"isc-instruction-target", entry->line},
+                                 "ISC instruction %s has incorrect target register %s",
+                                 shown(entry->name), target->name);
+    }
+    for (uint32_t row = 0; row < MANDATORY_INSTRUCTIONS; row++)
+        if (!seen[row])
+            result |=
+                rule_error({"isc-instruction-missing"},
+                           "mandatory ISC instruction %s not available", INSTRUCTIONS[row].name);
+    return result;
+}
+
+// Needs the classes that bsdl_check_instr_reg() gives to the instructions. The one check of the
+// family that does not ask whether there are statements of IEEE 1532.
+int32_t bsdl_check_isc_instr_reg(Bsdl *h)
+{
+    if (int32_t code = check_begin(h))
+        return code;
+    if (!h->data->register_access || !h->data->instruction_register ||
+        !h->data->instruction_register->opcode_table)
+        return BSDL_RESULT_MISSING;
+    int32_t result = check_registers(h);
+    result |= check_instructions(h);
+    return isc_check_end(h, result);
+}
