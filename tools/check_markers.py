@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
 """Names the markers that wait for a look-ahead token.
 
-A marker is an empty rule of the grammar that tells the scanner how to read on (rescan, mode_*). It
-works only where the parser reduces it before it asks for the next token: in a state that has no
-other action. The exceptions below are meant; each says why nothing is lost. Reads the report of
-`bison --xml`; exits with 1 when a marker is neither early nor listed, or a listed one is early.
+A marker is an empty rule of the grammar that tells the scanner how to read on (rescan, mode_*,
+*_text). It works only where the parser reduces it before it asks for the next token: in a state
+that has no other action. The exceptions below are meant; each says why nothing is lost. Reads the
+report of `bison --xml`; exits with 1 when a marker is neither early nor listed, or a listed one is
+early.
 """
 import sys
 import xml.etree.ElementTree as ElementTree
@@ -16,11 +17,21 @@ ALLOWED = {
     'mode_integer': {'logical_port_description',
                      # WAIT_DURATION has set the mode for a time; a port's name, which tells that
                      # clock cycles follow instead, reads the same in all modes.
-                     'wait_spec', 'aio_pulse_option'},
+                     'wait_spec', 'aio_pulse_option',
+                     # WAIT of an activity: as above.
+                     'wait_specification',
+                     # REPEAT and LOOP read the same in all modes; the counts come behind them.
+                     'flow_definition', 'opt_repeat_list', 'repeat_list',
+                     'initialize_block', 'repeat_block', 'terminate_block',
+                     'activity_or_loop_list'},
     # A ',' goes on with the list; the ']' reads the same in both modes.
     'mode_none': {'input_cell_list', 'opt_input_cell_list'},
-    'mode_real': {'wait_spec'},
+    'mode_real': {'wait_spec', 'wait_specification'},
 }
+
+
+def is_marker(name):
+    return name == 'rescan' or name.startswith('mode_') or name.endswith('_text')
 
 
 def main(path):
@@ -28,7 +39,7 @@ def main(path):
     rules = {rule.get('number'): rule for rule in root.find('grammar/rules')}
     markers = {number: rule.findtext('lhs') for number, rule in rules.items()
                if rule.find('rhs/empty') is not None
-               and (rule.findtext('lhs') == 'rescan' or rule.findtext('lhs').startswith('mode_'))}
+               and is_marker(rule.findtext('lhs'))}
     terminals = {terminal.get('name') for terminal in root.find('grammar/terminals')}
 
     late = {}
