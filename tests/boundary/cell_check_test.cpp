@@ -13,6 +13,8 @@ using namespace support;
 namespace
 {
 
+using support::Reading;
+
 struct Case {
     const char *name;
     std::vector<std::string> ports;
@@ -95,7 +97,8 @@ const Case cases[] = {
      .length = 1,
      .result = 100,
      .messages = {{INFORMATION, MERGED_0, 4},
-                  {ERROR, "Only one of merged cells (cell_number 0) can have function 'INPUT'", 2}}},
+                  {ERROR, "Only one of merged cells (cell_number 0) can have function 'INPUT'",
+                   2}}},
     {.name = "input behind a cell that observes",
      .ports = {"A:in", "C:in"},
      .rows = {"0 (BC_0, A, observe_only, X)", "0 (BC_0, C, input, X)"},
@@ -174,13 +177,11 @@ const Case cases[] = {
      .ports = {"Y:out", "W:out"},
      .rows = {"0 (BC_0, Y, output3, X, 2, 0, Z)", "1 (BC_0, W, output3, X, -1, 0, Z)"},
      .result = 100,
-     .messages = {{ERROR,
-                   "cell_number 0 uses cell 2 as control_cell this cell number is out of range", 2},
-                  {ERROR,
-                   "cell_number 1 uses cell -1 as control_cell this cell number is out of range",
-                   2},
-                  {WARNING, not_control(0, "OUTPUT3", 2), 2},
-                  {WARNING, not_control(1, "OUTPUT3", -1), 2}},
+     .messages =
+         {{ERROR, "cell_number 0 uses cell 2 as control_cell this cell number is out of range", 2},
+          {ERROR, "cell_number 1 uses cell -1 as control_cell this cell number is out of range", 2},
+          {WARNING, not_control(0, "OUTPUT3", 2), 2},
+          {WARNING, not_control(1, "OUTPUT3", -1), 2}},
      .strict_fails = true},
     {.name = "disable part on an input, which counts as controlled",
      .ports = {"A:in"},
@@ -250,17 +251,15 @@ const Case cases[] = {
     {.name = "controls nothing",
      .rows = {"0 (BC_0, *, control, 0)", "1 (BC_0, *, controlr, X)"},
      .result = 100,
-     .messages =
-         {{ERROR, "cell_number 0 with function 'CONTROL' does not control any cell", 2},
-          {ERROR, "cell_number 1 with function 'CONTROLR' does not control any cell", 2}}},
+     .messages = {{ERROR, "cell_number 0 with function 'CONTROL' does not control any cell", 2},
+                  {ERROR, "cell_number 1 with function 'CONTROLR' does not control any cell", 2}}},
     {.name = "merged control cell reports at its entry alone",
      .ports = {"A:in", "Y:out"},
      .rows = {"0 (BC_0, A, input, X)", "0 (BC_0, *, control, 0)",
               "1 (BC_0, Y, output3, X, 0, 1, Z)"},
      .length = 2,
      .result = 100,
-     .messages = {{INFORMATION, MERGED_0, 4},
-                  {ERROR, disable_value("1", 1, "OUTPUT3", "0"), 2}}},
+     .messages = {{INFORMATION, MERGED_0, 4}, {ERROR, disable_value("1", 1, "OUTPUT3", "0"), 2}}},
     {.name = "three-state output that names itself",
      .ports = {"Y:out"},
      .rows = {"0 (BC_0, Y, output3, X, 0, 0, Z)"},
@@ -280,7 +279,8 @@ Description described(const Case &row)
 {
     long length = row.length < 0 ? static_cast<long>(row.rows.size()) : row.length;
     return with_cells(row.issue, row.ports, row.rows, length)
-        .replace(INSTRUCTION_OPCODE, "IDCODE (0100)", "IDCODE (0100)" + std::string(row.more_opcodes));
+        .replace(INSTRUCTION_OPCODE, "IDCODE (0100)",
+                 "IDCODE (0100)" + std::string(row.more_opcodes));
 }
 
 TEST(CellCheck, Rules)
@@ -310,7 +310,8 @@ TEST(CellCheck, CellsWithoutAPort)
                                 "2 (BC_0, D(2), controlr, 0)", "3 (BC_0, A, input, X)"}));
     check_up_to_cells(reading);
     EXPECT_EQ(100, reading.check(bsdl_check_bsr));
-    const std::string text = "cell_number 0 with function 'INTERNAL' must have port_id '*' instead of A";
+    const std::string text =
+        "cell_number 0 with function 'INTERNAL' must have port_id '*' instead of A";
     expect_messages(
         picked(reading.messages(),
                [](const Message &message) { return message.rule == "cell-port-forbidden"; }),
@@ -366,9 +367,9 @@ TEST(CellCheck, LinksAndMarks)
 TEST(CellCheck, LongestListOfMissingNumbers)
 {
     for (unsigned verbosity : {2u, 1u}) {
-        Reading reading(with_cells(Issue::BSDL_2001, {"A:in"}, {"100000 (BC_0, A, input, X)"},
-                                   2147483647),
-                        {.verbosity = verbosity});
+        Reading reading(
+            with_cells(Issue::BSDL_2001, {"A:in"}, {"100000 (BC_0, A, input, X)"}, 2147483647),
+            {.verbosity = verbosity});
         check_up_to_cells(reading);
         EXPECT_EQ(100, reading.check(bsdl_check_bsr));
         EXPECT_EQ(verbosity < 2 ? 0u : 65536u, reading.messages().size());
@@ -408,7 +409,8 @@ void fill(RandomTable *table, std::mt19937 *random, const char *cell_name)
         table->entries[i].cell_spec = &table->specs[i];
         table->entries[i].disable_spec = below(4) ? &table->disables[i] : nullptr;
         table->entries[i].position = i;
-        table->links[i] = {&table->entries[i], i + 1 < table->count ? &table->links[i + 1] : nullptr};
+        table->links[i] = {&table->entries[i],
+                           i + 1 < table->count ? &table->links[i + 1] : nullptr};
     }
 }
 
@@ -427,8 +429,7 @@ bool control_use(RandomTable *table, const CellEntry &control, std::vector<std::
             lines->push_back(std::string("The <disable value> (") +
                              disable_value_name(cell.disable_spec->disable_value) +
                              ") of <cell number> " + std::to_string(cell.cell_number) +
-                             " with <function> '" +
-                             cell_function_name(cell.cell_spec->function) +
+                             " with <function> '" + cell_function_name(cell.cell_spec->function) +
                              "' must be equal to the <safe bit> (" +
                              safe_bit_name(control.cell_spec->safe_bit) + ") of <cell number> " +
                              std::to_string(control.cell_number) + " with <function> '" +
@@ -449,8 +450,8 @@ std::vector<std::string> control_lines(RandomTable *table)
                    static_cast<uint32_t>(cell.disable_spec->ccell) == cell.cell_number;
         if ((function == CELL_FUNCTION_CONTROL || function == CELL_FUNCTION_CONTROLR) &&
             !control_use(table, cell, &lines))
-            lines.push_back("cell_number " + std::to_string(cell.cell_number) +
-                            " with function '" + word + "' does not control any cell");
+            lines.push_back("cell_number " + std::to_string(cell.cell_number) + " with function '" +
+                            word + "' does not control any cell");
         if (cell.disable_spec &&
             (function == CELL_FUNCTION_OUTPUT2 || (function == CELL_FUNCTION_BIDIR && own)))
             cell.disable_spec->control_seen = 1;

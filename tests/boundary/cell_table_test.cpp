@@ -7,6 +7,8 @@ using namespace support;
 namespace
 {
 
+using support::Reading;
+
 constexpr unsigned NO_ROW = ~0u;
 
 std::string port_of(CellEntry *entry)

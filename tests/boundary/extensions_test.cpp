@@ -7,6 +7,8 @@ using namespace support;
 namespace
 {
 
+using support::Reading;
+
 const std::string DECLARED = "attribute MY_EXT : BSDL_EXTENSION;\n";
 const std::string DEFINED = attribute("MY_EXT", "anything (at all") + "\n";
 

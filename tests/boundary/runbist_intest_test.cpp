@@ -9,6 +9,8 @@ using namespace support;
 namespace
 {
 
+using support::Reading;
+
 struct Duration {
     std::string wait;
     float time;
