@@ -28,19 +28,25 @@ struct Search {
 
 } // namespace
 
+enum TryFlag : uint32_t {
+    CLOSED = 1,          // the directory ends with a separator
+    SAID_WHEN_FOUND = 2, // the try is named only when it succeeds
+};
+
 // One place: a directory as it was given, a separator unless the directory ends with one, the name.
-static bool try_in(Search *search, std::string_view directory, bool closed = false)
+static bool try_in(Search *search, std::string_view directory, uint32_t flags = 0)
 {
     const size_t name_length = std::strlen(search->name);
     auto *path = static_cast<char *>(memory_request(directory.size() + name_length + 2));
     if (!path)
         end_on_memory_error();
     char *end = path + directory.copy(path, directory.size());
-    if (!closed)
+    if (!(flags & CLOSED))
         *end++ = PATH_SEPARATOR;
     std::memcpy(end, search->name, name_length + 1);
-    parse_message(search->bsdl, BSDL_LEVEL_INFO, 4, nullptr, "\tTrying '%s'", path);
     const bool found = find_to_read(path, search->found);
+    if (found || !(flags & SAID_WHEN_FOUND))
+        parse_message(search->bsdl, BSDL_LEVEL_INFO, 4, nullptr, "\tTrying '%s'", path);
     memory_return(path);
     return found;
 }
@@ -64,7 +70,7 @@ static bool try_package_dirs(Search *search)
         const std::string_view directory = static_cast<const char *>(link->data);
         const bool closed =
             !directory.empty() && (directory.back() == '\\' || directory.back() == PATH_SEPARATOR);
-        if (try_in(search, directory, closed))
+        if (try_in(search, directory, closed ? CLOSED : 0))
             return true;
     }
     return false;
@@ -106,7 +112,8 @@ static bool try_module(Search *search)
                   directory.data(), PATH_SEPARATOR, TARNLET_PACKAGE_PATH);
     char absolute[LONGEST_PATH];
     absolute_path(packages, absolute);
-    return try_in(search, absolute);
+    // It is no place of the user's, and has nothing to say about a package that it does not hold.
+    return try_in(search, absolute, SAID_WHEN_FOUND);
 }
 
 void read_package(Bsdl *bsdl, const char *name, const char *token)

@@ -51,6 +51,7 @@ struct ScanState {
     int32_t include_saved_line; // one for all depths
     int32_t include_saved_source_line;
 
+    bool complete; // the description or data file has been read to its end
     bool stopped;
     const char *fatal; // the text of a failure that cannot be gone on from
 };

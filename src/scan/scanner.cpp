@@ -296,7 +296,8 @@ static uint32_t pick_rule_set(const Bsdl *bsdl)
 
 enum : int { NO_TOKEN = -1 }; // what was matched is passed over
 
-static int finish(ScanState *reading, const char *start, const char *end, int looked_ahead, int token)
+static int finish(ScanState *reading, const char *start, const char *end, int looked_ahead,
+                  int token)
 {
     reading->token = start;
     reading->token_length = static_cast<uint32_t>(end - start);
@@ -607,10 +608,12 @@ static int skip_comment(const Scan &scan, const char *start)
     return NO_TOKEN;
 }
 
-// In the file a Control-Z with nothing behind it but its like, zeros and white space ends the text.
+// Behind a whole description, or in a package file, a Control-Z with nothing but its like, zeros
+// and white space behind it ends the text, as it does in files from systems that close texts with
+// it.
 static bool ends_as_text(const ScanState *reading, const char *at)
 {
-    if (*at != '\x1A' || reading->strings.active)
+    if (*at != '\x1A' || reading->strings.active || !(reading->complete || reading->depth))
         return false;
     while (at < reading->end && (*at == '\x1A' || *at == '\0' || start_class(*at) == BLANK ||
                                  start_class(*at) == LINE_END))

@@ -177,6 +177,7 @@ TEST(Scanner, Tokens)
         scanning.handle()->scan_mode = row.mode;
         scanning.handle()->strict = row.flags == "s";
         scanning.handle()->fast_read = row.flags == "f" ? 2 : 0;
+        scanning.handle()->reading->complete = row.flags == "c";
         std::string tokens;
         while (int token = scanning.next())
             tokens += (tokens.empty() ? "" : " ") + std::string(token_name(token)) +
@@ -206,7 +207,7 @@ TEST(Scanner, Fatal)
         const char *fatal;
     } CASES[] = {
         {"control character", "A \x08", "non printable"},
-        {"control-Z with text behind it", "\x1A A", "non printable"},
+        {"control-Z ahead of the end", "\x1A", "non printable"},
         {"longest name", std::string(16383, 'A'), nullptr},
         {"name too long", std::string(16384, 'A'), "token too large, exceeds YYLMAX"},
         {"longest string", "\"" + std::string(16381, 'a') + "\"", nullptr},
