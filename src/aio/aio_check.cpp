@@ -1,0 +1,492 @@
+// The checks of IEEE 1149.6 descriptions.
+
+#include "aio/aio.h"
+#include "boundary/boundary.h"
+#include "frame/check.h"
+#include "frame/texts.h"
+#include "ports/ports.h"
+#include "registers/registers.h"
+
+#include <cstdlib>
+
+namespace
+{
+
+constexpr uint32_t GENERAL_OUTCOME = 7; // of `check_state`
+constexpr uint32_t GENERAL_PASSED = 1;
+constexpr uint32_t AIO_PASSED_STATE = 0x10;
+constexpr uint32_t AIO_PASSED = 0x40; // of `check_passed`
+
+// The pulse, the train and the pins need not be there: 5 passes.
+// clang-format off
+constexpr CheckStep AIO_STEPS[] = {
+    {.check = bsdl_check_aio_conformance, .fails_from = 1,
+     .passed = "\tAIO Component Conformance passed",
+     .failed = "\tAIO Component Conformance has errors"},
+    {.check = bsdl_check_aio_extest_pulse, .fails_from = 6,
+     .passed = "\tAIO EXTEST Pulse Execution passed",
+     .failed = "\tAIO EXTEST Pulse Execution has errors"},
+    {.check = bsdl_check_aio_extest_train, .fails_from = 6,
+     .passed = "\tAIO EXTEST Train Execution passed",
+     .failed = "\tAIO EXTEST Train Execution has errors"},
+    {.check = bsdl_check_aio_pin_behavior, .fails_from = 6,
+     .passed = "\tAIO Pin Behavior passed",
+     .failed = "\tAIO Pin Behavior has errors"},
+};
+// clang-format on
+
+// The compliance ports, to find the first that a port meets. Spellings count: a name in another
+// case is another name here.
+struct ComplianceIndex {
+    Index names; // address of the name -> first position of that spelling
+    Index whole; // that position -> first port of the name without a subscript
+    Index bits;  // that position and a subscript -> first port of both
+};
+
+// What the rules about pins look at.
+struct PinCheck {
+    Bsdl *bsdl;
+    Arena arena;
+    ComplianceIndex compliance;
+    Index last_use;    // port_key -> number of its last use
+    uint32_t uses;     // number of the use at hand
+    GSList *described; // the descriptions
+};
+
+} // namespace
+
+// --------------------------------------------------------------------------------- the driver
+
+// Without `strict` a description that uses the package may leave the statements out.
+static int32_t aio_missing(Bsdl *bsdl)
+{
+    rule_message(bsdl->strict ? BSDL_LEVEL_ERROR : BSDL_LEVEL_WARNING, bsdl->strict ? 1 : 3,
+                 {"aio-missing"}, "    BSDL AIO extension not defined");
+    if (bsdl->strict)
+        return BSDL_RESULT_NO_AIO;
+    if (!(bsdl->standards & BSDL_STANDARD_BIT_1149_6_2003))
+        return BSDL_RESULT_OK;
+    aio_data_new(bsdl, 0);
+    return BSDL_RESULT_MISSING;
+}
+
+static int32_t check_aio_steps(Bsdl *bsdl)
+{
+    int32_t result = BSDL_RESULT_OK;
+    for (const CheckStep &step : AIO_STEPS)
+        if (check_step(bsdl, step))
+            result = BSDL_RESULT_FAILED;
+    lookups_drop(bsdl);
+    if (bsdl->arena.failed)
+        result = BSDL_RESULT_FAILED;
+    return result;
+}
+
+int32_t bsdl_check_aio(Bsdl *h)
+{
+    int32_t code = check_begin(h);
+    bsdl_msg(BSDL_LEVEL_PROGRESS, 2, "    BSDL AIO semantic checks");
+    if (code)
+        return code;
+    BsdlData *data = h->data;
+    if (!data->aio && aio_missing(h) == BSDL_RESULT_NO_AIO)
+        return BSDL_RESULT_NO_AIO;
+
+    int32_t result = BSDL_RESULT_OK;
+    if (!(data->check_state & GENERAL_OUTCOME))
+        result = check_general(h);
+    if ((data->check_state & GENERAL_OUTCOME) != GENERAL_PASSED)
+        return result;
+    result |= check_aio_steps(h);
+    if (result) {
+        bsdl_msg(BSDL_LEVEL_ERROR, 1, "    BSDL AIO semantic checks failed\n");
+        return result;
+    }
+    data->check_passed |= AIO_PASSED;
+    data->check_state |= AIO_PASSED_STATE;
+    bsdl_msg(BSDL_LEVEL_INFO, 2, "    BSDL AIO semantic checks passed\n");
+    return result;
+}
+
+int32_t bsdl_check_aio_conformance(Bsdl *h)
+{
+    if (int32_t code = check_begin(h))
+        return code;
+    return h->data->aio ? BSDL_RESULT_OK : aio_missing(h);
+}
+
+// ------------------------------------------------------------------------------ pulse and train
+
+static int32_t check_pulse_instruction(Bsdl *bsdl, int32_t line)
+{
+    if (find_instruction(bsdl, model_name(bsdl, "EXTEST_PULSE")))
+        return BSDL_RESULT_OK;
+    return rule_error({"aio-extest-pulse-missing", line},
+                      "Instruction opcode must have EXTEST_PULSE instruction");
+}
+
+static int32_t check_train_instruction(Bsdl *bsdl, int32_t line)
+{
+    if (find_instruction(bsdl, model_name(bsdl, "EXTEST_TRAIN")))
+        return BSDL_RESULT_OK;
+    return rule_error({"aio-extest-train-missing", line},
+                      "Instruction opcode must have EXTEST_TRAIN instruction");
+}
+
+static bool same_clock(const PortId *a, const PortId *b)
+{
+    return same_name(a->name, b->name) &&
+           ((!a->subscripted && !b->subscripted) || a->subscript == b->subscript);
+}
+
+int32_t bsdl_check_aio_extest_pulse(Bsdl *h)
+{
+    if (int32_t code = check_begin(h))
+        return code;
+    const AioData *aio = h->data->aio;
+    if (!aio)
+        return BSDL_RESULT_NO_AIO;
+    if (!aio->extest || !aio->extest->pulse)
+        return BSDL_RESULT_MISSING;
+    const AioPulse *pulse = aio->extest->pulse;
+    int32_t result = check_pulse_instruction(h, pulse->line);
+    const PortId *port = pulse->clock_cycles ? pulse->clock_cycles->port : nullptr;
+    const PortId *tck = bsdlGetTckPortId(h);
+    if (port && tck && !same_clock(port, tck))
+        result |= rule_error({"aio-pulse-clock-not-tck", pulse->line},
+                             "port_id '%s' is not a TCK pin", port_text_square(port));
+    return result;
+}
+
+int32_t bsdl_check_aio_extest_train(Bsdl *h)
+{
+    if (int32_t code = check_begin(h))
+        return code;
+    const AioData *aio = h->data->aio;
+    if (!aio)
+        return BSDL_RESULT_NO_AIO;
+    if (!aio->extest || !aio->extest->train)
+        return BSDL_RESULT_MISSING;
+    const AioTrain *train = aio->extest->train;
+    int32_t result = check_train_instruction(h, train->line);
+    if (train->pulse_count == 0)
+        result |= rule_error({"aio-train-without-pulses", train->line},
+                             "pulse count must be greater than 0");
+    return result;
+}
+
+// ------------------------------------------------------------------------------- fixed ports
+
+static uint64_t spelling(const PortId *port) { return reinterpret_cast<uintptr_t>(port->name); }
+
+static uint64_t spelling_bit(uint32_t name, int32_t subscript)
+{
+    return uint64_t{name} << 32 | static_cast<uint32_t>(subscript);
+}
+
+static void index_compliance(PinCheck *check)
+{
+    const ComplianceRecord *record = check->bsdl->data->compliance;
+    uint32_t count = 0;
+    auto **ports = list_table_of<PortId>(&check->arena, record ? record->ports : nullptr, &count);
+    ComplianceIndex *index = &check->compliance;
+    index_start(&index->names, &check->arena, count);
+    index_start(&index->whole, &check->arena, count);
+    index_start(&index->bits, &check->arena, count);
+    for (uint32_t at = 0; at < count; at++) {
+        uint32_t before = index_first(&index->names, spelling(ports[at]), at);
+        uint32_t name = before == INDEX_NONE ? at : before;
+        if (ports[at]->subscripted)
+            index_first(&index->bits, spelling_bit(name, ports[at]->subscript), at);
+        else
+            index_first(&index->whole, name, at);
+    }
+}
+
+// Where one of the two has no subscript, the name alone decides and is shown.
+static const char *fixed_port_text(const PortId *port, bool as_bit)
+{
+    return as_bit ? port_text_square(port) : port->name;
+}
+
+static int32_t check_compliance_port(const PinCheck *check, const AioPort *port)
+{
+    const PortId *id = port->port_id;
+    uint32_t name = index_find(&check->compliance.names, spelling(id));
+    if (name == INDEX_NONE)
+        return BSDL_RESULT_OK;
+    uint32_t whole = index_find(&check->compliance.whole, name);
+    uint32_t bit = index_find(&check->compliance.bits, spelling_bit(name, id->subscript));
+    if (id->subscripted && whole == INDEX_NONE && bit == INDEX_NONE)
+        return BSDL_RESULT_OK;
+    return rule_error({"aio-compliance-port", port->line}, "port_id '%s' is compliance pin",
+                      fixed_port_text(id, id->subscripted && bit < whole));
+}
+
+// Stops at the first of them that the port is. Spellings count, case included.
+static int32_t check_fixed_ports(const PinCheck *check, const AioPort *port)
+{
+    const ScanPorts *scan = check->bsdl->data->scan_port;
+    const PortId *id = port->port_id;
+    if (!scan || !id)
+        return BSDL_RESULT_FAILED;
+    if (int32_t code = check_compliance_port(check, port))
+        return code;
+    const struct {
+        const PortId *port;
+        const char *what;
+    } TAP_PORTS[] = {{scan->tck, "TCK"},
+                     {scan->tdi, "TDI"},
+                     {scan->tdo, "TDO"},
+                     {scan->tms, "TMS"},
+                     {scan->trst, "TRST"}};
+    for (const auto &tap : TAP_PORTS) {
+        if (!tap.port || tap.port->name != id->name)
+            continue;
+        bool both = tap.port->subscripted && id->subscripted;
+        if (!both || tap.port->subscript == id->subscript)
+            return rule_error({"aio-test-access-port", port->line}, "port_id '%s' is %s port pin",
+                              fixed_port_text(id, both), tap.what);
+    }
+    return BSDL_RESULT_OK;
+}
+
+// ------------------------------------------------------------------------------- the pins
+
+// Numbers the uses of ports in their order; the last of each port counts.
+static void index_uses(PinCheck *check)
+{
+    size_t count = 0;
+    for (const GSList *info = check->described; info; info = info->next)
+        count += g_slist_length(static_cast<AioPinInfo *>(info->data)->ports);
+    index_start(&check->last_use, &check->arena, count);
+    uint32_t use = 0;
+    for (const GSList *info = check->described; info; info = info->next) {
+        const auto *ports = static_cast<AioPinInfo *>(info->data)->ports;
+        for (const GSList *link = ports; link; link = link->next)
+            index_last(&check->last_use, port_key(static_cast<AioPort *>(link->data)->port_id),
+                       use++);
+    }
+}
+
+static int32_t check_port(PinCheck *check, AioPort *port)
+{
+    int32_t result = BSDL_RESULT_OK;
+    port->pin_spec = find_port_name(check->bsdl, port->port_id->name);
+    if (!port->pin_spec) {
+        result |= rule_error({"aio-port-unknown", port->line},
+                             "<port id> '%s' does not exist in <logical pin map>",
+                             port_text(port->port_id));
+    } else {
+        result |= check_fixed_ports(check, port);
+        if (port->pin_spec->pin_type == PIN_TYPE_LINKAGE)
+            result |= rule_error({"aio-port-linkage", port->line},
+                                 "<port id> '%s' cannot have <pin type> LINKAGE in "
+                                 "<logical pin map>",
+                                 port_text(port->port_id));
+    }
+    uint32_t last = index_find(&check->last_use, port_key(port->port_id));
+    if (last != INDEX_NONE && last > check->uses)
+        result |= rule_error({"aio-port-repeated", port->line},
+                             "<port id> '%s' is already used in <AC pin info list>",
+                             port_text(port->port_id));
+    check->uses++;
+    return result;
+}
+
+static bool filters(const AioTimeConstants *constants)
+{
+    return constants && (constants->lp_time > 0.0F || constants->hp);
+}
+
+static int32_t check_select_port(const AioPort *port, const AioTimeConstants *constants)
+{
+    if (!port->pin_spec)
+        return BSDL_RESULT_OK;
+    int32_t type = port->pin_spec->pin_type;
+    int32_t result = BSDL_RESULT_OK;
+    if (type != PIN_TYPE_OUT && type != PIN_TYPE_INOUT && type != PIN_TYPE_BUFFER)
+        result |= rule_error({"aio-select-pin-type", port->line},
+                             "<port id> '%s' has <pin type> '%s', this must be 'OUT', 'INOUT' or "
+                             "'BUFFER'",
+                             port_text(port->port_id), port_type_name(type));
+    if (filters(constants) && type != PIN_TYPE_INOUT)
+        result |= rule_error({"aio-select-with-times", port->line},
+                             "<port id> '%s' has has " /* as is */
+                             "both a <AC/DC select cell> and a <time constants> element, "
+                             "<pin type> '%s' must be 'INOUT'",
+                             port_text(port->port_id), port_type_name(type));
+    return result;
+}
+
+static int32_t check_select_cell(Bsdl *bsdl, int32_t number, int32_t line)
+{
+    const CellEntry *cell = find_cell(bsdl, static_cast<uint32_t>(number));
+    if (!cell)
+        return rule_error({"aio-select-cell-unknown", line},
+                          "<cell number> '%i' is referenced, but does not exist in the <boundary "
+                          "scan statement>",
+                          number);
+    int32_t result = BSDL_RESULT_OK;
+    if (cell->cell_spec->function != CELL_FUNCTION_INTERNAL)
+        result |= rule_error({"aio-select-cell-function", line},
+                             "<cell number> %i is used as <AC/DC select cell>, but this cell's "
+                             "<function> value is '%s', and should be 'INTERNAL'",
+                             number, cell_function_name(cell->cell_spec->function));
+    if (cell->cell_spec->safe_bit != SAFE_BIT_0)
+        result |= rule_error({"aio-select-cell-safe-bit", line},
+                             "<cell number> %i is used as <AC/DC select cell>, but this cell's "
+                             "<safe_bit> value is '%s', and should be '0'",
+                             number, safe_bit_name(cell->cell_spec->safe_bit));
+    return result;
+}
+
+static int32_t check_port_times(Bsdl *bsdl, const AioPort *port, const AioTimeConstants *constants)
+{
+    if (!port->pin_spec)
+        return BSDL_RESULT_OK;
+    int32_t type = port->pin_spec->pin_type;
+    if (type != PIN_TYPE_IN && type != PIN_TYPE_INOUT)
+        return filters(constants)
+                   ? rule_error({"aio-times-not-allowed", port->line},
+                                "<port id> '%s' has <pin type> '%s', no <time constants> allowed "
+                                "(only for 'IN' and 'INOUT')",
+                                port_text(port->port_id), port_type_name(type))
+                   : BSDL_RESULT_OK;
+    if (constants || (!bsdl->strict && !message_wanted(3)))
+        return BSDL_RESULT_OK;
+    return rule_message(bsdl->strict ? BSDL_LEVEL_ERROR : BSDL_LEVEL_WARNING, bsdl->strict ? 2 : 3,
+                        {"aio-times-missing", port->line},
+                        "<port id> '%s' has <pin type> '%s', at least one <time constants> must be "
+                        "specified",
+                        port_text(port->port_id), port_type_name(type));
+}
+
+static int32_t check_times(const AioTimeConstants *constants, int32_t line)
+{
+    int32_t result = BSDL_RESULT_OK;
+    if (constants->lp_time < 0.0F)
+        result |= rule_error({"aio-lp-time-negative", line}, "<LP_time> '%e' should be > 0.0",
+                             static_cast<double>(constants->lp_time));
+    if (constants->hp && constants->hp->hp_time < 0.0F)
+        result |= rule_error({"aio-hp-time-negative", line}, "<HP_time> '%e' should be > 0.0",
+                             static_cast<double>(constants->hp->hp_time));
+    return result;
+}
+
+static int32_t check_cell_count(const AioPort *port)
+{
+    int64_t cells = g_slist_length(port->input_cells);
+    const PinSpec *spec = port->pin_spec;
+    if (spec->range_direction == RANGE_NONE || port->port_id->subscripted)
+        return cells == 1 ? BSDL_RESULT_OK
+                          : rule_error({"aio-input-cells-of-bit", port->line},
+                                       "<port id> '%s' is a single bit, thus <input cell list> can "
+                                       "have only one element",
+                                       port_text(port->port_id));
+    int64_t size = std::llabs(int64_t{spec->range_end} - spec->range_start) + 1;
+    return cells == size
+               ? BSDL_RESULT_OK
+               : rule_error({"aio-input-cells-of-vector", port->line},
+                            "<port id> '%s' is a bit array of size %i, but <input cell list> has "
+                            "%i elements",
+                            port_text(port->port_id), static_cast<int32_t>(size),
+                            static_cast<int32_t>(cells));
+}
+
+static int32_t check_input_cell(Bsdl *bsdl, int32_t number, int32_t line)
+{
+    const CellEntry *cell = find_cell(bsdl, static_cast<uint32_t>(number));
+    if (!cell)
+        return rule_error({"aio-input-cell-unknown", line},
+                          "<cell number> %i is used as <input cell>, but this cell does not exist "
+                          "in <boundary register statement>",
+                          number);
+    int32_t function = cell->cell_spec->function;
+    if (function == CELL_FUNCTION_INPUT || function == CELL_FUNCTION_OBSERVE_ONLY)
+        return BSDL_RESULT_OK;
+    return rule_error({"aio-input-cell-function", line},
+                      "<cell number> %i is used as <input cell>, but this cell's <function> value "
+                      "is '%s', and should be 'INPUT' or 'OBSERVE_ONLY'",
+                      number, cell_function_name(function));
+}
+
+static int32_t check_input_cells(Bsdl *bsdl, const AioPort *port)
+{
+    int32_t result = BSDL_RESULT_OK;
+    if (port->pin_spec && port->input_cells)
+        result |= check_cell_count(port);
+    for (const GSList *cell = port->input_cells; cell; cell = cell->next)
+        result |= check_input_cell(bsdl, GPOINTER_TO_INT(cell->data), port->line);
+    return result;
+}
+
+// One description: rule by rule, each over all its ports.
+static int32_t check_pin_info(PinCheck *check, const AioPinInfo *info)
+{
+    int32_t result = BSDL_RESULT_OK;
+    const AioTimeConstants *constants = info->time_constants;
+    for (const GSList *port = info->ports; port; port = port->next)
+        result |= check_port(check, static_cast<AioPort *>(port->data));
+    if (constants && constants->select_cell != AIO_NO_SELECT_CELL) {
+        for (const GSList *port = info->ports; port; port = port->next)
+            result |= check_select_port(static_cast<AioPort *>(port->data), constants);
+        result |= check_select_cell(check->bsdl, constants->select_cell, info->line);
+    }
+    for (const GSList *port = info->ports; port; port = port->next)
+        result |= check_port_times(check->bsdl, static_cast<AioPort *>(port->data), constants);
+    if (constants)
+        result |= check_times(constants, info->line);
+    for (const GSList *port = info->ports; port; port = port->next)
+        result |= check_input_cells(check->bsdl, static_cast<AioPort *>(port->data));
+    return result;
+}
+
+// The associated port of a differential pair is described by its representative.
+static int32_t check_associated_ports(const PinCheck *check)
+{
+    int32_t result = BSDL_RESULT_OK;
+    for (const GSList *entry = check->bsdl->data->grouped_ports; entry; entry = entry->next) {
+        const GSList *groups = static_cast<TwinGroupEntry *>(entry->data)->twin_groups;
+        for (const GSList *link = groups; link; link = link->next) {
+            const auto *group = static_cast<TwinGroup *>(link->data);
+            if (index_find(&check->last_use, port_key(group->associated)) != INDEX_NONE)
+                result |= rule_error({"aio-associated-port", group->line},
+                                     "<associated port> '%s' in <grouped port identification> "
+                                     "cannot appear in <AC pin info>",
+                                     port_text(group->associated));
+        }
+    }
+    return result;
+}
+
+int32_t bsdl_check_aio_pin_behavior(Bsdl *h)
+{
+    if (int32_t code = check_begin(h))
+        return code;
+    const BsdlData *data = h->data;
+    if (!data->aio)
+        return BSDL_RESULT_NO_AIO;
+    if (!data->instruction_register || !data->instruction_register->opcode_table ||
+        !data->logical_ports)
+        return BSDL_RESULT_MISSING;
+    if (!data->aio->pin_behaviors) {
+        rule_warning({"aio-pins-missing", data->aio->line}, "No AIO portlist specified");
+        return BSDL_RESULT_MISSING;
+    }
+
+    PinCheck check = {.bsdl = h, .described = data->aio->pin_behaviors};
+    if (!arena_start(&check.arena, size_t{16} << 10))
+        return BSDL_RESULT_FAILED;
+    index_compliance(&check);
+    index_uses(&check);
+    int32_t result = check_pulse_instruction(h, data->aio->line);
+    result |= check_train_instruction(h, data->aio->line);
+    for (const GSList *info = check.described; info && !check.arena.failed; info = info->next)
+        result |= check_pin_info(&check, static_cast<AioPinInfo *>(info->data));
+    result |= check_associated_ports(&check);
+    if (check.arena.failed)
+        result = BSDL_RESULT_FAILED;
+    arena_release(&check.arena);
+    return result;
+}
