@@ -20,6 +20,12 @@ namespace
 
 constexpr size_t LONGEST_VARIABLE = 1000;
 
+enum TryFlag : uint32_t {
+    OPEN = 0,
+    CLOSED = 1,          // the directory ends with a separator
+    SAID_WHEN_FOUND = 2, // the try is named only when it succeeds
+};
+
 struct Search {
     Bsdl *bsdl;
     const char *name;
@@ -28,13 +34,8 @@ struct Search {
 
 } // namespace
 
-enum TryFlag : uint32_t {
-    CLOSED = 1,          // the directory ends with a separator
-    SAID_WHEN_FOUND = 2, // the try is named only when it succeeds
-};
-
 // One place: a directory as it was given, a separator unless the directory ends with one, the name.
-static bool try_in(Search *search, std::string_view directory, uint32_t flags = 0)
+static bool try_in(Search *search, std::string_view directory, uint32_t flags = OPEN)
 {
     const size_t name_length = std::strlen(search->name);
     auto *path = static_cast<char *>(memory_request(directory.size() + name_length + 2));
@@ -70,7 +71,7 @@ static bool try_package_dirs(Search *search)
         const std::string_view directory = static_cast<const char *>(link->data);
         const bool closed =
             !directory.empty() && (directory.back() == '\\' || directory.back() == PATH_SEPARATOR);
-        if (try_in(search, directory, closed ? CLOSED : 0))
+        if (try_in(search, directory, closed ? CLOSED : OPEN))
             return true;
     }
     return false;
@@ -91,29 +92,62 @@ static bool try_environment(Search *search)
     return try_in(search, std::string_view(variable).substr(0, LONGEST_VARIABLE));
 }
 
+// The loader may name the module by a path from where the process stood when it was loaded; the
+// system knows the path in full.
+static bool mapped_module(uintptr_t address, char (&path)[LONGEST_PATH])
+{
+    FILE *maps = std::fopen("/proc/self/maps", "re");
+    if (!maps)
+        return false;
+    bool found = false;
+    char line[LONGEST_PATH + 128];
+    while (!found && std::fgets(line, sizeof line, maps)) {
+        char *rest = line;
+        const uintptr_t begin = std::strtoull(rest, &rest, 16);
+        const uintptr_t end = *rest == '-' ? std::strtoull(rest + 1, &rest, 16) : 0;
+        const char *name = std::strchr(rest, PATH_SEPARATOR);
+        found = address >= begin && address < end && name;
+        if (found)
+            std::snprintf(path, sizeof path, "%.*s", static_cast<int>(std::strcspn(name, "\n")),
+                          name);
+    }
+    std::fclose(maps);
+    return found;
+}
+
+static bool module_path(char (&path)[LONGEST_PATH])
+{
+    const auto *here = reinterpret_cast<const void *>(&read_package);
+    Dl_info module;
+    if (!dladdr(here, &module) || !module.dli_fname)
+        return false;
+    if (*module.dli_fname != PATH_SEPARATOR)
+        return mapped_module(reinterpret_cast<uintptr_t>(here), path);
+    std::snprintf(path, sizeof path, "%s", module.dli_fname);
+    return true;
+}
+
 // Beside the running module, then in the folder that is installed with it: the way from the one to
-// the other is that of the install layout, so that an installed tree can be moved.
+// the other is that of the install layout, so that an installed tree can be moved. A module without
+// that folder has no such place.
 static bool try_module(Search *search)
 {
-    Dl_info module;
+    char module[LONGEST_PATH];
     std::string_view directory;
-    if (!dladdr(reinterpret_cast<const void *>(&read_package), &module) || !module.dli_fname ||
-        !directory_of(module.dli_fname, &directory))
+    if (!module_path(module) || !directory_of(module, &directory))
         return false;
     if (try_in(search, directory))
         return true;
 
     // The module may have been loaded through a link from elsewhere.
     char real[LONGEST_PATH];
-    if (!realpath(module.dli_fname, real) || !directory_of(real, &directory))
+    if (!realpath(module, real) || !directory_of(real, &directory))
         return false;
     char packages[LONGEST_PATH + sizeof TARNLET_PACKAGE_PATH];
     std::snprintf(packages, sizeof packages, "%.*s%c%s", static_cast<int>(directory.size()),
                   directory.data(), PATH_SEPARATOR, TARNLET_PACKAGE_PATH);
-    char absolute[LONGEST_PATH];
-    absolute_path(packages, absolute);
     // It is no place of the user's, and has nothing to say about a package that it does not hold.
-    return try_in(search, absolute, SAID_WHEN_FOUND);
+    return realpath(packages, real) && try_in(search, real, SAID_WHEN_FOUND);
 }
 
 void read_package(Bsdl *bsdl, const char *name, const char *token)

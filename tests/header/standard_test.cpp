@@ -1,0 +1,228 @@
+#include "header/header.h"
+#include "support/description.h"
+#include "support/package_file.h"
+
+#include <gtest/gtest.h>
+
+using namespace support;
+
+namespace
+{
+
+const std::map<std::string, std::string> STANDARD_PACKAGES = {
+    {"std_1532_2001.all", PackageFile{.name = "STD_1532_2001"}.text()},
+    {"std_1532_2002.all", PackageFile{.name = "STD_1532_2002"}.text()},
+    {"std_1149_6_2003.all", PackageFile{.name = "STD_1149_6_2003"}.text()},
+};
+
+Messages about_standards(const Reading &reading)
+{
+    return picked(reading.messages(), [](const Message &message) {
+        for (const char *part : {"BC cells", "tandard use", "BSDL version", "se statements",
+                                 "User package:", "Unknown"})
+            if (message.text.find(part) != std::string::npos)
+                return true;
+        return message.level <= WARNING;
+    });
+}
+
+TEST(Standard, Queries)
+{
+    const struct {
+        const char *use;
+        const char *uses;
+        int32_t standard;
+        std::vector<uint32_t> is; // 1990, 1994, 2001, 1532, PRG, AIO
+        const char *name_1149_1;
+        const char *name_1532;
+        const char *name_1149_6;
+    } cases[] = {
+        {"use STD_1149_1_1990.all;",
+         "",
+         1,
+         {1, 0, 0, 0, 0, 0},
+         "STD_1149_1_1990",
+         nullptr,
+         nullptr},
+        {"use std_1_90 . all ;", "", 1, {1, 0, 0, 0, 0, 0}, "STD_1149_1_1990", nullptr, nullptr},
+        {"use STD_1149_1_1994.all;",
+         "use STD_1532_2001.all;",
+         3,
+         {0, 2, 0, 0x40, 0, 0},
+         "STD_1149_1_1994",
+         "STD_1532_2001",
+         nullptr},
+        {"use STD_1149_1_2001.all;",
+         "",
+         4,
+         {0, 0, 4, 0, 0, 0},
+         "STD_1149_1_2001",
+         nullptr,
+         nullptr},
+        {"use STD_1149_1_2001.all;",
+         "use STD_1532_2002.all;\nuse STD_1532_2001;",
+         4,
+         {0, 0, 4, 0xC0, 0, 0},
+         "STD_1149_1_2001",
+         "STD_1532_2001",
+         nullptr},
+        {"use STD_1149_1_2001.all;",
+         "use STD_1149_6_2003.all; use STD_1532_2002.all;",
+         4,
+         {0, 0, 4, 0x80, 0, 0x40000},
+         "STD_1149_1_2001",
+         "STD_1532_2002",
+         "STD_1149_6_2003"},
+    };
+    for (const auto &row : cases) {
+        SCOPED_TRACE(std::string(row.use) + row.uses);
+        Reading reading(Description().with(STANDARD_USE, row.use).with(USES, row.uses),
+                        {.files = STANDARD_PACKAGES});
+        EXPECT_EQ(bsdlStandard(reading), row.standard);
+        EXPECT_EQ(
+            (std::vector<uint32_t>{bsdlIs1990(reading), bsdlIs1994(reading), bsdlIs2001(reading),
+                                   bsdlIs1532(reading), bsdlIsPrg(reading), bsdlIsAio(reading)}),
+            row.is);
+        EXPECT_STREQ(bsdlStandard1149_1(reading), row.name_1149_1);
+        EXPECT_STREQ(bsdlStandard1532(reading), row.name_1532);
+        EXPECT_STREQ(bsdlStandard1149_6(reading), row.name_1149_6);
+        EXPECT_EQ(bsdlStandard1149_4(reading), nullptr);
+        EXPECT_EQ(bsdlStandardPrg(reading), nullptr);
+    }
+}
+
+TEST(Standard, OrderOfBitsThatNoDescriptionCombines)
+{
+    const struct {
+        uint32_t standards;
+        int32_t standard;
+    } cases[] = {
+        {0, 0},       {0x40, 5},           {0x80, 6},      {0xC0, 5},
+        {0x40000, 8}, {0x40 + 0x800, 0},   {0x400 + 1, 7}, {1 + 2 + 4, 1},
+        {2 + 4, 3},   {0x80 + 0x40000, 6},
+    };
+    Bsdl bsdl = {};
+    for (const auto &row : cases) {
+        bsdl.standards = row.standards;
+        EXPECT_EQ(bsdlStandard(&bsdl), row.standard) << std::hex << row.standards;
+    }
+}
+
+TEST(Standard, MessagesOfUseStatements)
+{
+    const struct {
+        const char *use;
+        const char *uses;
+        int errors;
+        ExpectedMessages messages;
+    } cases[] = {
+        {"use STD_1149_1_1990.all;",
+         "",
+         0,
+         {{PROGRESS, "\tCreating BC cells: STD_1149_1_1990", 3},
+          {INFORMATION, "\tStandard use statement passed", 3},
+          {INFORMATION, "\tBSDL version: STD_1149_1_1990", 3},
+          {INFORMATION, "\tNo use statements", 4}}},
+        {"use STD_1149_1_2001.all;",
+         "use Absent_1.all;",
+         1,
+         {{PROGRESS, "\tCreating BC cells: STD_1149_1_2001", 2},
+          {INFORMATION, "\tStandard use statement passed", 3},
+          {INFORMATION, "\tBSDL version: STD_1149_1_2001", 3},
+          {INFORMATION, "\tUser package: 'Absent_1.all'", 2},
+          {ERROR, "Cannot find file 'Absent_1.all'", 1},
+          {ERROR, "\tError in user .all", 1}}},
+        // The token is kept as written, the file is sought in small letters.
+        {"use STD_1149_1_1994.all;",
+         "use Std_1532_2002.ALL;",
+         0,
+         {{PROGRESS, "\tCreating BC cells: STD_1149_1_1994", 2},
+          {INFORMATION, "\tStandard use statement passed", 3},
+          {INFORMATION, "\tBSDL version: STD_1149_1_1994", 3},
+          {INFORMATION, "\tUser package: std_1532_2002.all", 2},
+          {WARNING, "BSDL version must be STD_1149_1_2001 or higher", 2},
+          {INFORMATION, "\tUse statements passed", 3}}},
+        {"use STD_1149_1_1990.all;",
+         "use STD_1532_2001.all;",
+         1,
+         {{PROGRESS, "\tCreating BC cells: STD_1149_1_1990", 3},
+          {INFORMATION, "\tStandard use statement passed", 3},
+          {INFORMATION, "\tBSDL version: STD_1149_1_1990", 3},
+          {INFORMATION, "\tUser package: std_1532_2001.all", 2},
+          {ERROR, "BSDL version must be STD_1149_1_1994 or higher", 1}}},
+        {"use STD_1149_1_1990.all;",
+         "use STD_1532_2002.all;",
+         1,
+         {{PROGRESS, "\tCreating BC cells: STD_1149_1_1990", 3},
+          {INFORMATION, "\tStandard use statement passed", 3},
+          {INFORMATION, "\tBSDL version: STD_1149_1_1990", 3},
+          {INFORMATION, "\tUser package: std_1532_2002.all", 2},
+          {ERROR, "BSDL version must be STD_1149_1_2001 or higher", 1}}},
+        {"use STD_1149_1_1994.all;",
+         "use STD_1149_6_2003.all;",
+         1,
+         {{PROGRESS, "\tCreating BC cells: STD_1149_1_1994", 2},
+          {INFORMATION, "\tStandard use statement passed", 3},
+          {INFORMATION, "\tBSDL version: STD_1149_1_1994", 3},
+          {INFORMATION, "\tUser package: std_1149_6_2003.all", 2},
+          {ERROR, "BSDL version must be STD_1149_1_2001 or higher", 1}}},
+        {"use Std_1149_1_1991.all;", "", 1, {{ERROR, "Unknown standard 'Std_1149_1_1991'", 1}}},
+    };
+    for (const auto &row : cases) {
+        SCOPED_TRACE(std::string(row.use) + row.uses);
+        Reading reading(Description()
+                            .with(STANDARD_USE, row.use)
+                            .with(USES, row.uses)
+                            .without(CONFORMANCE)
+                            .without(INSTRUCTION_OPCODE),
+                        {.files = STANDARD_PACKAGES});
+        Messages messages = about_standards(reading);
+        messages.resize(std::min(messages.size(), row.messages.size()));
+        expect_messages(messages, row.messages);
+        if (row.errors) {
+            EXPECT_EQ(bsdlGetNumErrors(reading), row.errors);
+        }
+    }
+}
+
+// The issue of the conformance statement is no standard of a file, and `.` and ALL are tokens.
+TEST(Standard, NamesThatAreNoStandardOfAFile)
+{
+    for (const char *use :
+         {"use STD_1149_1_1993.all;", "use STD_1532_2002.all;", "use STD_1149_1_2001;"}) {
+        SCOPED_TRACE(use);
+        Reading reading(Description().with(STANDARD_USE, use));
+        const Messages messages = errors_and_warnings(reading.messages());
+        ASSERT_EQ(messages.size(), 1U);
+        EXPECT_EQ(messages[0].text.rfind("parse error", 0), 0U) << messages[0];
+        EXPECT_EQ(bsdlGetNumErrors(reading), 1);
+    }
+}
+
+TEST(Standard, LibraryVersion)
+{
+    const char *name = nullptr;
+    const char *version = nullptr;
+    bsdlLibVersion(&name, nullptr);
+    bsdlLibVersion(nullptr, &version);
+    EXPECT_STREQ(name, "tarnlet");
+    EXPECT_STREQ(version, "1.7.2.6");
+}
+
+TEST(Components, ListsOfHosts)
+{
+    int a = 0;
+    int b = 0;
+    GList *list = bsdlAddComponent(bsdlAddComponent(nullptr, &a), &b);
+    EXPECT_EQ(bsdlGetNbrOfComponents(list), 2);
+    EXPECT_EQ(bsdlGetFirstComponent(list), &a);
+    EXPECT_EQ(bsdlGetNextComponent(list), &b);
+    EXPECT_EQ(bsdlFindComponent(list, &b), list->next);
+    EXPECT_EQ(bsdlGetNextComponent(list->next), nullptr);
+    EXPECT_EQ(bsdlGetNextComponent(nullptr), nullptr);
+    EXPECT_EQ(bsdlGetFirstComponent(nullptr), nullptr);
+    EXPECT_EQ(bsdlGetNbrOfComponents(nullptr), 0);
+    g_list_free(list);
+}
+
+} // namespace
