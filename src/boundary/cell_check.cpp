@@ -28,7 +28,7 @@ struct CellCheck {
     Bsdl *bsdl;
     Arena scratch;
     uint32_t length;
-    CellEntry **cells;
+    CellEntry *const *cells;
     uint32_t count;
     Index groups; // ccell -> place in `group`
     ControlGroup *group;
@@ -488,12 +488,12 @@ static int32_t check_cells(CellCheck *check)
 static int32_t check_boundary_register(CellCheck *check)
 {
     Bsdl *bsdl = check->bsdl;
-    const BsdlData *data = bsdl->data;
-    check->length = data->boundary_register->boundary_length;
-    check->cells = list_table_of<CellEntry>(&check->scratch, data->boundary_register->cell_table,
-                                            &check->count);
-    if (!check->cells)
+    const Lookups *lookups = cell_lookups(bsdl);
+    if (!lookups)
         return BSDL_RESULT_FAILED;
+    check->length = bsdl->data->boundary_register->boundary_length;
+    check->cells = lookups->cell_table;
+    check->count = lookups->cell_count;
     group_by_control_cell(check);
     if (check->scratch.failed)
         return BSDL_RESULT_FAILED;

@@ -117,13 +117,13 @@ static bool has_opcode_table(const BsdlData *data)
     return data->instruction_register && data->instruction_register->opcode_table;
 }
 
-static void index_clock_cells(Index *clocks, Arena *scratch, GSList *cell_table)
+static void index_clock_cells(Bsdl *bsdl, Index *clocks, Arena *scratch)
 {
-    uint32_t count;
-    auto **cells = list_table_of<CellEntry>(scratch, cell_table, &count);
+    const Lookups *lookups = cell_lookups(bsdl);
+    uint32_t count = lookups ? lookups->cell_count : 0;
     index_start(clocks, scratch, count);
     for (uint32_t i = 0; i < count; i++) {
-        const CellSpec *spec = cells[i]->cell_spec;
+        const CellSpec *spec = lookups->cell_table[i]->cell_spec;
         if (spec->function == CELL_FUNCTION_CLOCK && spec->port)
             index_first(clocks, port_key(spec->port), i);
     }
@@ -144,9 +144,8 @@ static int32_t check_clocks_with(Bsdl *bsdl, Arena *scratch, const GSList *clock
 
     const ScanPorts *tap = bsdl->data->scan_port;
     const PortId *tck = tap && tap->tck && tap->tck->name ? tap->tck : nullptr;
-    const BoundaryRegister *cells = bsdl->data->boundary_register;
     Index clock_cells;
-    index_clock_cells(&clock_cells, scratch, cells ? cells->cell_table : nullptr);
+    index_clock_cells(bsdl, &clock_cells, scratch);
 
     int32_t result = BSDL_RESULT_OK;
     for (uint32_t i = 0; i < count; i++) {
