@@ -213,7 +213,7 @@ struct Port {
 
 // Neighbours form pairs and meet in one table.
 constexpr Port PORTS[] = {
-    {"Y", PIN_TYPE_OUT, -1},    {"y", PIN_TYPE_OUT, -1},    {"Z", PIN_TYPE_OUT, -1},
+    {"Y", PIN_TYPE_OUT, -1},    {"y", PIN_TYPE_OUT, -1},    {"N", PIN_TYPE_OUT, -1},
     {"V", PIN_TYPE_OUT, 0},     {"V", PIN_TYPE_OUT, 1},     {"Q", PIN_TYPE_BUFFER, -1},
     {"q", PIN_TYPE_BUFFER, -1}, {"R", PIN_TYPE_BUFFER, -1}, {"B", PIN_TYPE_INOUT, -1},
     {"b", PIN_TYPE_INOUT, -1},  {"W", PIN_TYPE_INOUT, 1},
@@ -300,7 +300,7 @@ void append_message(void *messages, BsdlMessage *message)
 TEST(CellPortSearches, AgreeWithTheWalks)
 {
     constexpr int TABLES = 100000;
-    Reading reading(with_cells({"A:in", "Y:out", "Z:out", "Q:buffer", "R:buffer", "B:inout",
+    Reading reading(with_cells({"A:in", "Y:out", "N:out", "Q:buffer", "R:buffer", "B:inout",
                                 "V:out(0 to 1)", "W:inout(0 to 1)"},
                                {"0 (BC_0, A, input, X)"}));
     Bsdl *bsdl = reading.handle();
