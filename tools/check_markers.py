@@ -30,6 +30,11 @@ ALLOWED = {
 }
 
 
+# Rules that are not empty and hold to the same: they store a string, choose the standard, switch the
+# input to a package file and back, or end a mode.
+EARLY = {'quoted_string', 'std_vhdl_package_id', 'package_sought', 'user_package', 'use_stmt'}
+
+
 def is_marker(name):
     return name == 'rescan' or name.startswith('mode_') or name.endswith('_text')
 
@@ -38,8 +43,8 @@ def main(path):
     root = ElementTree.parse(path).getroot()
     rules = {rule.get('number'): rule for rule in root.find('grammar/rules')}
     markers = {number: rule.findtext('lhs') for number, rule in rules.items()
-               if rule.find('rhs/empty') is not None
-               and is_marker(rule.findtext('lhs'))}
+               if rule.findtext('lhs') in EARLY
+               or rule.find('rhs/empty') is not None and is_marker(rule.findtext('lhs'))}
     terminals = {terminal.get('name') for terminal in root.find('grammar/terminals')}
 
     late = {}

@@ -58,23 +58,15 @@ use_stmt:
 
 mode_use: %empty { bsdl->scan_mode = SCAN_MODE_USE; };
 
+user_vhdl_package_id: package_sought user_package_or_not;
+
 // The search switches the input to the package file, so it comes before the next token too.
-user_vhdl_package_id:
-  USE_IDENT[name]
-    { use_package(bsdl, $name, @name); }
-  user_package_or_not
-| Y_STD_1532_2001[name]
-    { if (!use_std_1532_2001(bsdl, $name)) RECOVER; }
-  user_package_or_not
-| Y_STD_1532_2002[name]
-    { if (!use_std_1532_2002(bsdl, $name)) RECOVER; }
-  user_package_or_not
-| Y_STD_PRG_2001[name]
-    { use_std_prg_2001(bsdl, $name); }
-  user_package_or_not
-| Y_STD_1149_6_2003[name]
-    { if (!use_std_1149_6_2003(bsdl, $name)) RECOVER; }
-  user_package_or_not
+package_sought:
+  USE_IDENT         { use_package(bsdl, $1, @1); }
+| Y_STD_1532_2001   { if (!use_std_1532_2001(bsdl, $1)) RECOVER; }
+| Y_STD_1532_2002   { if (!use_std_1532_2002(bsdl, $1)) RECOVER; }
+| Y_STD_PRG_2001    { use_std_prg_2001(bsdl, $1); }
+| Y_STD_1149_6_2003 { if (!use_std_1149_6_2003(bsdl, $1)) RECOVER; }
 ;
 
 user_package_or_not:

@@ -33,7 +33,7 @@ void package_header_begun(Bsdl *bsdl, const PackageName *name)
 
 bool package_header_ends(Bsdl *bsdl, const PackageName *name, const PackageName *end_name)
 {
-    if (same_text(name->text, end_name->text))
+    if (same_name(name->text, end_name->text))
         return true;
     return parse_refused(bsdl, "package-end-mismatch",
                          "User package name is not consistent: %s, %s", name->text, end_name->text);
@@ -50,7 +50,7 @@ UserPackage *package_body_read(Bsdl *bsdl, const PackageName *name, const Packag
                                int32_t standard, List cells, int32_t line)
 {
     parse_message(bsdl, BSDL_LEVEL_PROGRESS, 3, nullptr, "\tReading package: %s", name->text);
-    if (!same_text(name->text, end_name->text)) {
+    if (!same_name(name->text, end_name->text)) {
         parse_refused(bsdl, "package-body-end-mismatch",
                       "\tUser package name is not consistent: %s, %s", /* as is */
                       name->text, end_name->text);
@@ -87,7 +87,7 @@ bool package_read(Bsdl *bsdl, const PackageName *name, int32_t standard, List ex
                   List deferred_constants, UserPackage *body)
 {
     BsdlData *data = bsdl->data;
-    if (!same_text(name->text, body->name))
+    if (!same_name(name->text, body->name))
         return parse_refused(bsdl, "package-body-mismatch",
                              "User package name is not consistent: %s, %s", name->text, body->name);
     if (standard && body->standard && standard != body->standard)

@@ -274,6 +274,17 @@ TEST(Packages, IncludedAgain)
                                          {PROGRESS, "\tChecking package 'own'", 3}});
 }
 
+TEST(Packages, PackageOfAStandardIncludedAgain)
+{
+    Reading reading(Description().with(USES, "use STD_1532_2002.all; use Std_1532_2002.ALL;"));
+    EXPECT_EQ(bsdlGetNumErrors(reading), 0);
+    EXPECT_EQ(reading.check(bsdl_check_packages), 100);
+    expect_messages(reading.messages(),
+                    {{PROGRESS, "\tChecking package 'STD_1532_2002'", 3},
+                     {ERROR, "bsdl_package 'STD_1532_2002' already included", 1},
+                     {PROGRESS, "\tChecking package 'STD_1532_2002'", 3}});
+}
+
 TEST(Packages, CheckWithoutHandleOrData)
 {
     EXPECT_EQ(bsdl_check_packages(nullptr), 2);
