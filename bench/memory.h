@@ -12,5 +12,12 @@ struct Allocations {
 void allocations_start();
 Allocations allocations_stop();
 
-/** Largest resident size of this process so far, in bytes; pages of mapped files included. */
+/** Largest resident size of this program so far, in bytes; 0 where the system does not tell. */
 uint64_t peak_resident();
+
+/**
+ * Large blocks come from the system and go back to it each time, as in a process that reads
+ * one file. Otherwise small descriptions would be read into memory that is warm from the run
+ * before and large ones would not, and growth would seem steeper than it is.
+ */
+void memory_always_fresh();

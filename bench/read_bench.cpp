@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <cinttypes>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 namespace
@@ -174,6 +175,8 @@ int measure_memory(const char *step_name, char **paths, int count)
         return 2;
     Work work{.paths = {paths, paths + count}};
     const uint64_t resident = peak_resident();
+    if (resident == 0)
+        return 2;
     allocations_start();
     step->prepare(work);
     const Allocations before = allocations_stop();
@@ -187,7 +190,7 @@ int measure_memory(const char *step_name, char **paths, int count)
 
 constexpr const char *MEASURE = "--measure-memory";
 
-void add_memory_counters(benchmark::State &state, const Step &step, const Source &source)
+bool add_memory_counters(benchmark::State &state, const Step &step, const Source &source)
 {
     std::vector<std::string> arguments = {"/proc/self/exe", MEASURE, step.name};
     arguments.insert(arguments.end(), source.paths.begin(), source.paths.end());
@@ -197,11 +200,12 @@ void add_memory_counters(benchmark::State &state, const Step &step, const Source
     uint64_t resident = 0;
     if (result.status != 0 || sscanf(result.output.c_str(), "%" SCNu64 " %" SCNd64 " %" SCNu64,
                                      &count, &heap, &resident) != 3)
-        return;
+        return false;
     const auto bytes = static_cast<double>(source.bytes);
     state.counters["allocs"] = static_cast<double>(count);
     state.counters["heap/B"] = static_cast<double>(heap) / bytes;
     state.counters["rss/B"] = static_cast<double>(resident) / bytes;
+    return true;
 }
 
 void run_step(benchmark::State &state, const Step &step, const std::string &shape, uint32_t size)
@@ -231,7 +235,8 @@ void run_step(benchmark::State &state, const Step &step, const std::string &shap
     state.counters["ratio"] = time / median(floor_times);
     state.counters["MB/s"] = static_cast<double>(source.bytes) / time / 1e6;
     state.counters["Mtok/s"] = static_cast<double>(source.tokens) / time / 1e6;
-    add_memory_counters(state, step, source);
+    if (!add_memory_counters(state, step, source))
+        state.SkipWithError("the memory could not be measured");
 }
 
 void add_benchmarks(const std::string &shape, std::initializer_list<uint32_t> sizes)
@@ -261,6 +266,8 @@ int main(int argc, char **argv)
     for (const ShapeName &row : shape_names)
         add_benchmarks(row.name, {10'000, 100'000, 1'000'000});
     add_benchmarks(SMALL_FILES, {100, 1'000});
+    if (!getenv("BENCH_WARM"))
+        memory_always_fresh();
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;

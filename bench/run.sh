@@ -3,7 +3,9 @@
 #   bench/run.sh          10,000 and 100,000 cells, files and instructions
 #   bench/run.sh large    1,000,000 as well
 #   bench/run.sh REGEX    only the benchmarks whose names match
-# BUILD names the build folder. Figures are medians of at least 10 repetitions.
+# BUILD names the build folder. Figures are medians of at least 10 repetitions. Each reading
+# gets fresh memory from the system, as in a process that reads one file; with BENCH_WARM=1
+# it may use what the reading before gave back, as in a host that reads many.
 set -eu
 cd "$(dirname "$0")/.."
 build=${BUILD:-build/bench-release}
@@ -14,11 +16,15 @@ large) filter=. ;;
 *) filter=$1 ;;
 esac
 
-cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=Release -DTARNLET_BENCH=ON -DTARNLET_TESTS=OFF >"$build.log" 2>&1 ||
-    { cat "$build.log" >&2; exit 1; }
-cmake --build "$build" >"$build.log" 2>&1 || { cat "$build.log" >&2; exit 1; }
+mkdir -p "$build"
+log=$build/bench.log
+run() { "$@" >"$log" 2>&1 || { cat "$log" >&2; exit 1; }; }
+run cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=Release -DTARNLET_BENCH=ON -DTARNLET_TESTS=OFF
+run cmake --build "$build"
 
-"$build/bench/read_bench" --benchmark_filter="$filter" --benchmark_format=csv 2>/dev/null |
+table=$build/read_bench.csv
+"$build/bench/read_bench" --benchmark_filter="$filter" --benchmark_format=csv >"$table" 2>"$log" ||
+    { cat "$log" >&2; exit 1; }
 awk -F, '
     BEGIN {
         bound["scan"] = 2; bound["read"] = 5; bound["check"] = 7; bound["ebst"] = 4
@@ -40,8 +46,12 @@ awk -F, '
         printf "%-13s %9d %-8s %10.3f %7.2f %6s %8.1f %8.1f %9s %8.2f %8.2f %8s\n", name[1], name[2],
                name[3], $column["ms"], $column["ratio"], bound[name[3]], $column["MB/s"],
                $column["Mtok/s"], $column["allocs"], $column["heap/B"], $column["rss/B"], growth
-    }'
+    }' "$table"
 
 if [ $# -eq 0 ] || [ "$1" = large ]; then
-    "$build/bench/tool_bench" --benchmark_counters_tabular=true 2>/dev/null || true
+    if [ -x "$build/bench/tool_bench" ]; then
+        "$build/bench/tool_bench" --benchmark_counters_tabular=true
+    else
+        echo "the tool is not built: its start-up was not measured" >&2
+    fi
 fi
