@@ -1,0 +1,179 @@
+#include "aio/aio_description.h"
+
+#include "frame/model.h"
+
+using namespace aio;
+
+namespace
+{
+
+using support::Reading;
+
+const Expected FOUND = {INFORMATION, "\tBSDL AIO extensions found", 2};
+const Expected CONFORMANCE_PASSED = {INFORMATION, "\tAIO_Component_Conformance statement passed",
+                                     3};
+const Expected PULSE_PASSED = {INFORMATION, "\tAIO_EXTEST_Pulse_Execution statement passed", 3};
+const Expected TRAIN_PASSED = {INFORMATION, "\tAIO_EXTEST_Train_Execution statement passed", 3};
+const Expected PINS_PASSED = {INFORMATION, "\tAIO_Pin_Behavior statement passed", 3};
+
+struct StatementCase {
+    const char *name;
+    std::string text;
+    int errors;
+    ExpectedMessages messages;
+};
+
+const std::string UNQUOTED = " of DEV : entity is STD;";
+
+const StatementCase statement_cases[] = {
+    {"all of them",
+     CONFORMANCE_1149_6 + pulse("WAIT_DURATION 1.0e-6") + train("TRAIN 2") + pins("A"),
+     0,
+     {CONFORMANCE_PASSED, PULSE_PASSED, TRAIN_PASSED, PINS_PASSED, FOUND}},
+    {"the train first, without a word",
+     CONFORMANCE_1149_6 + train("TRAIN 2") + pulse("WAIT_DURATION TCK 4"),
+     0,
+     {CONFORMANCE_PASSED, TRAIN_PASSED, PULSE_PASSED, FOUND}},
+    {"conformance alone", CONFORMANCE_1149_6, 0, {CONFORMANCE_PASSED, FOUND}},
+    {"conformance given up",
+     "attribute AIO_COMPONENT_CONFORMANCE" + UNQUOTED + train("TRAIN 2"),
+     1,
+     {{ERROR, "parse error, expecting `error' or `QUOTED_STRING', found 'STD' on line 19\n", 1},
+      {ERROR, "Skipping AIO_Component_Conformance due to errors", 1},
+      TRAIN_PASSED,
+      FOUND}},
+    {"pulse given up",
+     CONFORMANCE_1149_6 + ("attribute AIO_EXTEST_PULSE_EXECUTION" + UNQUOTED) + train("TRAIN 2"),
+     1,
+     {CONFORMANCE_PASSED,
+      {ERROR, "parse error, expecting `error' or `QUOTED_STRING', found 'STD' on line 19\n", 1},
+      {ERROR, "Skipping AIO_EXTEST_Pulse_Execution due to errors", 1},
+      TRAIN_PASSED,
+      FOUND}},
+    {"train given up",
+     CONFORMANCE_1149_6 + ("attribute AIO_EXTEST_TRAIN_EXECUTION" + UNQUOTED),
+     1,
+     {CONFORMANCE_PASSED,
+      {ERROR, "parse error, expecting `error' or `QUOTED_STRING', found 'STD' on line 19\n", 1},
+      {ERROR, "Skipping AIO_EXTEST_Train_Execution due to errors", 1},
+      FOUND}},
+    {"a value that is not above zero is kept",
+     CONFORMANCE_1149_6 + pulse("WAIT_DURATION TCK 0"),
+     0,
+     {CONFORMANCE_PASSED,
+      {ERROR, "Value of cycle_count in duration spec should be greater than 0 (now 0)", 1},
+      PULSE_PASSED,
+      FOUND}},
+};
+
+TEST(AioStatements, Messages)
+{
+    for (const StatementCase &row : statement_cases) {
+        SCOPED_TRACE(row.name);
+        Reading reading(statements(row.text), options());
+        ASSERT_NE(reading.handle(), nullptr);
+        EXPECT_EQ(bsdlGetNumErrors(reading), row.errors);
+        expect_messages(picked(reading.messages(),
+                               [](const Message &message) {
+                                   return message.level == ERROR ||
+                                          message.text.find("\tAIO") == 0 ||
+                                          message.text.find("\tBSDL AIO") == 0;
+                               }),
+                        row.messages);
+    }
+}
+
+TEST(AioStatements, TextsThatTheGrammarRefuses)
+{
+    const std::string refused[] = {
+        pulse("WAIT_DURATION TCK 4"),                                // no conformance
+        CONFORMANCE_1149_6 + pins("A") + pulse("WAIT_DURATION 1.0"), // order
+        CONFORMANCE_1149_6 + train("TRAIN 2") + train("TRAIN 2"),    // twice
+        CONFORMANCE_1149_6 + train("TRAIN 2.5"),
+        CONFORMANCE_1149_6 + train("TRAIN 2 MAXIMUM_TIME 1.0"),
+        CONFORMANCE_1149_6 + pins("A[]"),
+        CONFORMANCE_1149_6 + pins("A : HP_TIME=1.0 LP_TIME=1.0"),
+        CONFORMANCE_1149_6 + pins("A : ON_CHIP"),
+        CONFORMANCE_1149_6 + pins("A : LP_TIME=1.0;"),
+        CONFORMANCE_1149_6 + pins("A, : LP_TIME=1.0"),
+        CONFORMANCE_1149_6 + pins("A : AC_SELECT=8 AC_SELECT=8"),
+    };
+    for (const std::string &text : refused) {
+        SCOPED_TRACE(text);
+        Reading reading(statements(text), options());
+        EXPECT_GE(bsdlGetNumErrors(reading), 1);
+    }
+}
+
+TEST(AioStatements, WhatAListWouldHaveTaken)
+{
+    Reading reading(with_pins("A[1 2]"), options());
+    EXPECT_TRUE(reading.has("parse error, expecting `']'', found '2' on line 19\n"));
+}
+
+TEST(AioStatements, NamesStandInTheListOfExtensions)
+{
+    // The package declares them; without it each is reported where the others are.
+    Options bare = options();
+    bare.files["std_1149_6_2003.all"] = "package STD_1149_6_2003 is end STD_1149_6_2003; "
+                                        "package body STD_1149_6_2003 is end STD_1149_6_2003;";
+    Reading reading(
+        statements(CONFORMANCE_1149_6 + pulse("WAIT_DURATION 1.0") + train("TRAIN 1") + pins("A")),
+        bare);
+    ASSERT_EQ(bsdlGetNumErrors(reading), 0);
+    EXPECT_EQ(reading.check(bsdl_check_extensions), 100);
+    ExpectedMessages expected;
+    for (const char *name : {"AIO_Component_Conformance", "AIO_EXTEST_Pulse_Execution",
+                             "AIO_EXTEST_Train_Execution", "AIO_Pin_Behavior"})
+        expected.push_back(
+            {ERROR, std::string("Extension '") + name + "' in 'DEV' is defined but not declared",
+             1});
+    expect_messages(reading.messages(), expected);
+}
+
+// The words of the family are in force inside of it alone, whichever family comes first.
+TEST(AioStatements, BesideThoseOfIeee1532)
+{
+    const std::string isc =
+        attribute("ISC_CONFORMANCE", "STD_1532_2002") + attribute("ISC_PIN_BEHAVIOR", "HIGHZ") +
+        attribute("ISC_STATUS", "IMPLEMENTED") +
+        attribute("ISC_BLANK_USERCODE", "11111111111111111111111111111111") +
+        attribute("ISC_FLOW", "F INITIALIZE (BYPASS WAIT TCK 1)") +
+        attribute("ISC_PROCEDURE", "P = (F)") + attribute("ISC_ACTION", "A = (P)");
+    const std::string all_aio = CONFORMANCE_1149_6 + train("TRAIN 1, MAXIMUM_TIME 1.0") +
+                                pins("A[7] : AC_SELECT=8 LP_TIME=1.0 HP_TIME=1.0 ON_CHIP");
+    Options both = options();
+    both.files["std_1532_2002.all"] =
+        read_text(std::string(TARNLET_SOURCE_DIR) + "/packages/std_1532_2002.all");
+    for (const std::string &text : {isc + all_aio, all_aio + isc}) {
+        Description description = statements(text);
+        description.with(USES, "use STD_1532_2002.all; use STD_1149_6_2003.all;");
+        Reading reading(description, both);
+        ASSERT_NE(reading.handle(), nullptr);
+        EXPECT_EQ(bsdlGetNumErrors(reading), 0);
+        EXPECT_TRUE(reading.has("\tBSDL ISC extensions found"));
+        EXPECT_TRUE(reading.has("\tBSDL AIO extensions found"));
+        EXPECT_EQ(bsdlAioNbrOfPinBehaviorDescriptions(reading), 1);
+        EXPECT_EQ(reading.handle()->standards_filter, 0U);
+    }
+}
+
+TEST(AioStatements, CutAfterEachToken)
+{
+    const std::string text = CONFORMANCE_1149_6 + pulse("WAIT_DURATION TCK 15") +
+                             train("TRAIN 30, MAXIMUM_TIME 1.0e-6") +
+                             pins("A[7], D(1) : AC_SELECT=8 LP_TIME=1.0 HP_TIME=1.0 ON_CHIP; Y");
+    const std::string front = statements("").text();
+    const std::string head = front.substr(0, front.rfind("end DEV;"));
+    for (size_t at = 0; at < text.size(); at++) {
+        if (std::isalnum(static_cast<unsigned char>(text[at])))
+            continue;
+        Reading reading(head + text.substr(0, at) + "\"; end DEV;", options());
+        reading.check(bsdl_check_aio);
+        bsdlAioFirstPinBehavior(reading);
+    }
+    Reading after(statements(text), options());
+    EXPECT_EQ(bsdlGetNumErrors(after), 0);
+}
+
+} // namespace

@@ -1,0 +1,188 @@
+#include "prg/data_file.h"
+
+#include "frame/model.h"
+
+using namespace prg;
+
+namespace
+{
+
+using support::Reading;
+
+const Expected REFERENCE_PASSED = {INFORMATION, "\tPPC/PRG program reference passed", 3};
+const Expected REFERENCE_FAILED = {ERROR, "\tPPC/PRG program reference has errors", 1};
+const Expected EXTENSIONS_PASSED = {INFORMATION, "\tPPC/PRG extensions passed", 3};
+const Expected EXTENSIONS_FAILED = {ERROR, "\tPPC/PRG extensions has errors", 1};
+const Expected PASS = {INFORMATION, "\tISC tests done PASS", 3};
+const Expected FAIL = {INFORMATION, "\tISC tests done FAIL", 3};
+
+// The lines about one part; `wrong` fails, with these messages before its line.
+ExpectedMessages part_lines(const std::string &part, const std::string &wrong = "",
+                            const ExpectedMessages &messages = {})
+{
+    ExpectedMessages lines = {{PROGRESS, "Checking ISC part type '" + part + "'", 2}};
+    for (const char *what : {"pin behaviour description", "fixed pins description",
+                             "status description", "blank usercode description",
+                             "security description", "flow description", "procedure description",
+                             "action description", "illegal exit description", "design warning"}) {
+        if (what == wrong) {
+            lines.insert(lines.end(), messages.begin(), messages.end());
+            lines.push_back({ERROR, std::string("\tISC ") + what + " has errors", 1});
+        } else {
+            lines.push_back({INFORMATION, std::string("\tISC ") + what + " passed", 3});
+        }
+    }
+    return lines;
+}
+
+ExpectedMessages joined(std::initializer_list<ExpectedMessages> parts)
+{
+    ExpectedMessages all;
+    for (const ExpectedMessages &part : parts)
+        all.insert(all.end(), part.begin(), part.end());
+    return all;
+}
+
+TEST(PrgCheck, AllLinesInOrder)
+{
+    Reading reading(DataFile{.families = family("TYPE_A") + family("Type_B")}.text(), options());
+    EXPECT_EQ(reading.check(bsdl_check_prg), 0);
+    expect_messages(reading.messages(), joined({{REFERENCE_PASSED, EXTENSIONS_PASSED},
+                                                part_lines("TYPE_A"),
+                                                part_lines("Type_B"),
+                                                {PASS}}));
+    EXPECT_EQ(reading.handle()->data->check_passed, 0x10U);
+    EXPECT_EQ(reading.handle()->data->isc, nullptr);
+}
+
+TEST(PrgCheck, ReferencesToTypes)
+{
+    Reading reading(DataFile{.programs = programs("PROGRAM_ISC U1 type_a PROGRAM_SVF U2 TYPE_A "
+                                                  "PROGRAM_JAM U3 TYPE_C PROGRAM_ISC U4 TYPE_D")}
+                        .text(),
+                    options());
+    const ExpectedMessages missing = {{ERROR, "type 'TYPE_C' not specified", 2},
+                                      {ERROR, "type 'TYPE_D' not specified", 2}};
+    EXPECT_EQ(reading.check(bsdl_check_prg_prog_ref), 100);
+    expect_messages(reading.messages(), missing);
+    EXPECT_EQ(reading.check(bsdl_check_prg), 100);
+    expect_messages(
+        reading.messages(),
+        joined({missing, {REFERENCE_FAILED, EXTENSIONS_PASSED}, part_lines("TYPE_A"), {FAIL}}));
+    EXPECT_EQ(reading.handle()->data->check_passed, 0U);
+}
+
+TEST(PrgCheck, WithoutParts)
+{
+    Reading bare(DataFile{.families = ""}.text(), options());
+    EXPECT_EQ(bare.check(bsdl_check_prg), 100);
+    expect_messages(
+        bare.messages(),
+        {{ERROR, "type 'TYPE_A' not specified", 2}, REFERENCE_FAILED, EXTENSIONS_PASSED, FAIL});
+
+    // A description has no references, and keeps its family.
+    Reading description{Description()};
+    EXPECT_EQ(description.check(bsdl_check_prg), 0);
+    expect_messages(description.messages(), {REFERENCE_PASSED, EXTENSIONS_PASSED, PASS});
+
+    EXPECT_EQ(bsdl_check_prg(nullptr), 2);
+    EXPECT_EQ(bsdl_check_prg_prog_ref(nullptr), 0);
+    Reading released(DataFile{}.text(), options());
+    freeBsdl(released);
+    EXPECT_EQ(bsdl_check_prg(released), 0);
+    EXPECT_EQ(bsdl_check_prg_prog_ref(released), 0);
+}
+
+// The list of extensions is settled by the first check, so that a second one finds definitions
+// without their declarations, and a third one nothing at all.
+TEST(PrgCheck, ExtensionsOfASecondCheck)
+{
+    Reading reading(DataFile{}.text(), options());
+    EXPECT_EQ(reading.check(bsdl_check_prg), 0);
+    EXPECT_EQ(reading.check(bsdl_check_prg), 100);
+    EXPECT_TRUE(reading.has("\tPPC/PRG extensions has errors"));
+    EXPECT_EQ(reading.check(bsdl_check_prg), 0);
+
+    // Without the package nothing declares them.
+    Reading undeclared(DataFile{.uses = ""}.text(), options());
+    EXPECT_EQ(undeclared.check(bsdl_check_extensions), 100);
+    EXPECT_EQ(undeclared.messages()[0].text,
+              "Extension 'ISC_Conformance' in '(null)' is defined but not declared");
+}
+
+struct PartCase {
+    const char *statement; // empty: the whole family is left as it is
+    std::string text;
+    const char *wrong;
+    ExpectedMessages messages;
+    int errors = 0;
+};
+
+const PartCase part_cases[] = {
+    {"ISC_FIXED_SYSTEM_PINS",
+     of("TYPE_A", "ISC_FIXED_SYSTEM_PINS", "A"),
+     "fixed pins description",
+     {}},
+    {"ISC_STATUS",
+     "attribute ISC_STATUS of TYPE_A : entity is wrong;",
+     "status description",
+     {},
+     1},
+    {"ISC_BLANK_USERCODE",
+     "attribute ISC_BLANK_USERCODE of TYPE_A : entity is wrong;",
+     "blank usercode description",
+     {},
+     1},
+    {"ISC_SECURITY",
+     of("TYPE_A", "ISC_SECURITY",
+        "ISC_DISABLE_READ 0, ISC_DISABLE_PROGRAM 1, ISC_DISABLE_ERASE 2, ISC_DISABLE_KEY 3-7"),
+     "security description",
+     {{ERROR,
+       "the numerical value of ISC_DISABLE_KEY msb must be greater or equal to the value of lsb",
+       2}}},
+    {"ISC_PROCEDURE",
+     of("TYPE_A", "ISC_PROCEDURE", "PROC_PROGRAM_DONE = (F_ON)"),
+     "procedure description",
+     {{ERROR, "mandatory procedure PROC_ERROR_EXIT not found", 2}}},
+    {"ISC_ACTION",
+     of("TYPE_A", "ISC_ACTION", "FINISH = (NONE)"),
+     "action description",
+     {{ERROR, "procedure name: \"NONE\" does not exist in procedure_list", 2}}},
+    // A data file has no instructions, so this statement cannot pass.
+    {"ISC_ILLEGAL_EXIT",
+     of("TYPE_A", "ISC_ILLEGAL_EXIT", "BYPASS"),
+     "illegal exit description",
+     {}},
+    {"ISC_DESIGN_WARNING", of("TYPE_A", "ISC_DESIGN_WARNING", "hot"), "", {}},
+};
+
+TEST(PrgCheck, EachStatementOfAPart)
+{
+    for (const PartCase &row : part_cases) {
+        SCOPED_TRACE(row.statement);
+        Reading reading(
+            DataFile{.families = family("TYPE_A", {{row.statement, row.text}}) + family("TYPE_B")}
+                .text(),
+            options());
+        ASSERT_EQ(bsdlGetNumErrors(reading), row.errors);
+        const bool fails = *row.wrong;
+        EXPECT_EQ(reading.check(bsdl_check_prg), fails ? 100 : 0);
+        expect_messages(reading.messages(), joined({{REFERENCE_PASSED, EXTENSIONS_PASSED},
+                                                    part_lines("TYPE_A", row.wrong, row.messages),
+                                                    part_lines("TYPE_B"),
+                                                    {fails ? FAIL : PASS}}));
+    }
+}
+
+TEST(PrgCheck, TheExample)
+{
+    Reading reading(read_text(example("two_taps.prg")), options());
+    ASSERT_EQ(bsdlGetNumErrors(reading), 0);
+    EXPECT_EQ(reading.check(bsdl_check_prg), 0);
+    EXPECT_EQ(bsdlPrgNbrOfTaps(reading), 2);
+    EXPECT_EQ(bsdlPrgNbrOfProgParts(reading), 6);
+    bsdlPrgSelectProgPart(reading, "U2");
+    EXPECT_STREQ(bsdlIscBlankUserStream(reading), "00000000000000000000000000000000");
+}
+
+} // namespace
