@@ -222,8 +222,7 @@ static bool is_bit(const AioPort *port, const PortId *wanted, int64_t bit)
 {
     if (!same_name(port->port_id->name, wanted->name))
         return false;
-    if (port->port_id->subscripted == wanted->subscripted &&
-        port->port_id->subscript == wanted->subscript)
+    if (port_key(port->port_id) == port_key(wanted))
         return true;
     return wanted->subscripted && is_vector(port) && wanted->subscript == bit;
 }

@@ -102,8 +102,8 @@ int32_t bsdlPrgFirstTap(Bsdl *h)
 
 int32_t bsdlPrgNextTap(Bsdl *h)
 {
-    // The cursor may step past the last channel, and stays there.
-    if (prg_of(h) && h->prg->tap_cursor < channels_of(h)->count)
+    // Steps on from behind the last channel as well, once.
+    if (prg_of(h) && h->prg->tap_cursor <= channels_of(h)->count)
         h->prg->tap_cursor++;
     return bsdlPrgCurrTap(h);
 }
@@ -217,8 +217,8 @@ PrgProgramSpec *bsdlPrgNextProgPart(Bsdl *h)
 {
     if (!prg_of(h))
         return nullptr;
-    // The cursor may step past the last program, and stays there.
-    if (h->prg->prog_part_cursor < programs_of(h)->count)
+    // Steps on from behind the last program as well, once.
+    if (h->prg->prog_part_cursor <= programs_of(h)->count)
         h->prg->prog_part_cursor++;
     return select_program(h);
 }

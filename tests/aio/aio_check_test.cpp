@@ -55,6 +55,14 @@ TEST(AioDriver, GeneralChecksRunFirstAndOnce)
     expect_messages(reading.messages(), joined({AIO_HEADING}, aio_lines(AIO_DONE)));
 }
 
+TEST(AioDriver, TheExample)
+{
+    Reading reading(read_text(example("aio_2003.bsd")), options(STRICT));
+    expect_clean(reading);
+    EXPECT_EQ(reading.check(bsdl_check_aio), 0);
+    expect_messages(errors_and_warnings(reading.messages()), {});
+}
+
 TEST(AioDriver, AFailedCheckOfTheFamily)
 {
     Description text = whole();
