@@ -32,6 +32,9 @@ foreach(program IN LISTS bench_programs bench_helpers)
         # The objects and not the library, for the hidden entry.
         target_sources(bench_${name} PRIVATE $<TARGET_OBJECTS:tarnlet_objects>)
         target_include_directories(bench_${name} PRIVATE include)
+        # Optimised as a whole, as the library is.
+        target_link_options(bench_${name} PRIVATE
+            $<$<AND:$<CXX_COMPILER_ID:GNU>,$<CONFIG:Release,RelWithDebInfo>>:-flto=auto>)
         target_link_libraries(bench_${name} PRIVATE PkgConfig::GLIB benchmark::benchmark)
     endif()
 endforeach()

@@ -9,6 +9,8 @@ namespace
 
 constexpr size_t LARGEST_BLOCK = size_t{1} << 20;
 // Two tokens of the greatest length and the records of the longest chain of reductions.
+// Behind the last record of a block, so that text may be read by words.
+constexpr size_t READ_AHEAD = 8;
 constexpr size_t RESERVE_SIZE = size_t{96} << 10;
 
 long requests_left = -1;
@@ -37,7 +39,7 @@ void memory_return(void *memory) { std::free(memory); }
 
 static ArenaBlock *block_request(size_t size)
 {
-    auto *block = static_cast<ArenaBlock *>(memory_request(sizeof(ArenaBlock) + size));
+    auto *block = static_cast<ArenaBlock *>(memory_request(sizeof(ArenaBlock) + size + READ_AHEAD));
     if (block)
         block->size = size;
     return block;

@@ -10,6 +10,9 @@
 // start and marks itself as failed. The reserve is ample for the step at hand, so the code that
 // builds records tests nothing; the parser loop and the loops of the checks look at `failed` once a
 // step and give up. A large array may be refused: arena_array() gives NULL then.
+//
+// Eight bytes behind anything that an arena handed out may be read, so that text can be compared by
+// words.
 struct ArenaBlock;
 
 struct Arena {

@@ -35,7 +35,7 @@ struct Lookups {
     CellEntry **cell_table;
     uint32_t cell_count;
     CellSearch *cell_search; // see boundary/cell_port_check.cpp
-    Index cell_descs; // fold -> position in cell_desc_table
+    Index cell_descs;        // fold -> position in cell_desc_table
     CellDesc **cell_desc_table;
     Index group_members;    // port_key of both members of each twin group
     Index associated_ports; // port_key of an associated port -> place of its first group

@@ -104,12 +104,12 @@ struct Bsdl {
     PrgData *prg;
     Ebst *ebst;
 
-    Arena arena;      // everything under this record
-    NameTable names;  // of the whole reading
+    Arena arena;        // everything under this record
+    NameTable names;    // of the whole reading
     ScanState *reading; // scanner and string store, while readBsdl runs
-    Lookups *lookups; // indexes over the model, made when first asked for
-    Bsdl *released;   // the next handle that was given back
-    char *kept_texts; // what outlives freeBsdl, in one block
+    Lookups *lookups;   // indexes over the model, made when first asked for
+    Bsdl *released;     // the next handle that was given back
+    char *kept_texts;   // what outlives freeBsdl, in one block
 };
 
 template <class T> T *model_new(Bsdl *bsdl) { return arena_new<T>(&bsdl->arena); }

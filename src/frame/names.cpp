@@ -7,6 +7,7 @@ namespace
 
 constexpr uint64_t ADDRESS_BITS = (uint64_t{1} << 48) - 1;
 constexpr uint32_t FIRST_SLOTS = 1024;
+constexpr uint32_t MOST_FIRST_SLOTS = uint32_t{1} << 24;
 
 } // namespace
 
@@ -20,11 +21,14 @@ bool equal_folded(const char *a, const char *b, size_t length)
     return true;
 }
 
-bool names_start(NameTable *names, Arena *arena)
+bool names_start(NameTable *names, Arena *arena, size_t expected)
 {
+    uint32_t slots = FIRST_SLOTS;
+    while (slots < expected && slots < MOST_FIRST_SLOTS)
+        slots *= 2;
     *names = NameTable{.arena = arena};
-    names->slots = static_cast<uint64_t *>(memory_request(FIRST_SLOTS * sizeof(uint64_t)));
-    names->mask = FIRST_SLOTS - 1;
+    names->slots = static_cast<uint64_t *>(memory_request(slots * sizeof(uint64_t)));
+    names->mask = slots - 1;
     return names->slots != nullptr;
 }
 
@@ -71,16 +75,32 @@ static const char *name_store(NameTable *names, const char *text, size_t length,
     return stored;
 }
 
-const char *name_intern(NameTable *names, const char *text, size_t length, uint64_t hash)
+static bool same_writing(const char *known, const char *text, size_t length)
 {
-    uint64_t tag = hash & ~ADDRESS_BITS;
+    return std::strncmp(known, text, length) == 0 && known[length] == '\0';
+}
+
+// By words. What lies behind a name in the arena is readable, see Arena.
+static bool same_writing_padded(const char *known, const char *text, size_t length)
+{
+    for (; length >= 8; known += 8, text += 8, length -= 8)
+        if (load_word(known, 8) != load_word(text, 8))
+            return false;
+    const uint64_t mask = (uint64_t{1} << 8 * length) - 1;
+    return ((load_word(known, 8) ^ load_word(text, 8)) & mask) == 0 && known[length] == '\0';
+}
+
+template <bool padded>
+static const char *intern(NameTable *names, const char *text, size_t length, uint64_t hash)
+{
+    const uint64_t tag = hash & ~ADDRESS_BITS;
     auto at = static_cast<uint32_t>(hash) & names->mask;
     uint32_t fold = 0;
     for (uint64_t slot; (slot = names->slots[at]); at = (at + 1) & names->mask) {
         if ((slot & ~ADDRESS_BITS) != tag)
             continue;
         const char *known = slot_text(slot);
-        if (std::strncmp(known, text, length) == 0 && known[length] == '\0')
+        if (padded ? same_writing_padded(known, text, length) : same_writing(known, text, length))
             return known;
         if (!fold && std::strlen(known) == length && equal_folded(known, text, length))
             fold = name_fold(known);
@@ -95,6 +115,16 @@ const char *name_intern(NameTable *names, const char *text, size_t length, uint6
     if (names->used > names->mask - names->mask / 4 && !names->arena->failed)
         names_grow(names);
     return stored;
+}
+
+const char *name_intern(NameTable *names, const char *text, size_t length, uint64_t hash)
+{
+    return intern<false>(names, text, length, hash);
+}
+
+const char *name_intern_padded(NameTable *names, const char *text, size_t length, uint64_t hash)
+{
+    return intern<true>(names, text, length, hash);
 }
 
 const char *name_find(const NameTable *names, std::string_view text)

@@ -18,7 +18,8 @@ struct NameTable {
     uint32_t folds = 0; // fold numbers given out; 0 stands for "no name"
 };
 
-bool names_start(NameTable *names, Arena *arena);
+// Room for about so many names to begin with; the table grows when there are more.
+bool names_start(NameTable *names, Arena *arena, size_t expected = 0);
 void names_release(NameTable *names);
 
 // The hash of a text with letters folded; name_intern() takes it from callers that have it already.
@@ -68,6 +69,8 @@ inline uint64_t text_hash_padded(const char *text, size_t length)
 bool equal_folded(const char *a, const char *b, size_t length);
 
 const char *name_intern(NameTable *names, const char *text, size_t length, uint64_t hash);
+// The same for text in the scanner's input, which may be read eight bytes beyond its end.
+const char *name_intern_padded(NameTable *names, const char *text, size_t length, uint64_t hash);
 
 inline const char *name_intern(NameTable *names, std::string_view text)
 {

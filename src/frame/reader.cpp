@@ -18,6 +18,8 @@ namespace
 {
 
 constexpr size_t FIRST_BLOCK = size_t{64} << 10;
+// Of a description's text, for each name that is new: about as dense as makers' files get.
+constexpr size_t BYTES_PER_NAME = 32;
 
 } // namespace
 
@@ -51,7 +53,7 @@ static Bsdl *new_handle(const char *file_name, const char *package, const GSList
     auto *bsdl = static_cast<Bsdl *>(memory_request(sizeof(Bsdl)));
     if (!bsdl)
         return nullptr;
-    if (!arena_start(&bsdl->arena, FIRST_BLOCK) || !names_start(&bsdl->names, &bsdl->arena)) {
+    if (!arena_start(&bsdl->arena, FIRST_BLOCK)) {
         discard(bsdl);
         return nullptr;
     }
@@ -90,6 +92,10 @@ static bool read_file(Bsdl *bsdl, ScanState *reading)
                           bsdl->file_name);
         return false;
     }
+    const InputFile *file = &reading->files[0];
+    if (!names_start(&bsdl->names, &bsdl->arena,
+                     static_cast<size_t>(file->end - file->text) / BYTES_PER_NAME))
+        return false;
     bsdl_msg(BSDL_LEVEL_PROGRESS, 1, "Reading BSDL file '%s'", bsdl->file_name);
     bsdl_msg(BSDL_LEVEL_PHASE, 2, "BSDL syntax checks");
     bsdl->reading = reading;

@@ -135,7 +135,7 @@ static int32_t check_constants(Arena *arena, const UserPackage *package)
         const int32_t line = constants[i]->line;
         if (index_find(&described, name_fold(name)) == INDEX_NONE)
             rule_warning({"package-cell-missing", line, package->file_path},
-                         "Cell '%s' not found in package body", name);
+                         "Cell '%s' not found in package body", shown(name));
         if (index_find(&last, name_fold(name)) > i)
             result |= rule_message(BSDL_LEVEL_ERROR, 1,
                                    {"package-cell-announced-twice", line, package->file_path},

@@ -6,7 +6,7 @@
 #include "scan/keywords.h"
 #include "scan/scan_state.h"
 
-#include <cstdio>
+#include <charconv>
 #include <cstdlib>
 #include <cstring>
 
@@ -324,8 +324,8 @@ static int finish_input(ScanState *reading)
 static const char *token_name(const Scan &scan)
 {
     const ScanState *reading = scan.reading;
-    return name_intern(&scan.bsdl->names, reading->token, reading->token_length,
-                       text_hash_padded(reading->token, reading->token_length));
+    return name_intern_padded(&scan.bsdl->names, reading->token, reading->token_length,
+                              text_hash_padded(reading->token, reading->token_length));
 }
 
 static int finish_name(const Scan &scan, const char *start, const char *end, int token)
@@ -537,7 +537,7 @@ static int scan_word(const Scan &scan, const char *start)
     if (identifier_end(start) == end) {
         token = finish(scan.reading, start, end, 1, IDENTIFIER);
         if (token == IDENTIFIER)
-            scan.value->string = name_intern(&bsdl->names, start, length, hash);
+            scan.value->string = name_intern_padded(&bsdl->names, start, length, hash);
         return token;
     }
     if (bsdl->scan_mode == SCAN_MODE_USE) {
@@ -811,16 +811,32 @@ const char *scan_file(const Bsdl *bsdl)
 
 bool scan_stopped(const Bsdl *bsdl) { return bsdl->reading->stopped; }
 
+namespace
+{
+
+struct Digits {
+    char text[12];
+    uint32_t length;
+};
+
+} // namespace
+
+static Digits digits_of(int32_t value)
+{
+    Digits digits;
+    digits.length = static_cast<uint32_t>(
+        std::to_chars(digits.text, digits.text + sizeof digits.text, value).ptr - digits.text);
+    return digits;
+}
+
 const char *integer_text(Bsdl *bsdl, int32_t value)
 {
-    char digits[16];
-    std::snprintf(digits, sizeof digits, "%i", value);
-    return model_text(bsdl, digits);
+    const Digits digits = digits_of(value);
+    return model_text(bsdl, {digits.text, digits.length});
 }
 
 const char *integer_name(Bsdl *bsdl, int32_t value)
 {
-    char digits[16];
-    std::snprintf(digits, sizeof digits, "%i", value);
-    return model_name(bsdl, digits);
+    const Digits digits = digits_of(value);
+    return model_name(bsdl, {digits.text, digits.length});
 }
