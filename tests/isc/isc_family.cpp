@@ -25,7 +25,7 @@ Family::Family()
 {
     for (int part = 0; part < PART_COUNT; part++)
         order_.push_back(static_cast<Part>(part));
-    with(CONFORMANCE, "STD_1532_2002");
+    with(ISC_CONFORMANCE, "STD_1532_2002");
     with(PIN_BEHAVIOR, "HIGHZ");
     with(STATUS, "IMPLEMENTED");
     with(BLANK_USERCODE, "11110000111100001111000011110000");
@@ -53,7 +53,7 @@ Family &Family::in_order(const std::vector<Part> &order)
 
 Family &Family::with_flow(const std::string &flow)
 {
-    std::string name = flow.substr(0, flow.find(' '));
+    std::string name = flow.substr(0, flow.find_first_of(", "));
     with(FLOW, flow);
     with(PROCEDURE, "PROC_ERROR_EXIT = (" + name + "), PROC_PROGRAM_DONE = (" + name + ")");
     return with(ACTION, "PROGRAM = (PROC_ERROR_EXIT)");

@@ -11,7 +11,7 @@ namespace isc_family
 
 // In the order of the standard.
 enum Part {
-    CONFORMANCE,
+    ISC_CONFORMANCE,
     PIN_BEHAVIOR,
     FIXED_PINS,
     STATUS,
@@ -21,7 +21,7 @@ enum Part {
     PROCEDURE,
     ACTION,
     ILLEGAL_EXIT,
-    WARNING,
+    ISC_WARNING,
     PART_COUNT,
 };
 

@@ -1,0 +1,414 @@
+#include "isc/isc.h"
+
+#include "isc_family.h"
+
+using namespace support;
+using namespace isc_family;
+
+namespace
+{
+
+const char FOUND[] = "\tBSDL ISC extensions found";
+const char SYNTAX_OK[] = "BSDL syntax ok";
+const char SYNTAX_FAILED[] = "BSDL syntax failed";
+
+// From the family's first message to the reading's last.
+Messages from_family(const Messages &messages)
+{
+    size_t begin = 0;
+    while (begin < messages.size() && messages[begin].text.find("ISC_") == std::string::npos)
+        begin++;
+    return {messages.begin() + static_cast<long>(begin), messages.end()};
+}
+
+Family full()
+{
+    return Family()
+        .with(FIXED_PINS, "A, D(1)")
+        .with(SECURITY, "ISC_DISABLE_READ 0, ISC_DISABLE_PROGRAM 1, ISC_DISABLE_ERASE *, "
+                        "ISC_DISABLE_KEY 15-8")
+        .with(ILLEGAL_EXIT, "Bypass, sample, Mine")
+        .with_text(ISC_WARNING, "attribute ISC_Design_Warning of DEV : entity is \"take; \" & "
+                                "\"care\";");
+}
+
+TEST(IscStatements, WholeFamily)
+{
+    Reading reading(full().description());
+    EXPECT_EQ(bsdlGetNumErrors(reading), 0);
+    expect_messages(from_family(reading.messages()),
+                    {{INFORMATION, "\tISC_Conformance: 'STD_1532_2002'", 3},
+                     {INFORMATION, "\tISC_Conformance statement passed", 3},
+                     {INFORMATION, "\tISC_Pin_Behavior statement passed", 3},
+                     {INFORMATION, "\tISC_Fixed_System_Pins statement passed", 3},
+                     {INFORMATION, "\tISC_Status statement passed", 3},
+                     {INFORMATION, "\tISC_Blank_Usercode statement passed", 3},
+                     {INFORMATION, "\tISC_Security statement passed", 3},
+                     {INFORMATION, "\tISC_Flow statement passed", 3},
+                     {INFORMATION, "\tISC_Procedure statement passed", 3},
+                     {INFORMATION, "\tISC_Action statement passed", 3},
+                     {INFORMATION, "\tISC_Illegal_Exit statement passed", 3},
+                     {INFORMATION, "\tISC_Design warning statement passed", 3},
+                     {INFORMATION, FOUND, 2},
+                     {INFORMATION, "\tNo design warning statement", 4},
+                     {INFORMATION, SYNTAX_OK, 2}});
+
+    const IscData *isc = reading.handle()->data->isc;
+    ASSERT_NE(isc, nullptr);
+    EXPECT_EQ(isc->conformance, ISC_CONFORMANCE_1532_2002);
+    EXPECT_EQ(isc->pin_behavior, ISC_PIN_BEHAVIOR_HIGHZ);
+    EXPECT_EQ(isc->status, ISC_STATUS_IMPLEMENTED);
+    EXPECT_STREQ(isc->blank_usercode, "11110000111100001111000011110000");
+    EXPECT_STREQ(isc->design_warning, "take; \ncare");
+    ASSERT_EQ(g_slist_length(isc->fixed_pins), 2u);
+    const auto *pin = static_cast<const PortId *>(isc->fixed_pins->next->data);
+    EXPECT_STREQ(pin->name, "D");
+    EXPECT_EQ(pin->subscript, 1);
+    std::string exits;
+    for (const GSList *link = isc->illegal_exits; link; link = link->next)
+        exits += static_cast<const char *>(link->data) + std::string(" ");
+    EXPECT_EQ(exits, "BYPASS SAMPLE MINE ");
+    EXPECT_EQ(isc->security_line, full().line(SECURITY));
+    EXPECT_EQ(isc->fixed_pins_line, full().line(FIXED_PINS));
+    EXPECT_EQ(reading.handle()->standards_filter, 0u);
+}
+
+TEST(IscStatements, AbsentOnes)
+{
+    Reading reading(Family().without(ISC_CONFORMANCE).description());
+    expect_messages(from_family(reading.messages()),
+                    {{WARNING, "ISC_Conformance statement required for Std_1532_2002", 2},
+                     {INFORMATION, "\tISC_Pin_Behavior statement passed", 3},
+                     {INFORMATION, "\tISC_Status statement passed", 3},
+                     {INFORMATION, "\tNo ISC_Fixed_System_Pins statement", 4},
+                     {INFORMATION, "\tISC_Blank_Usercode statement passed", 3},
+                     {INFORMATION, "\tNo ISC_Security statement", 4},
+                     {INFORMATION, "\tISC_Flow statement passed", 3},
+                     {INFORMATION, "\tISC_Procedure statement passed", 3},
+                     {INFORMATION, "\tISC_Action statement passed", 3},
+                     {INFORMATION, "\tNo ISC_Illegal_Exit statement", 4},
+                     {INFORMATION, "\tNo ISC_Design warning statement", 4},
+                     {INFORMATION, FOUND, 2},
+                     {INFORMATION, "\tNo design warning statement", 4},
+                     {INFORMATION, SYNTAX_OK, 2}});
+    EXPECT_EQ(reading.handle()->data->isc->conformance, 0);
+
+    // The older package does not ask for it.
+    Description old = Family().without(ISC_CONFORMANCE).description();
+    Reading silent(old.with(USES, "use STD_1532_2001.all;"));
+    expect_messages(errors_and_warnings(silent.messages()), {});
+}
+
+// The two statements' worth of every order, and what is said about it with and without `strict`.
+const char OF_TWO[] = "Wrong ordening of ISC ATTRIBUTES \"PIN_BEHAVIOR\" and \"STATUS\"";
+const char OF_THREE[] = "Wrong ordening of ISC ATTRIBUTES \"PIN_BEHAVIOR\" and "
+                        "\"FIXED_SYSTEM_PINS\" and \"STATUS\"";
+
+struct Order {
+    std::vector<Part> parts;
+    const char *warning;
+    const char *error;
+    bool no_fixed_pins;
+};
+
+const Order orders[] = {
+    {{PIN_BEHAVIOR, FIXED_PINS, STATUS}, nullptr, nullptr, false},
+    {{PIN_BEHAVIOR, STATUS}, nullptr, nullptr, true},
+    {{STATUS, PIN_BEHAVIOR}, OF_TWO, OF_TWO, true},
+    {{STATUS, FIXED_PINS, PIN_BEHAVIOR}, OF_TWO, OF_TWO, true},
+    {{STATUS, PIN_BEHAVIOR, FIXED_PINS}, OF_TWO, OF_THREE, true},
+    {{FIXED_PINS, PIN_BEHAVIOR, STATUS}, OF_THREE, OF_THREE, false},
+    {{FIXED_PINS, STATUS, PIN_BEHAVIOR}, OF_THREE, OF_THREE, false},
+};
+
+Family in_order(const std::vector<Part> &parts)
+{
+    std::vector<Part> order = {ISC_CONFORMANCE};
+    order.insert(order.end(), parts.begin(), parts.end());
+    for (int part = BLANK_USERCODE; part < PART_COUNT; part++)
+        order.push_back(static_cast<Part>(part));
+    return Family()
+        .with(PIN_BEHAVIOR, "CLAMP")
+        .with(FIXED_PINS, "A")
+        .with(STATUS, "NOT IMPLEMENTED")
+        .in_order(order);
+}
+
+const char *passed_text(Part part)
+{
+    return part == PIN_BEHAVIOR ? "\tISC_Pin_Behavior statement passed"
+           : part == FIXED_PINS ? "\tISC_Fixed_System_Pins statement passed"
+                                : "\tISC_Status statement passed";
+}
+
+TEST(IscStatements, OrdersThatAreTolerated)
+{
+    for (const Order &order : orders) {
+        Reading reading(in_order(order.parts).description());
+        SCOPED_TRACE(testing::PrintToString(order.parts));
+        ExpectedMessages expected = {{INFORMATION, "\tISC_Conformance: 'STD_1532_2002'", 3},
+                                     {INFORMATION, "\tISC_Conformance statement passed", 3}};
+        for (Part part : order.parts)
+            expected.push_back({INFORMATION, passed_text(part), 3});
+        if (order.warning)
+            expected.push_back({WARNING, order.warning, 2});
+        if (order.no_fixed_pins)
+            expected.push_back({INFORMATION, "\tNo ISC_Fixed_System_Pins statement", 4});
+        expected.push_back({INFORMATION, "\tISC_Blank_Usercode statement passed", 3});
+        Messages got = from_family(reading.messages());
+        got.resize(std::min(got.size(), expected.size()));
+        expect_messages(got, expected);
+        EXPECT_EQ(bsdlGetNumErrors(reading), 0);
+
+        const IscData *isc = reading.handle()->data->isc;
+        ASSERT_NE(isc, nullptr);
+        EXPECT_EQ(isc->pin_behavior, ISC_PIN_BEHAVIOR_CLAMP);
+        EXPECT_EQ(isc->status, ISC_STATUS_NOT_IMPLEMENTED);
+        EXPECT_EQ(isc->fixed_pins != nullptr, order.parts.size() == 3);
+    }
+}
+
+TEST(IscStatements, OrdersUnderStrict)
+{
+    for (const Order &order : orders) {
+        Reading reading(in_order(order.parts).description(), {.flags = STRICT});
+        SCOPED_TRACE(testing::PrintToString(order.parts));
+        if (!order.error) {
+            expect_messages(errors_and_warnings(reading.messages()), {});
+            continue;
+        }
+        Messages errors = errors_and_warnings(reading.messages());
+        ASSERT_GE(errors.size(), 1u);
+        errors.resize(1);
+        expect_messages(errors, {{ERROR, order.error, 1}});
+        EXPECT_EQ(bsdlGetNumErrors(reading), 1);
+        ASSERT_NE(reading.handle(), nullptr);
+        EXPECT_EQ(reading.handle()->data->isc, nullptr);
+    }
+}
+
+// ------------------------------------------------------------------------------ single statements
+
+struct SecurityRow {
+    const char *text;
+    std::array<int32_t, 5> values; // in the order of the record
+};
+
+TEST(IscStatements, SecurityBits)
+{
+    const SecurityRow rows[] = {
+        {"ISC_DISABLE_READ 3, ISC_DISABLE_PROGRAM 4, ISC_DISABLE_ERASE 5, ISC_DISABLE_KEY 3-7",
+         {3, 4, 5, 7, 3}},
+        {"ISC_DISABLE_READ *, ISC_DISABLE_PROGRAM *, ISC_DISABLE_ERASE *, ISC_DISABLE_KEY *",
+         {-2, -2, -2, -2, -2}},
+        // A number that long does not become a '*'.
+        {"ISC_DISABLE_READ 4294967294, ISC_DISABLE_PROGRAM 1, ISC_DISABLE_ERASE 1, "
+         "ISC_DISABLE_KEY 9-9",
+         {2147483647, 1, 1, 9, 9}},
+    };
+    for (const SecurityRow &row : rows) {
+        Reading reading(Family().with(SECURITY, row.text).description());
+        SCOPED_TRACE(row.text);
+        expect_messages(errors_and_warnings(reading.messages()), {});
+        const IscSecurity *security = reading.handle()->data->isc->security;
+        ASSERT_NE(security, nullptr);
+        EXPECT_EQ((std::array<int32_t, 5>{security->disable_read, security->disable_program,
+                                          security->disable_erase, security->disable_key_lsb,
+                                          security->disable_key_msb}),
+                  row.values);
+    }
+}
+
+TEST(IscStatements, BlankUsercodeOfOtherLengthIsKept)
+{
+    Family family = Family().with(BLANK_USERCODE, "1111000011110000111100001111000");
+    Reading reading(family.description());
+    expect_messages(
+        errors_and_warnings(reading.messages()),
+        {{ERROR,
+          "32 bit pattern length required on line " + std::to_string(family.line(BLANK_USERCODE)),
+          1}});
+    EXPECT_EQ(std::string(reading.handle()->data->isc->blank_usercode).size(), 31u);
+    EXPECT_EQ(bsdlGetNumErrors(reading), 0);
+}
+
+TEST(IscStatements, ProceduresAndActions)
+{
+    Reading reading(
+        Family()
+            .with(FLOW, "F, F(ARRAY), F(security), G(My_Data)")
+            .with(PROCEDURE, "P(Idcode) = (F, F(ARRAY) UNPROCESSED, f(SECURITY) EXIT_ON_ERROR), "
+                             "Q(preload) = (G(my_data) UNPROCESSED EXIT_ON_ERROR)")
+            .with(ACTION, "A = (P(IDCODE)), B(usercode) PROPRIETARY = (Q(PRELOAD) PROPRIETARY "
+                          "OPTIONAL, P(IDCODE) RECOMMENDED, P(IDCODE) PROPRIETARY)")
+            .description());
+    EXPECT_EQ(bsdlGetNumErrors(reading), 0);
+    const IscData *isc = reading.handle()->data->isc;
+    std::string text;
+    for (const GSList *link = isc->procedures; link; link = link->next) {
+        const auto *procedure = static_cast<const IscProcedure *>(link->data);
+        text += procedure->procedure_name + std::string("/") +
+                (procedure->data_name ? procedure->data_name : "-") + ":";
+        for (const GSList *each = procedure->flows; each; each = each->next) {
+            const auto *flow = static_cast<const IscFlowDescriptor *>(each->data);
+            text += std::string(" ") + flow->flow_name + "/" +
+                    (flow->data_name ? flow->data_name : "-") + "/" +
+                    std::to_string(flow->unprocessed) + std::to_string(flow->exit_on_error);
+        }
+        text += "\n";
+    }
+    for (const GSList *link = isc->actions; link; link = link->next) {
+        const auto *action = static_cast<const IscAction *>(link->data);
+        text += action->action_name + std::string("/") +
+                (action->data_name ? action->data_name : "-") + "/" +
+                std::to_string(action->exclusivity) + ":";
+        for (const GSList *each = action->specs; each; each = each->next)
+            text +=
+                " " + std::to_string(static_cast<const IscActionSpec *>(each->data)->attributes);
+        text += "\n";
+    }
+    EXPECT_EQ(text, "P/IDCODE: F/-/00 F/ARRAY/10 f/SECURITY/01\n"
+                    "Q/PRELOAD: G/my_data/11\n"
+                    "A/-/0: 0\n"
+                    "B/USERCODE/1: 17 32 1\n");
+}
+
+// ------------------------------------------------------------------------------------ mistakes
+
+struct Mistake {
+    const char *name;
+    Part part;
+    const char *statement;
+    const char *skipped;
+};
+
+// The statements that survive an error in them.
+const Mistake survived[] = {
+    {"fixed pins", FIXED_PINS, "ISC_Fixed_System_Pins", "Skipping isc_fixed_system_pins"},
+    {"status", STATUS, "ISC_Status", "Skipping isc_status"},
+    {"blank usercode", BLANK_USERCODE, "ISC_Blank_Usercode", "Skipping isc_blank_usercode"},
+    {"security", SECURITY, "ISC_Security", "Skipping isc_security"},
+    {"flow", FLOW, "ISC_Flow", "Skipping isc_flow"},
+    {"procedure", PROCEDURE, "ISC_Procedure", "Skipping isc_procedure"},
+    {"illegal exit", ILLEGAL_EXIT, "ISC_Illegal_Exit", "Skipping isc_illegal_exit"},
+    {"design warning", ISC_WARNING, "ISC_Design_Warning", "Skipping isc_design_warning"},
+};
+
+TEST(IscStatements, SkippedOnes)
+{
+    for (const Mistake &row : survived) {
+        SCOPED_TRACE(row.name);
+        Family family = full().with_text(row.part, std::string("attribute ") + row.statement +
+                                                       " of DEV : entity is bad;");
+        Reading reading(family.description());
+        int line = family.line(row.part);
+        expect_messages(
+            errors_and_warnings(reading.messages()),
+            {{ERROR,
+              "parse error, expecting `error' or `QUOTED_STRING', found 'bad' on line " +
+                  std::to_string(line) + "\n",
+              1},
+             {ERROR, std::string(row.skipped) + " due to errors", 1}});
+        EXPECT_EQ(bsdlGetNumErrors(reading), 1);
+        EXPECT_NE(reading.handle()->data->isc, nullptr);
+        EXPECT_TRUE(reading.has(SYNTAX_FAILED));
+    }
+}
+
+TEST(IscStatements, OnesWithoutRecovery)
+{
+    const std::pair<Part, std::string> rows[] = {
+        {ISC_CONFORMANCE, "attribute ISC_Conformance of DEV : entity is bad;"},
+        {PIN_BEHAVIOR, "attribute ISC_Pin_Behavior of DEV : entity is bad;"},
+        {ACTION, "attribute ISC_Action of DEV : entity is bad;"},
+        {PIN_BEHAVIOR, ""},
+        {STATUS, ""},
+        {BLANK_USERCODE, ""},
+        {FLOW, ""},
+        {PROCEDURE, ""},
+        {ACTION, ""},
+    };
+    for (const auto &[part, text] : rows) {
+        SCOPED_TRACE(part);
+        Reading reading(full().with_text(part, text).description());
+        EXPECT_EQ(bsdlGetNumErrors(reading), 1);
+        ASSERT_NE(reading.handle(), nullptr);
+        EXPECT_EQ(reading.handle()->data->isc, nullptr);
+        EXPECT_FALSE(reading.has(FOUND));
+    }
+}
+
+TEST(IscStatements, EntityOfAnotherName)
+{
+    for (Part part : {ISC_CONFORMANCE, PIN_BEHAVIOR, FIXED_PINS, STATUS, BLANK_USERCODE, SECURITY,
+                      FLOW, PROCEDURE, ACTION, ILLEGAL_EXIT, ISC_WARNING}) {
+        SCOPED_TRACE(part);
+        Description description = full().description();
+        std::string text = full().text();
+        static const char *const names[] = {"Conformance",  "Pin_Behavior",   "Fixed_System_Pins",
+                                            "Status",       "Blank_Usercode", "Security",
+                                            "Flow",         "Procedure",      "Action",
+                                            "Illegal_Exit", "Design_Warning"};
+        std::string name = std::string("ISC_") + names[part] + " of ";
+        Reading same(full().description().replace(EXTENSIONS, name + "DEV", name + "Dev"));
+        EXPECT_EQ(bsdlGetNumErrors(same), 0);
+        Reading other(full().description().replace(EXTENSIONS, name + "DEV", name + "OTHER"));
+        Messages errors = errors_and_warnings(other.messages());
+        ASSERT_GE(errors.size(), 1u);
+        errors.resize(1);
+        expect_messages(errors, {{ERROR, "Component name 'OTHER' not consistent", 1}});
+        EXPECT_EQ(other.handle()->data->isc, nullptr);
+    }
+}
+
+// ---------------------------------------------------------------------------------- extensions
+
+TEST(IscStatements, EnterTheirAttributes)
+{
+    Reading reading(full().description());
+    std::vector<std::string> names;
+    for (const GList *link = reading.handle()->data->extensions; link; link = link->next) {
+        const auto *entry = static_cast<const ExtensionEntry *>(link->data);
+        if (!entry->declared)
+            names.push_back(std::string(entry->name) + " of " + entry->source);
+    }
+    EXPECT_EQ(names, (std::vector<std::string>{"ISC_Conformance of DEV", "ISC_Pin_Behavior of DEV",
+                                               "ISC_Fixed_System_Pins of DEV", "ISC_Status of DEV",
+                                               "ISC_Blank_Usercode of DEV", "ISC_Security of DEV",
+                                               "ISC_Flow of DEV", "ISC_Procedure of DEV",
+                                               "ISC_Action of DEV", "ISC_Illegal_Exit of DEV",
+                                               "ISC_Illegal_Exit of DEV"}));
+}
+
+TEST(IscStatements, LastOfSeveralFamiliesCounts)
+{
+    Family second = Family().with(PIN_BEHAVIOR, "CLAMP");
+    Reading reading(
+        Family().description().with(EXTENSIONS, Family().text() + "\n" + second.text()));
+    EXPECT_EQ(bsdlGetNumErrors(reading), 0);
+    EXPECT_EQ(reading.handle()->data->isc->pin_behavior, ISC_PIN_BEHAVIOR_CLAMP);
+}
+
+// Read token by token from a file that ends early: whatever remains can be checked and asked.
+TEST(IscStatements, CutAfterEachToken)
+{
+    std::string text = full()
+                           .with_flow("F(ARRAY) INITIALIZE (MINE 8:$a=FF, 8:$a+1 WAIT TCK 1, "
+                                      "1.0e-3 MIN, 2 MAX 8:!$a~*?:OST:CRC) REPEAT 2 LOOP MIN 1 "
+                                      "MAX 2 ((MINE 8:?! WAIT 1.5))")
+                           .description()
+                           .text();
+    size_t begin = text.find("attribute ISC_Conformance");
+    for (size_t end = begin; end < text.size(); end++) {
+        if (text[end] == ' ' || std::isalnum(static_cast<unsigned char>(text[end])))
+            continue;
+        Reading reading(text.substr(0, end + 1));
+        if (reading.handle()) {
+            bsdl_check(reading);
+            bsdl_check_isc(reading);
+            tree_text(reading);
+        }
+    }
+}
+
+} // namespace
