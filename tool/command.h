@@ -1,0 +1,26 @@
+#pragma once
+
+#include <functional>
+
+namespace CLI
+{
+class App;
+}
+
+// What every command gives back to the shell.
+enum ExitStatus {
+    STATUS_CLEAN = 0,
+    STATUS_FINDINGS = 1, // errors in a file
+    STATUS_UNUSABLE = 2  // wrong use, or a file that cannot be read or written
+};
+
+// A command of the tool. Only the one that is called is set up, which keeps the start short; the
+// help, the manual pages and the completions set up all of them.
+struct Command {
+    const char *name;
+    const char *summary;
+    // Adds the options; the result runs the command once they have their values.
+    std::function<int()> (*set_up)(CLI::App &app);
+};
+
+std::function<int()> set_up_check(CLI::App &app);

@@ -1,0 +1,72 @@
+// tarnlet: the command line on the exports of libtarnlet.
+
+#include "command.h"
+#include "output.h"
+
+#include <CLI/CLI.hpp>
+
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <string_view>
+
+namespace
+{
+
+constexpr Command COMMANDS[] = {
+    {"check", "Check descriptions and data files", set_up_check},
+};
+
+constexpr const char *SUMMARY = "Reads, checks and queries boundary scan descriptions (BSDL).";
+
+} // namespace
+
+static const Command *find_command(std::string_view name)
+{
+    for (const Command &command : COMMANDS)
+        if (name == command.name)
+            return &command;
+    return nullptr;
+}
+
+static int run(const Command &command, int argc, char **argv)
+{
+    CLI::App app(command.summary, std::string("tarnlet ") + command.name);
+    std::function<int()> action = command.set_up(app);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError &error) {
+        return app.exit(error, std::cout, std::cerr) == 0 ? STATUS_CLEAN : STATUS_UNUSABLE;
+    }
+    return action();
+}
+
+static void print_help(FILE *to)
+{
+    std::fprintf(to, "%s\n\nUsage: tarnlet COMMAND [OPTION...] ...\n\nCommands:\n", SUMMARY);
+    for (const Command &command : COMMANDS)
+        std::fprintf(to, "  %-14s%s\n", command.name, command.summary);
+    std::fprintf(to, "\n'tarnlet COMMAND --help' has the options of a command; "
+                     "'tarnlet --version' gives the version.\n");
+}
+
+int main(int argc, char **argv)
+{
+    // A reader that has gone away shows as a write error, which ends the run tidily.
+    std::signal(SIGPIPE, SIG_IGN);
+    const std::string_view first = argc > 1 ? argv[1] : "";
+    int status = STATUS_CLEAN;
+    if (first == "--help" || first == "-h" || first == "help") {
+        print_help(stdout);
+    } else if (first == "--version" || first == "-V") {
+        std::printf("tarnlet %s\n", TARNLET_VERSION);
+    } else if (const Command *command = find_command(first)) {
+        status = run(*command, argc - 1, argv + 1);
+    } else {
+        if (argc > 1)
+            std::fprintf(stderr, "tarnlet: there is no command '%s'\n\n", escaped(first).c_str());
+        print_help(stderr);
+        return STATUS_UNUSABLE;
+    }
+    return close_output() ? status : STATUS_UNUSABLE;
+}
