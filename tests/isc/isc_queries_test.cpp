@@ -11,17 +11,18 @@ using namespace isc_family;
 namespace
 {
 
-// A golden file beside this one; rewritten when the environment asks for it, to be reviewed then.
+// A golden file beside this one; rewritten when TARNLET_UPDATE=1 stands in the environment, to be
+// reviewed then.
 void expect_golden(const std::string &name, const std::string &text)
 {
     std::string path = std::string(TARNLET_SOURCE_DIR) + "/tests/isc/" + name;
-    if (std::getenv("TARNLET_UPDATE_GOLDEN"))
+    if (const char *update = std::getenv("TARNLET_UPDATE"); update && *update == '1')
         write_text(path, text);
     if (read_text(path) == text)
         return;
     write_text(path + ".got", text);
     ADD_FAILURE() << "not as in " << name << ": compare it with " << path
-                  << ".got; it is rewritten when TARNLET_UPDATE_GOLDEN is set";
+                  << ".got; it is rewritten when TARNLET_UPDATE=1 stands in the environment";
 }
 
 TEST(IscQueries, WholeTreeOf2002)
@@ -364,6 +365,42 @@ TEST(IscQueries, NothingBelowAMissingLevel)
         }
         EXPECT_GT(asked, 1);
     }
+}
+
+// ------------------------------------------------------------------------------- PPC/PRG files
+
+TEST(IscQueries, PartsOfADataFile)
+{
+    Reading reading(read_text(example("two_taps.prg")));
+    reading.clear();
+    EXPECT_EQ(bsdlIscConformance(reading), 0) << "no part is selected";
+    EXPECT_TRUE(reading.has("\tISC tests done PASS")) << "the first query makes up for the check";
+    reading.clear();
+    bsdlPrgSelectProgPart(reading, "U1");
+    EXPECT_EQ(bsdlIscPinBehavior(reading), ISC_PIN_BEHAVIOR_HIGHZ);
+    EXPECT_EQ(name_of(bsdlIscFirstAction(reading)), "PROGRAM");
+    EXPECT_EQ(bsdlIscNbrOfProcedures(reading), 3);
+    bsdlPrgSelectProgPart(reading, "U2");
+    EXPECT_EQ(bsdlIscPinBehavior(reading), ISC_PIN_BEHAVIOR_CLAMP);
+    EXPECT_EQ(name_of(bsdlIscFirstAction(reading)), "FINISH");
+    EXPECT_STREQ(bsdlIscDesignWarning(reading), "The write protect switch must be open.");
+    bsdlPrgSelectProgPart(reading, "U1");
+    EXPECT_EQ(bsdlIscNbrOfProcedures(reading), 3);
+    bsdlPrgSelectProgPart(reading, "U3");
+    expect_nothing(reading);
+    expect_messages(reading.messages(), {});
+}
+
+TEST(IscQueries, DataFileThatFailsItsCheck)
+{
+    std::string text = read_text(example("two_taps.prg"));
+    size_t at = text.find("(FLOW_ENABLE, FLOW_PROGRAM(ARRAY))");
+    ASSERT_NE(at, std::string::npos);
+    Reading reading(text.replace(at, 12, "(NO_SUCH_ONE"));
+    bsdlPrgSelectProgPart(reading, "U1");
+    reading.clear();
+    EXPECT_EQ(bsdlIscPinBehavior(reading), 0);
+    EXPECT_TRUE(reading.has("flow NO_SUCH_ONE does not exist in flow_description_list"));
 }
 
 } // namespace
