@@ -137,7 +137,7 @@ static const TwinSearch *search_twins(CellSearch *search, Bsdl *bsdl, const Port
     return twins;
 }
 
-// ------------------------------------------------------------------------- making what they need
+// --------------------------------------------------------------------------- making what they need
 
 static void put_ahead(const CellSearch *search, FirstCells *set, const CellEntry *cell)
 {
@@ -197,8 +197,7 @@ static CellSearch *cell_search_of(Bsdl *bsdl)
     return search;
 }
 
-// ------------------------------------------------------------------------------- resolving the
-// port
+// ------------------------------------------------------------------------------ resolving the port
 
 static int32_t check_subscript(const CellEntry *cell, const PinSpec *pin_spec)
 {
@@ -232,8 +231,7 @@ static int32_t check_subscript(const CellEntry *cell, const PinSpec *pin_spec)
     return 0;
 }
 
-// ------------------------------------------------------------------------------- rules of several
-// types
+// -------------------------------------------------------------------------- rules of several types
 
 static int32_t two_drivers(Rule rule, const CellEntry *cell, const CellEntry *other,
                            const char *functions)
@@ -276,8 +274,7 @@ static bool is_observed_output_driven(CellSearch *search, Bsdl *bsdl, const Cell
     return other_cell(search, cells.outputs, cell) || other_cell_ends_table(search, cell);
 }
 
-// ------------------------------------------------------------------------------- rules by port
-// type
+// ------------------------------------------------------------------------------ rules by port type
 
 static int32_t check_cell_of_in_port(const CellEntry *cell)
 {
@@ -427,7 +424,7 @@ int32_t check_cell_port(Bsdl *bsdl, CellEntry *cell)
     }
 }
 
-// ------------------------------------------------------------------------------------ the pins
+// ---------------------------------------------------------------------------------------- the pins
 
 int32_t check_missing_cells(Bsdl *bsdl)
 {
@@ -449,6 +446,8 @@ int32_t check_missing_cells(Bsdl *bsdl)
                      "statement>",
                      port_text(pin->port_id), port_type_name(pin->pin_type));
     }
+    // Without memory for the look-ups every pin seemed to have no cell.
+    failed |= lookups_of(bsdl)->arena.failed;
     return failed ? BSDL_RESULT_FAILED : BSDL_RESULT_OK;
 }
 

@@ -21,15 +21,15 @@ struct EbstCell {
     const CaptDesc **captures; // ends with NULL
 };
 
-// A row of the CHAIN_LIST.
+// A row of the CHAIN_LIST. What is NULL stands as "-" in the file, but for the pin name.
 struct EbstChainEntry {
     int32_t position;
     const char *cell_name;
-    const char *pin_name; // NULL for a port that no pin has
-    const char *data_input;
-    const char *data_output;
-    const char *select_position;
-    const char *control_position;
+    const char *pin_name;    // in double quotes; "-" without a port, NULL for a port no pin has
+    const char *data_input;  // physical pin
+    const char *data_output; // physical pin
+    const int32_t *select_position;
+    const int32_t *control_position;
     const char *disable_value;
 };
 

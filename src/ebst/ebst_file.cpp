@@ -26,6 +26,16 @@ constexpr int32_t LONGEST_UNKNOWN_CAPTURE = 1024;
 
 } // namespace
 
+// A text in double quotes, which count for the width.
+static void put_quoted(OutputFile *file, const char *text, size_t width)
+{
+    size_t length = std::strlen(text) + 2;
+    put(file, '"');
+    put(file, text, length - 2);
+    put(file, '"');
+    put_padded(file, "", width > length ? width - length : 0);
+}
+
 static void put_banner(OutputFile *file, int stars)
 {
     for (int i = 0; i < stars; i++)
@@ -33,8 +43,7 @@ static void put_banner(OutputFile *file, int stars)
     put(file, '\n');
 }
 
-// --------------------------------------------------------------------------------------- file
-// names
+// -------------------------------------------------------------------------------------- file names
 
 static bool has_drive(const char *path)
 {
@@ -73,8 +82,7 @@ static void put_doubling_backslashes(OutputFile *file, const char *path)
     }
 }
 
-// -------------------------------------------------------------------------------------------
-// header
+// ------------------------------------------------------------------------------------------ header
 
 static void put_time_stamp(OutputFile *file)
 {
@@ -118,18 +126,13 @@ static void put_header(OutputFile *file, const Bsdl *bsdl)
     put(file, "\nSTANDARD : IEEE_1149.1_1990\n");
 }
 
-// -----------------------------------------------------------------------------------------
-// PIN_LIST
+// ---------------------------------------------------------------------------------------- PIN_LIST
 
 static void put_pin(OutputFile *file, const EbstPin *pin)
 {
-    // "  %-12s %-16s %-6s %s\n", the number in double quotes
-    static constexpr size_t NUMBER_WIDTH = 12;
-    put(file, "  \"");
-    put(file, pin->number);
-    size_t quotes = 2, length = std::strlen(pin->number) + quotes;
-    put(file, '"');
-    put_padded(file, "", length < NUMBER_WIDTH ? NUMBER_WIDTH - length : 0);
+    // "  %-12s %-16s %-6s %s\n"
+    put(file, "  ");
+    put_quoted(file, pin->number, 12);
     put(file, ' ');
     put_padded(file, pin->name, 16);
     put(file, ' ');
@@ -153,8 +156,7 @@ static void put_pin_list(OutputFile *file, const Ebst *ebst)
     put(file, "END PIN_LIST\n");
 }
 
-// -----------------------------------------------------------------------------
-// INSTRUCTION_REGISTER
+// ---------------------------------------------------------------------------- INSTRUCTION_REGISTER
 
 // The first pattern with X wherever another one differs or has ended.
 static const char *merged_capture(Bsdl *bsdl, const GSList *patterns)
@@ -222,20 +224,27 @@ static const char *mode_column(const InstructionEntry *instruction)
     return "SAMPLE";
 }
 
-static void put_instruction(OutputFile *file, Bsdl *bsdl, const InstructionEntry *instruction)
+static void put_opcode(OutputFile *file, const char *pattern, char for_x)
 {
-    char filler = same_text(instruction->name, "EXTEST") ? '0' : '1';
+    put(file, '"');
+    for (const char *at = pattern; *at; at++)
+        put(file, *at == 'X' || *at == 'x' ? for_x : *at);
+    put(file, '"');
+    static constexpr size_t WIDTH = 10;
+    size_t length = std::strlen(pattern) + 2;
+    put_padded(file, "", length < WIDTH ? WIDTH - length : 0);
+}
+
+static void put_instruction(OutputFile *file, const InstructionEntry *instruction)
+{
+    const char *name = register_column(instruction);
     for (const GSList *link = instruction->patterns; link; link = link->next) {
-        const auto *pattern = static_cast<const char *>(link->data);
-        size_t length = std::strlen(pattern);
-        auto *value = static_cast<char *>(arena_alloc(&bsdl->arena, length + 3));
-        value[0] = '"';
-        for (size_t i = 0; i < length; i++)
-            value[i + 1] = pattern[i] == 'X' || pattern[i] == 'x' ? filler : pattern[i];
-        value[length + 1] = '"';
-        put_line(file, "%c %-18s %-10s %-12s %-8s %-10s\n", is_private(instruction) ? '*' : ' ',
-                 instruction_column(instruction), value, register_column(instruction),
-                 mode_column(instruction), register_column(instruction));
+        // "%c %-18s %-10s %-12s %-8s %-10s\n"
+        put_line(file, "%c %-18s ", is_private(instruction) ? '*' : ' ',
+                 instruction_column(instruction));
+        put_opcode(file, static_cast<const char *>(link->data),
+                   same_text(instruction->name, "EXTEST") ? '0' : '1');
+        put_line(file, " %-12s %-8s %-10s\n", name, mode_column(instruction), name);
     }
 }
 
@@ -253,14 +262,13 @@ static void put_instruction_register(OutputFile *file, Bsdl *bsdl)
     put(file, "* NAME               VALUE        REGISTER     MODE     REGISTER  *\n");
     put_banner(file, 67);
     for (const GSList *link = record->opcode_table; link; link = link->next)
-        put_instruction(file, bsdl, static_cast<const InstructionEntry *>(link->data));
+        put_instruction(file, static_cast<const InstructionEntry *>(link->data));
     put_banner(file, 67);
     put(file, "END INSTRUCTION_LIST\n\n");
     put(file, "END INSTRUCTION_REGISTER\n\n");
 }
 
-// ---------------------------------------------------------------------------------------- CELL
-// blocks
+// ------------------------------------------------------------------------------------- CELL blocks
 
 static void put_cell(OutputFile *file, const EbstCell *cell)
 {
@@ -281,8 +289,23 @@ static void put_cell(OutputFile *file, const EbstCell *cell)
     put(file, "\nEND CELL\n\n\n");
 }
 
-// ---------------------------------------------------------------------------
-// BOUNDARY_SCAN_REGISTER
+// -------------------------------------------------------------------------- BOUNDARY_SCAN_REGISTER
+
+static void put_pin_number(OutputFile *file, const char *number)
+{
+    if (number)
+        put_quoted(file, number, 8);
+    else
+        put_padded(file, "-", 8);
+}
+
+static void put_position(OutputFile *file, const int32_t *position)
+{
+    if (position)
+        put_padded(file, *position, 5);
+    else
+        put_padded(file, "-", 5);
+}
 
 static void put_chain_entry(OutputFile *file, const EbstChainEntry *entry)
 {
@@ -294,15 +317,15 @@ static void put_chain_entry(OutputFile *file, const EbstChainEntry *entry)
     put(file, ' ');
     put_padded(file, shown(entry->pin_name), 15);
     put(file, ' ');
-    put_padded(file, entry->data_input, 8);
+    put_pin_number(file, entry->data_input);
     put(file, ' ');
-    put_padded(file, entry->data_output, 8);
+    put_pin_number(file, entry->data_output);
     put(file, ' ');
-    put_padded(file, entry->select_position, 5);
+    put_position(file, entry->select_position);
     put(file, ' ');
-    put_padded(file, entry->control_position, 5);
+    put_position(file, entry->control_position);
     put(file, ' ');
-    put(file, entry->disable_value);
+    put(file, entry->disable_value ? entry->disable_value : "-");
     put(file, '\n');
 }
 
@@ -323,8 +346,7 @@ static void put_boundary_register(OutputFile *file, const Ebst *ebst)
     put(file, "END BOUNDARY_SCAN_REGISTER\n\n");
 }
 
-// -------------------------------------------------------------------------- identification
-// registers
+// ------------------------------------------------------------------------ identification registers
 
 // One field of an IDCODE pattern; empty where a pattern of another length has none.
 static void put_idcode_field(OutputFile *file, const char *label, const char *pattern, size_t start,
@@ -357,8 +379,7 @@ static void put_usercode_register(OutputFile *file, const char *pattern)
     put(file, "END USERCODE_REGISTER\n\n");
 }
 
-// ------------------------------------------------------------------------------- BIST_REGISTER,
-// BYPASS
+// --------------------------------------------------------------------------- BIST_REGISTER, BYPASS
 
 static bool holds_runbist(const RegisterEntry *entry)
 {
@@ -409,8 +430,7 @@ static void put_bypass_register(OutputFile *file)
     put(file, "END BYPASS_REGISTER\n\n");
 }
 
-// --------------------------------------------------------------------------------------
-// DATA_REGISTER
+// ----------------------------------------------------------------------------------- DATA_REGISTER
 
 static void put_register_capture(OutputFile *file, const RegisterEntry *entry)
 {
@@ -449,8 +469,7 @@ static void put_data_registers(OutputFile *file, const GSList *instructions)
     }
 }
 
-// --------------------------------------------------------------------------------------
-// GLOBAL_FAMILY
+// ----------------------------------------------------------------------------------- GLOBAL_FAMILY
 
 static void put_global_family(OutputFile *file, const BsdlData *data)
 {
@@ -464,8 +483,7 @@ static void put_global_family(OutputFile *file, const BsdlData *data)
     put(file, "END GLOBAL_FAMILY\n\n");
 }
 
-// ----------------------------------------------------------------------------------------- the
-// exports
+// ------------------------------------------------------------------------------------- the exports
 
 static void put_file(OutputFile *file, Bsdl *bsdl)
 {

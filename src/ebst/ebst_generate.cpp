@@ -12,7 +12,7 @@ namespace
 {
 
 constexpr size_t SCRATCH_BLOCK = size_t{64} << 10;
-constexpr const char *NO_VALUE = "-";
+constexpr uint32_t FIRST_NAMES = 64;
 
 // The text of a number.
 struct Digits {
@@ -27,14 +27,8 @@ struct Digits {
 
 } // namespace
 
-// ---------------------------------------------------------------------------------------- words
+// ------------------------------------------------------------------------------------------- words
 // Put together by hand: a large device has a million of each.
-
-static const char *number_text(Bsdl *bsdl, int32_t number)
-{
-    Digits digits(number);
-    return arena_text(&bsdl->arena, digits.text, digits.length);
-}
 
 static const char *quoted(Bsdl *bsdl, const char *text)
 {
@@ -68,7 +62,7 @@ static const char *quoted_port(Bsdl *bsdl, const PortId *port)
     return made;
 }
 
-// ----------------------------------------------------------------------------------------- pins
+// -------------------------------------------------------------------------------------------- pins
 
 static bool contains_folded(const char *text, const char *part)
 {
@@ -129,21 +123,28 @@ static int32_t ebst_pin_type(const PinEntry *pin)
     }
 }
 
-static GSList *make_pins(Bsdl *bsdl)
+// In one array, as the pins themselves. NULL without pins, or when memory runs out.
+static EbstPin *make_pins(Bsdl *bsdl, GSList **list)
 {
-    List pins = {};
-    for (const GList *link = bsdl->data->pins; link; link = link->next) {
+    const BsdlData *data = bsdl->data;
+    uint32_t count = list_count(&bsdl->data->pin_walk, data->pins);
+    auto *pins = count ? arena_array<EbstPin>(&bsdl->arena, count) : nullptr;
+    if (!pins)
+        return nullptr;
+    List made = {};
+    EbstPin *pin = pins;
+    for (const GList *link = data->pins; link; link = link->next, pin++) {
         const auto *entry = static_cast<const PinEntry *>(link->data);
-        auto *pin = model_new<EbstPin>(bsdl);
         pin->number = entry->physical_name;
         pin->name = quoted_port(bsdl, entry->port_id);
         pin->type = ebst_pin_type(entry);
-        pins = model_append(bsdl, pins, pin);
+        made = model_append(bsdl, made, pin);
     }
-    return pins.head;
+    *list = made.head;
+    return pins;
 }
 
-// ---------------------------------------------------------------------------------------- cells
+// ------------------------------------------------------------------------------------------- cells
 
 static bool has_disable_value(const CellEntry *cell)
 {
@@ -230,35 +231,63 @@ static uint64_t ebst_name_key(const CellEntry *cell)
            (initial_value(cell) == '1');
 }
 
-static GSList *make_cells(Bsdl *bsdl, GSList *cell_table, uint32_t cell_count)
-{
+// The cells made so far, by name. There are few of them as a rule, so the index grows with them.
+struct CellNames {
     Arena scratch;
-    if (!arena_start(&scratch, SCRATCH_BLOCK)) {
+    Index index;
+    EbstCell **cells;
+    uint64_t *keys;
+    uint32_t count;
+    uint32_t capacity;
+};
+
+static void grow(CellNames *names)
+{
+    names->capacity = names->capacity ? names->capacity * 4 : FIRST_NAMES;
+    auto **cells = arena_array<EbstCell *>(&names->scratch, names->capacity);
+    auto *keys = arena_array<uint64_t>(&names->scratch, names->capacity);
+    index_start(&names->index, &names->scratch, names->capacity);
+    if (names->scratch.failed)
+        return;
+    for (uint32_t i = 0; i < names->count; i++) {
+        cells[i] = names->cells[i];
+        keys[i] = names->keys[i];
+        index_first(&names->index, keys[i], i);
+    }
+    names->cells = cells;
+    names->keys = keys;
+}
+
+static GSList *make_cells(Bsdl *bsdl, GSList *cell_table)
+{
+    CellNames names = {};
+    if (!arena_start(&names.scratch, SCRATCH_BLOCK)) {
         bsdl->arena.failed = true;
         return nullptr;
     }
-    Index names;
-    index_start(&names, &scratch, cell_count);
-    auto **named = arena_array<const EbstCell *>(&scratch, cell_count);
-    uint32_t count = 0;
     List cells = {};
-    for (const GSList *link = scratch.failed ? nullptr : cell_table; link; link = link->next) {
+    for (const GSList *link = cell_table; link; link = link->next) {
+        if (names.count == names.capacity)
+            grow(&names);
+        if (names.scratch.failed)
+            break;
         const auto *cell = static_cast<const CellEntry *>(link->data);
-        uint32_t known = index_first(&names, ebst_name_key(cell), count);
+        uint64_t key = ebst_name_key(cell);
+        uint32_t known = index_first(&names.index, key, names.count);
         if (known == INDEX_NONE) {
-            EbstCell *made = make_cell(bsdl, cell);
-            cells = model_append(bsdl, cells, made);
-            named[count] = made;
-            known = count++;
+            known = names.count++;
+            names.keys[known] = key;
+            names.cells[known] = make_cell(bsdl, cell);
+            cells = model_append(bsdl, cells, names.cells[known]);
         }
-        cell->cell_spec->ebst_name = named[known]->name;
+        cell->cell_spec->ebst_name = names.cells[known]->name;
     }
-    bsdl->arena.failed |= scratch.failed;
-    arena_release(&scratch);
+    bsdl->arena.failed |= names.scratch.failed;
+    arena_release(&names.scratch);
     return cells.head;
 }
 
-// ---------------------------------------------------------------------------------------- chain
+// ------------------------------------------------------------------------------------------- chain
 
 static bool reads_pin(const CellEntry *cell)
 {
@@ -311,13 +340,13 @@ static bool is_control(const CellEntry *cell)
             !cell->merged_with);
 }
 
-static const char *control_position(Bsdl *bsdl, const CellEntry *cell)
+static const int32_t *control_position(const CellEntry *cell)
 {
     if (is_controlled(cell))
-        return number_text(bsdl, cell->disable_spec->ccell);
+        return &cell->disable_spec->ccell;
     if (is_control(cell))
-        return number_text(bsdl, static_cast<int32_t>(cell->cell_number));
-    return NO_VALUE;
+        return reinterpret_cast<const int32_t *>(&cell->cell_number);
+    return nullptr;
 }
 
 static const char *disable_value(const CellEntry *cell)
@@ -326,7 +355,7 @@ static const char *disable_value(const CellEntry *cell)
         return disable_value_name(cell->disable_spec->disable_value);
     if (is_control(cell))
         return safe_bit_name(cell->cell_spec->safe_bit);
-    return NO_VALUE;
+    return nullptr;
 }
 
 static const PinEntry *pin_of(Bsdl *bsdl, const CellEntry *cell)
@@ -335,21 +364,21 @@ static const PinEntry *pin_of(Bsdl *bsdl, const CellEntry *cell)
     return port ? find_pin_entry(bsdl, port) : nullptr;
 }
 
-static const char *pin_number(Bsdl *bsdl, const PinEntry *pin)
+// As the cell writes it, which may differ in case from the declaration of the port.
+static const char *pin_name(Bsdl *bsdl, const EbstPin *pins, const CellEntry *cell,
+                            const PinEntry *pin)
 {
-    return pin && pin->physical_name ? quoted(bsdl, pin->physical_name) : NO_VALUE;
-}
-
-static const char *pin_name(Bsdl *bsdl, const CellEntry *cell, const PinEntry *pin)
-{
-    if (!cell->cell_spec->port)
-        return NO_VALUE;
-    return pin && pin->pin_type != PIN_TYPE_LINKAGE ? quoted_port(bsdl, cell->cell_spec->port)
-                                                    : nullptr;
+    const PortId *port = cell->cell_spec->port;
+    if (!port)
+        return "-";
+    if (!pin || pin->pin_type == PIN_TYPE_LINKAGE)
+        return nullptr;
+    const auto *first = static_cast<const PinEntry *>(bsdl->data->pins->data);
+    return port->name == pin->port_id->name ? pins[pin - first].name : quoted_port(bsdl, port);
 }
 
 // A merged cell has one row: what it reads is told by its INPUT entry, what it drives by the other.
-static EbstChainEntry *make_chain_entry(Bsdl *bsdl, const CellEntry *cell)
+static EbstChainEntry *make_chain_entry(Bsdl *bsdl, const EbstPin *pins, const CellEntry *cell)
 {
     const CellEntry *driver = cell->merged_with ? cell->merged_with : cell;
     const PinEntry *pin = pin_of(bsdl, cell);
@@ -358,29 +387,30 @@ static EbstChainEntry *make_chain_entry(Bsdl *bsdl, const CellEntry *cell)
     auto *entry = model_new<EbstChainEntry>(bsdl);
     entry->position = static_cast<int32_t>(cell->cell_number);
     entry->cell_name = cell->cell_spec->ebst_name;
-    entry->pin_name = pin_name(bsdl, cell, pin);
-    entry->data_input = reads_pin(cell) ? pin_number(bsdl, pin) : NO_VALUE;
-    entry->data_output = drives_pin(driver) ? pin_number(bsdl, driven_pin) : NO_VALUE;
-    entry->select_position = is_bidirectional(cell) && cell->disable_spec
-                                 ? number_text(bsdl, cell->disable_spec->ccell)
-                                 : NO_VALUE;
-    entry->control_position = control_position(bsdl, driver);
+    entry->pin_name = pin_name(bsdl, pins, cell, pin);
+    if (pin && reads_pin(cell))
+        entry->data_input = pin->physical_name;
+    if (driven_pin && drives_pin(driver))
+        entry->data_output = driven_pin->physical_name;
+    if (is_bidirectional(cell) && cell->disable_spec)
+        entry->select_position = &cell->disable_spec->ccell;
+    entry->control_position = control_position(driver);
     entry->disable_value = disable_value(driver);
     return entry;
 }
 
-static GSList *make_chain(Bsdl *bsdl, GSList *cell_table)
+static GSList *make_chain(Bsdl *bsdl, const EbstPin *pins, GSList *cell_table)
 {
     List chain = {};
     for (const GSList *link = cell_table; link; link = link->next) {
         const auto *cell = static_cast<const CellEntry *>(link->data);
         if (!cell->merged_with || cell->cell_spec->function == CELL_FUNCTION_INPUT)
-            chain = model_append(bsdl, chain, make_chain_entry(bsdl, cell));
+            chain = model_append(bsdl, chain, make_chain_entry(bsdl, pins, cell));
     }
     return chain.head;
 }
 
-// ----------------------------------------------------------------------------------- the export
+// -------------------------------------------------------------------------------------- the export
 
 int32_t bsdlGenEbst(Bsdl *bsdl)
 {
@@ -392,12 +422,12 @@ int32_t bsdlGenEbst(Bsdl *bsdl)
     auto *ebst = model_new<Ebst>(bsdl);
     ebst->component_name = data->component_name;
     ebst->ebst_file_name = bsdl->ebst_file_name;
-    ebst->pins = make_pins(bsdl);
-    if (BoundaryRegister *record = data->boundary_register) {
+    const EbstPin *pins = make_pins(bsdl, &ebst->pins);
+    const BoundaryRegister *record = data->boundary_register;
+    if (record && !bsdl->arena.failed) {
         ebst->boundary_length = static_cast<int32_t>(record->boundary_length);
-        ebst->cells =
-            make_cells(bsdl, record->cell_table, list_count(&record->walk, record->cell_table));
-        ebst->chain = make_chain(bsdl, record->cell_table);
+        ebst->cells = make_cells(bsdl, record->cell_table);
+        ebst->chain = make_chain(bsdl, pins, record->cell_table);
     }
     lookups_drop(bsdl);
     if (bsdl->arena.failed)

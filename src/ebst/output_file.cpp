@@ -20,7 +20,7 @@ constexpr mode_t PERMISSIONS = 07777;
 
 } // namespace
 
-// -------------------------------------------------------------------------------------- opening
+// ----------------------------------------------------------------------------------------- opening
 
 static bool open_directly(OutputFile *file)
 {
@@ -80,7 +80,7 @@ bool output_open(OutputFile *file, const char *name)
     return true;
 }
 
-// -------------------------------------------------------------------------------------- writing
+// ----------------------------------------------------------------------------------------- writing
 
 static void write_through(OutputFile *file, const char *text, size_t length)
 {
