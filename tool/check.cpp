@@ -10,7 +10,6 @@
 
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <thread>
 #include <unistd.h>
 
@@ -72,14 +71,13 @@ class CheckRun
   public:
     explicit CheckRun(const CheckOptions &given) : options(given) {}
     int run();
-    // The library has ended the process while this file was read.
-    int ended(const FileReport &report);
 
   private:
     bool set_rules();
     void set_job();
     void make_reporter();
     bool take(const FileReport &report);
+    int ended(FileReport &report);
     int status() const;
 
     const CheckOptions &options;
@@ -89,12 +87,6 @@ class CheckRun
     Totals totals;
     bool folders_missing = false;
 };
-
-// For the handler below, which has no argument.
-struct {
-    CheckRun *run;
-    const FileReport *report;
-} at_work;
 
 } // namespace
 
@@ -160,25 +152,22 @@ int CheckRun::status() const
     return totals.errors ? STATUS_FINDINGS : STATUS_CLEAN;
 }
 
-int CheckRun::ended(const FileReport &report)
+// While a file was read in this process.
+int CheckRun::ended(FileReport &report)
 {
-    FileReport known = report;
-    known.end_reason = "the process that read the file ended";
-    take(known);
+    report.end_reason = "the process that read the file ended";
+    take(report);
     reporter->end(totals);
     close_output();
     return STATUS_UNUSABLE;
 }
 
-static void report_what_there_is()
-{
-    if (!at_work.report)
-        return;
-    _exit(at_work.run->ended(*at_work.report));
-}
-
 int CheckRun::run()
 {
+    if (options.paths.empty()) {
+        complain("no files are given; 'tarnlet check --help' has the use");
+        return STATUS_UNUSABLE;
+    }
     if (!set_rules())
         return STATUS_UNUSABLE;
     set_job();
@@ -193,10 +182,9 @@ int CheckRun::run()
     if (files.size() == 1) {
         FileReport report;
         report.path = files[0];
-        at_work = {this, &report};
-        std::atexit(report_what_there_is);
+        if_process_ends([&] { return ended(report); });
         check_file(files[0], job, report);
-        at_work.report = nullptr;
+        if_process_ends({});
         take(report);
     } else {
         // The copy of standard input is there for all children.
@@ -225,8 +213,7 @@ std::function<int()> set_up_check(CLI::App &app)
     auto options = std::make_shared<CheckOptions>();
     app.add_option("FILE", options->paths,
                    "Files, folders of .bsd, .bsdl, .bsm, .ppc and .prg files, or - for standard "
-                   "input")
-        ->required();
+                   "input");
     app.add_option("--format", options->format, "How messages are written")
         ->check(CLI::IsMember({"text", "gcc", "json", "sarif"}))
         ->type_name("FORMAT");

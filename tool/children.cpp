@@ -115,38 +115,21 @@ static bool write_all(int to, const void *data, size_t size)
 
 // ------------------------------------------------------------------------------------- the child
 
-namespace
-{
-
-// What a child is at, for the case that the library ends the process.
-struct {
-    const FileReport *report;
-    int to;
-} at_work;
-
-} // namespace
-
-static void send_what_there_is()
-{
-    if (!at_work.report)
-        return;
-    const std::string bytes = packed(*at_work.report);
-    write_all(at_work.to, bytes.data(), bytes.size());
-}
-
 [[noreturn]] static void serve(int requests, int results, const std::vector<std::string> &files,
                                const CheckJob &job)
 {
-    std::atexit(send_what_there_is);
+    const auto send = [&](const FileReport &report) {
+        const std::string bytes = packed(report);
+        return write_all(results, bytes.data(), bytes.size());
+    };
     uint32_t index;
     while (read(requests, &index, sizeof index) == sizeof index) {
         FileReport report;
         report.path = files[index];
-        at_work = {&report, results};
+        if_process_ends([&] { return send(report) ? 0 : 1; });
         check_file(files[index], job, report);
-        at_work.report = nullptr;
-        const std::string bytes = packed(report);
-        if (!write_all(results, bytes.data(), bytes.size()))
+        if_process_ends({});
+        if (!send(report))
             break;
     }
     _exit(0);

@@ -24,3 +24,4 @@ struct Command {
 };
 
 std::function<int()> set_up_check(CLI::App &app);
+std::function<int()> set_up_ebst(CLI::App &app);

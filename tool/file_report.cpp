@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <dlfcn.h>
 #include <string_view>
+#include <unistd.h>
+#include <utility>
 
 // Tries of a package search are kept until it is known whether the package was found.
 constexpr uint32_t SEARCH_VERBOSITY = 4;
@@ -14,7 +16,8 @@ static bool is_try(const Message &message)
            message.text.starts_with("\tTrying '");
 }
 
-void check_file(const std::string &path, const CheckJob &job, FileReport &report)
+void check_file(const std::string &path, const CheckJob &job, FileReport &report,
+                const std::function<void(Reading &reading)> &afterwards)
 {
     std::vector<Message> tries;
     const auto keep = [&](const Message &message) {
@@ -46,7 +49,26 @@ void check_file(const std::string &path, const CheckJob &job, FileReport &report
         report.checks |=
             (reading.has_isc() ? +CHECKED_ISC : 0u) | (reading.has_aio() ? +CHECKED_AIO : 0u);
     report.passed = reading.check();
+    if (afterwards)
+        afterwards(reading);
     report.state = FileState::READ;
+}
+
+// Never released: it is needed after the end of main().
+static std::function<int()> &end_handler()
+{
+    static auto *handler = new std::function<int()>;
+    return *handler;
+}
+
+void if_process_ends(std::function<int()> handler)
+{
+    static const int registered = std::atexit([] {
+        if (end_handler())
+            _exit(end_handler()());
+    });
+    (void)registered;
+    end_handler() = std::move(handler);
 }
 
 std::string installed_package_folder()

@@ -34,8 +34,14 @@ struct CheckJob {
 };
 
 // Reads and checks a file in this process. The report grows while the file is read, so that it
-// holds what was said when the process has to end.
-void check_file(const std::string &path, const CheckJob &job, FileReport &report);
+// holds what was said when the process has to end. What is done `afterwards` with a file that
+// could be read adds its messages too.
+void check_file(const std::string &path, const CheckJob &job, FileReport &report,
+                const std::function<void(Reading &reading)> &afterwards = {});
+
+// The library ends the process where the memory for a scan or a package search runs out. This is
+// then called and gives the exit status; an empty handler is none.
+void if_process_ends(std::function<int()> handler);
 
 // The package folder that is installed with the library, empty when it is not known.
 std::string installed_package_folder();

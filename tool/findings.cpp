@@ -192,7 +192,7 @@ static std::string counted_or_no(size_t count, const char *noun)
 
 std::string closing_line(const Totals &totals)
 {
-    std::string line = counted(totals.files, "file") + " checked";
+    std::string line = counted(totals.files - totals.not_read, "file") + " checked";
     std::string kinds;
     const auto add_kind = [&](size_t count, const char *what) {
         if (count)

@@ -15,6 +15,7 @@ namespace
 
 constexpr Command COMMANDS[] = {
     {"check", "Check descriptions and data files", set_up_check},
+    {"ebst", "Write the EBST file of a description", set_up_ebst},
 };
 
 constexpr const char *SUMMARY = "Reads, checks and queries boundary scan descriptions (BSDL).";
