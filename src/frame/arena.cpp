@@ -58,7 +58,8 @@ bool arena_start(Arena *arena, size_t first_block)
     *arena = Arena{};
     arena->block_size = first_block;
     arena->reserve = block_request(RESERVE_SIZE);
-    return arena->reserve != nullptr;
+    arena->failed = !arena->reserve;
+    return !arena->failed;
 }
 
 void arena_release(Arena *arena)
