@@ -1,4 +1,4 @@
-#include "ebst/ebst.h"
+#include "frame/arena.h"
 #include "frame/model.h"
 #include "support/description.h"
 
@@ -97,6 +97,21 @@ TEST(EbstFile, OrderOfTheCalls)
     EXPECT_EQ(bsdlSetEbstFile(reading, "x"), 3);
     EXPECT_EQ(bsdlGenEbst(reading), 3);
     EXPECT_EQ(bsdlCreateEbst(reading), 3);
+}
+
+TEST(EbstFile, MemoryRunsOut)
+{
+    int32_t result = 100;
+    for (long requests = 0; result && requests < 100; requests++) {
+        Reading reading{Description()};
+        expect_clean(reading);
+        memory_fail_after(requests);
+        result = bsdlGenEbst(reading);
+        memory_fail_after(-1);
+        EXPECT_TRUE(result == 0 || result == 100) << requests;
+        EXPECT_EQ(bsdlGetNrOfEbstPins(reading), result ? -1 : 11) << requests;
+    }
+    EXPECT_EQ(result, 0);
 }
 
 TEST(EbstFile, UncheckedDescriptionGivesAFile)
