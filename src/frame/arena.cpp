@@ -51,6 +51,13 @@ static void block_enter(Arena *arena, ArenaBlock *block)
     arena->blocks = block;
     arena->next = block_start(block);
     arena->end = arena->next + block->size;
+    ARENA_CLOSE(arena->next, block->size);
+}
+
+static void grow_blocks(Arena *arena)
+{
+    if (arena->block_size < LARGEST_BLOCK)
+        arena->block_size *= 2;
 }
 
 bool arena_start(Arena *arena, size_t first_block)
@@ -74,11 +81,11 @@ void arena_release(Arena *arena)
 
 void *arena_grow(Arena *arena, size_t size)
 {
-    size_t wanted = arena->block_size > size ? arena->block_size : size;
+    const size_t room = size + sizeof(uint64_t) + ARENA_GUARD;
+    size_t wanted = arena->block_size > room ? arena->block_size : room;
     ArenaBlock *block = arena->failed ? nullptr : block_request(wanted);
     if (block) {
-        if (arena->block_size < LARGEST_BLOCK)
-            arena->block_size *= 2;
+        grow_blocks(arena);
     } else {
         arena->failed = true;
         block = arena->reserve;
@@ -108,20 +115,28 @@ void *arena_try(Arena *arena, size_t count, size_t size)
         return nullptr;
     }
     bytes = (bytes + 7) & ~size_t{7};
-    if (bytes <= static_cast<size_t>(arena->end - arena->next) || bytes <= arena->block_size)
+    const size_t room = bytes + ARENA_GUARD;
+    if (room <= static_cast<size_t>(arena->end - arena->next))
         return arena_alloc(arena, bytes);
-    // A large array gets a block of its own behind the current one, which stays in use.
-    ArenaBlock *block = block_request(bytes);
+    const bool large = room > arena->block_size;
+    ArenaBlock *block = block_request(large ? bytes : arena->block_size);
     if (!block) {
         arena->failed = true;
         return nullptr;
     }
+    if (!large) {
+        grow_blocks(arena);
+        block_enter(arena, block);
+        return arena_alloc(arena, bytes);
+    }
+    // A large array gets a block of its own behind the current one, which stays in use.
     if (arena->blocks) {
         block->older = arena->blocks->older;
         arena->blocks->older = block;
-        return block_start(block);
+    } else {
+        block_enter(arena, block);
+        arena->next = arena->end;
+        ARENA_OPEN(block_start(block), bytes);
     }
-    block_enter(arena, block);
-    arena->next = arena->end;
     return block_start(block);
 }

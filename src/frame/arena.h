@@ -3,6 +3,26 @@
 #include <cstddef>
 #include <type_traits>
 
+// Under the address sanitizer each piece of an arena ends in memory that must not be touched, so
+// that a step beyond a record or text is seen although all of them lie in one block.
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define ARENA_GUARDED 1
+#endif
+#elif defined(__SANITIZE_ADDRESS__)
+#define ARENA_GUARDED 1
+#endif
+#ifdef ARENA_GUARDED
+#include <sanitizer/asan_interface.h>
+constexpr size_t ARENA_GUARD = 8;
+#define ARENA_CLOSE(memory, size) ASAN_POISON_MEMORY_REGION(memory, size)
+#define ARENA_OPEN(memory, size) ASAN_UNPOISON_MEMORY_REGION(memory, size)
+#else
+constexpr size_t ARENA_GUARD = 0;
+#define ARENA_CLOSE(memory, size) ((void)0)
+#define ARENA_OPEN(memory, size) ((void)0)
+#endif
+
 // Memory of one reading (the model) or of one check (its indexes): blocks that are handed out piece
 // by piece and given back all at once. Borrowed pointers stay good as long as the arena.
 //
@@ -33,11 +53,12 @@ void *arena_grow(Arena *arena, size_t size);
 // Zeroed and aligned for any record of the model. Never NULL for sizes up to a token's length.
 inline void *arena_alloc(Arena *arena, size_t size)
 {
-    size = (size + 7) & ~size_t{7};
-    if (size > static_cast<size_t>(arena->end - arena->next))
+    const size_t room = ((size + 7) & ~size_t{7}) + ARENA_GUARD;
+    if (room > static_cast<size_t>(arena->end - arena->next))
         return arena_grow(arena, size);
     void *piece = arena->next;
-    arena->next += size;
+    arena->next += room;
+    ARENA_OPEN(piece, size);
     return piece;
 }
 

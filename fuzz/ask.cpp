@@ -1,0 +1,365 @@
+#include "targets.h"
+
+#include <cstdlib>
+#include <cstring>
+
+// A list that goes on longer than any file of this size could make it does not end.
+static constexpr int LONGEST_LIST = 2000000;
+
+static volatile size_t seen;
+
+static void look(const char *text)
+{
+    if (text)
+        seen = std::strlen(text);
+}
+
+static void look(const PortId *port)
+{
+    if (port) {
+        look(port->name);
+        seen = static_cast<size_t>(port->subscripted + port->subscript);
+    }
+}
+
+static void look(const PinEntry *const_pin)
+{
+    auto *pin = const_cast<PinEntry *>(const_pin);
+    look(bsdlGetPinPortID(pin));
+    look(bsdlGetPinPhysicalName(pin));
+    seen = static_cast<size_t>(bsdlGetPinType(pin) + bsdlGetPinFunction(pin));
+}
+
+static void look(const PortGroup *group)
+{
+    if (group) {
+        look(group->representative);
+        look(group->associated);
+    }
+}
+
+// `next` goes on beyond the end: it must stay there.
+template <class T, class First, class Next, class Look>
+static void walk(T (*first)(First), T (*next)(Next), First owner, Look look_at)
+{
+    int count = 0;
+    for (T item = first(owner); item; item = next(owner)) {
+        look_at(item);
+        if (++count > LONGEST_LIST)
+            std::abort();
+    }
+    look_at(next(owner));
+    look_at(next(owner));
+}
+
+template <class T, class Owner>
+static void walk(T (*first)(Owner), T (*next)(Owner), Owner owner)
+{
+    walk(first, next, owner, [](T item) { look(item); });
+}
+
+static void ask_about_instruction(InstructionEntry *e)
+{
+    look(bsdlGetInstructionName(e));
+    look(bsdlGetInstrRegisterName(e));
+    look(bsdlGetInstrCaptureValue(e));
+    seen = static_cast<size_t>(bsdlGetInstructionType(e) + bsdlIsInstrPreload(e) +
+                               bsdlGetInstrRegisterLength(e) + bsdlGetNbrOfInstrPatterns(e));
+    walk(bsdlGetFirstInstrPattern, bsdlGetNextInstrPattern, e);
+}
+
+static void ask_about_cell(CellEntry *e)
+{
+    look(bsdlGetCellName(e));
+    look(bsdlGetCellEbstName(e));
+    look(bsdlGetCellPort(e));
+    seen = static_cast<size_t>(bsdlGetCellNumber(e));
+    seen = static_cast<size_t>(bsdlGetCellFunction(e) + bsdlGetCellSafeBit(e));
+    seen = static_cast<size_t>(bsdlGetCellControlCell(e));
+    seen = static_cast<size_t>(bsdlGetCellDisableValue(e) + bsdlGetCellDisableResult(e));
+}
+
+static void ask_about_cell_desc(GSList *cell)
+{
+    look(bsdlGetCellDescName(cell));
+    look(bsdlGetCellDescPackage(cell));
+    walk(bsdlGetCellFirstCaptDesc, bsdlGetCellNextCaptDesc, cell, [](GSList *capt) {
+        seen = static_cast<size_t>(bsdlGetCellCaptContext(capt) + bsdlGetCellCaptInstr(capt) +
+                                   bsdlGetCellCaptSource(capt));
+    });
+}
+
+static void ask_about_header(Bsdl *h)
+{
+    look(bsdlFileName(h));
+    look(bsdlComponentName(h));
+    look(bsdlGetDefaultDevicePackage(h));
+    look(bsdlStandard1149_1(h));
+    look(bsdlStandard1532(h));
+    look(bsdlStandard1149_4(h));
+    look(bsdlStandard1149_6(h));
+    look(bsdlStandardPrg(h));
+    seen = bsdlIs1990(h) + bsdlIs1994(h) + bsdlIs2001(h) + bsdlIs1532(h) + bsdlIsPrg(h) +
+           bsdlIsAio(h);
+    seen = static_cast<size_t>(bsdlStandard(h) + bsdlConformance(h) + bsdlGetNumErrors(h));
+    walk(bsdlGetFirstDotALLFileSpec, bsdlGetNextDotALLFileSpec, h);
+    walk(bsdlGetFirstDotALLSpec, bsdlGetNextDotALLSpec, h);
+    walk(bsdlGetFirstCellDesc, bsdlGetNextCellDesc, h, ask_about_cell_desc);
+    look(bsdlDesignWarning(h));
+    look(bsdlGetCorvaneClass(h, "CLASS"));
+    look(bsdlGetCorvaneClass(h, nullptr));
+}
+
+static void ask_about_ports(Bsdl *h)
+{
+    PortId *(*const taps[])(Bsdl *) = {bsdlGetTckPortId, bsdlGetTdiPortId, bsdlGetTmsPortId,
+                                       bsdlGetTdoPortId, bsdlGetTrstPortId};
+    for (auto *tap : taps)
+        look(tap(h));
+    seen = static_cast<size_t>(bsdlGetTckFrequency(h) > 0) +
+           static_cast<size_t>(bsdlGetTckHaltState(h));
+    seen = static_cast<size_t>(bsdlGetNbrOfPins(h) + bsdlGetNbrOfPinMaps(h));
+    seen = static_cast<size_t>(bsdlGetNbrOfPortGroups(h) + bsdlGetNbrOfComplPorts(h));
+    seen = static_cast<size_t>(bsdlGetNbrOfComplPatterns(h));
+    walk(bsdlGetFirstPin, bsdlGetNextPin, h, [](PinEntry *pin) { look(pin); });
+    walk(bsdlGetFirstPinMap, bsdlGetNextPinMap, h);
+    walk(bsdlGetFirstPortGroup, bsdlGetNextPortGroup, h, [](PortGroup *group) { look(group); });
+    walk(bsdlGetFirstComplPort, bsdlGetNextComplPort, h);
+    walk(bsdlGetFirstComplPattern, bsdlGetNextComplPattern, h);
+}
+
+static void ask_about_registers(Bsdl *h)
+{
+    seen = static_cast<size_t>(bsdlGetInstructionLength(h));
+    seen = static_cast<size_t>(bsdlGetBSRLength(h));
+    seen = static_cast<size_t>(bsdlGetNbrOfInstructions(h) + bsdlGetNbrOfInstructionCaptures(h));
+    seen = static_cast<size_t>(bsdlGetNbrOfIdcodePatterns(h) + bsdlGetNbrOfUsercodePatterns(h));
+    walk(bsdlGetFirstInstruction, bsdlGetNextInstruction, h, ask_about_instruction);
+    walk(bsdlGetFirstInstructionCapture, bsdlGetNextInstructionCapture, h);
+    walk(bsdlGetFirstIdcodePattern, bsdlGetNextIdcodePattern, h);
+    walk(bsdlGetFirstUsercodePattern, bsdlGetNextUsercodePattern, h);
+    walk(bsdlGetFirstCellEntry, bsdlGetNextCellEntry, h, ask_about_cell);
+    seen = static_cast<size_t>(bsdlGetNrOfEbstPins(h));
+    walk(bsdlGetFirstEbstPin, bsdlGetNextEbstPin, h, [](EbstPin *pin) {
+        look(bsdlGetEbstPinNumber(pin));
+        look(bsdlGetEbstPinName(pin));
+        seen = static_cast<size_t>(bsdlGetEbstPinType(pin));
+    });
+}
+
+// ------------------------------------------------------------------------------------- IEEE 1532
+
+static void look(const IscExpression *expression)
+{
+    if (expression) {
+        look(expression->hex_string);
+        seen = static_cast<size_t>(expression->operation + expression->is_definition);
+    }
+}
+
+static void ask_about_activities(Bsdl *h)
+{
+    int count = 0;
+    seen = static_cast<size_t>(bsdlIscNbrOfActivities(h));
+    for (IscActivityInfo *info = bsdlIscFirstActivity(h); info; info = bsdlIscNextActivity(h)) {
+        look(info->instruction_name);
+        bsdlIscFreeActivity(info);
+        seen = static_cast<size_t>(bsdlIscNbrOfUpdateStreams(h) + bsdlIscNbrOfCaptureStreams(h));
+        walk(bsdlIscFirstUpdateStream, bsdlIscNextUpdateStream, h, [](IscUpdateField *field) {
+            if (field)
+                look(field->expression);
+        });
+        walk(bsdlIscFirstCaptureStream, bsdlIscNextCaptureStream, h, [](IscCaptureField *field) {
+            if (field) {
+                look(field->expected);
+                look(field->mask);
+            }
+        });
+        if (++count > LONGEST_LIST)
+            std::abort();
+    }
+    bsdlIscFreeActivity(bsdlIscNextActivity(h));
+}
+
+static void ask_about_flows(Bsdl *h)
+{
+    int flows = 0;
+    seen = static_cast<size_t>(bsdlIscNbrOfFlows(h));
+    // A flow that is not defined gives NULL ahead of the end.
+    const int32_t count = bsdlIscNbrOfFlows(h);
+    IscFlowInfo *info = bsdlIscFirstFlow(h);
+    while (flows++ <= count) {
+        if (info) {
+            look(info->flow_name);
+            look(info->data_name);
+        }
+        bsdlIscFreeFlow(info);
+        int blocks = 0;
+        seen = static_cast<size_t>(bsdlIscNbrOfFlowBlocks(h));
+        for (int32_t block = bsdlIscFirstFlowBlock(h); block; block = bsdlIscNextFlowBlock(h)) {
+            ask_about_activities(h);
+            if (++blocks > LONGEST_LIST)
+                std::abort();
+        }
+        info = bsdlIscNextFlow(h);
+    }
+    bsdlIscFreeFlow(info);
+}
+
+static void ask_about_isc(Bsdl *h)
+{
+    seen = static_cast<size_t>(bsdlIscConformance(h) + bsdlIscPinBehavior(h) + bsdlIscStatus(h));
+    look(bsdlIscBlankUserStream(h));
+    look(bsdlIscDesignWarning(h));
+    if (const IscSecurity *security = bsdlIscSecurity(h))
+        seen = static_cast<size_t>(security->disable_read + security->disable_key_msb);
+    walk(bsdlIscFirstFixedPin, bsdlIscNextFixedPin, h);
+    walk(bsdlIscFirstIllegalExit, bsdlIscNextIllegalExit, h);
+    seen = static_cast<size_t>(bsdlIscNbrOfActions(h) + bsdlIscNbrOfProcedures(h));
+    ask_about_flows(h);
+    walk(bsdlIscFirstAction, bsdlIscNextAction, h, [h](IscAction *action) {
+        if (!action)
+            return;
+        look(action->action_name);
+        look(action->data_name);
+        walk(bsdlIscFirstProc, bsdlIscNextProc, h, [h](IscActionSpec *spec) {
+            if (!spec)
+                return;
+            look(spec->procedure_name);
+            look(spec->data_name);
+            ask_about_flows(h);
+        });
+        for (GSList *link = action->specs; link; link = link->next) {
+            const auto *spec = static_cast<IscActionSpec *>(link->data);
+            bsdlIscSelectProc(h, spec->procedure_name, spec->data_name);
+            if (IscFlowInfo *info = bsdlIscGetProc(h, spec->procedure_name, spec->data_name)) {
+                look(info->flow_name);
+                bsdlIscFreeFlow(info);
+                ask_about_flows(h);
+            }
+        }
+    });
+    if (IscAction *action = bsdlIscFirstAction(h))
+        look(bsdlIscSelectAction(h, action->action_name, action->data_name) ? "" : nullptr);
+    bsdlIscSelectAction(h, "PROGRAM", nullptr);
+    bsdlIscSelectAction(h, nullptr, "ARRAY");
+}
+
+// ----------------------------------------------------------------------- IEEE 1149.6 and 1149.4
+
+static void look(const AioPinResult *pin)
+{
+    if (pin) {
+        look(pin->port);
+        seen = pin->flags;
+    }
+}
+
+static void ask_about_aio(Bsdl *h)
+{
+    seen = static_cast<size_t>(bsdlAioConformance(h));
+    if (const AioPulseResult *pulse = bsdlAioExtestPulse(h))
+        seen = static_cast<size_t>(pulse->cycle_count);
+    if (const AioTrainResult *train = bsdlAioExtestTrain(h))
+        seen = static_cast<size_t>(train->pulse_count);
+    seen = static_cast<size_t>(bsdlAioNbrOfPinBehaviorDescriptions(h));
+    bsdlAioNextPinBehavior(h);
+    int count = 0;
+    for (AioPinResult *pin = bsdlAioFirstPinBehavior(h); pin; pin = bsdlAioNextPinBehavior(h)) {
+        do {
+            do {
+                look(pin);
+                if (++count > LONGEST_LIST)
+                    std::abort();
+                pin = bsdlAioNextInputCell(h);
+            } while (pin);
+            pin = bsdlAioNextACPort(h);
+        } while (pin);
+    }
+    const PortId nobody = {nullptr, 0, 0};
+    bsdlAioThisPinBehavior(h, &nobody);
+    for (PinEntry *pin = bsdlGetFirstPin(h); pin && count++ < 300; pin = bsdlGetNextPin(h))
+        look(bsdlAioThisPinBehavior(h, bsdlGetPinPortID(pin)));
+
+    bsdlDot4(h);
+    if (const D4AtBus *bus = btslD4AtBus(h)) {
+        look(bus->at1);
+        look(bus->at2);
+    }
+    seen = static_cast<size_t>(btslD4NbrABMs(h) + btslD4TbicNbrPartitions(h));
+    walk(btslD4FirstABM, btslD4NextABM, h, [](const D4Abm *abm) {
+        if (abm)
+            look(abm->pin);
+    });
+    walk(btslD4TbicFirstPartitions, btslD4TbicNextPartitions, h, [](const D4Partition *partition) {
+        if (partition)
+            seen = static_cast<size_t>(partition->value[5]);
+    });
+}
+
+// ---------------------------------------------------------------------------------------- PPC/PRG
+
+static void look(const PrgComponentSetting *setting)
+{
+    if (setting) {
+        look(setting->part_name);
+        look(setting->instruction_name);
+        look(setting->register_values);
+    }
+}
+
+static void ask_about_program(Bsdl *h, const PrgProgramSpec *program)
+{
+    if (program) {
+        look(program->part_name);
+        look(program->part_type);
+        look(program->in_file);
+        look(program->out_file);
+    }
+    look(bsdlPrgProgPartName(h));
+    look(bsdlPrgProgPartType(h));
+    look(bsdlPrgProgInFile(h));
+    look(bsdlPrgProgOutFile(h));
+    seen = static_cast<size_t>(bsdlPrgProgProgType(h));
+    ask_about_isc(h);
+}
+
+static void ask_about_prg(Bsdl *h)
+{
+    look(bsdlPrgDesignName(h));
+    look(bsdlPrgRevision(h));
+    seen = static_cast<size_t>(bsdlPrgFrequency(h));
+    int count = 0;
+    seen = static_cast<size_t>(bsdlPrgNbrOfTaps(h));
+    for (int32_t tap = bsdlPrgFirstTap(h); tap != -1; tap = bsdlPrgNextTap(h)) {
+        seen = static_cast<size_t>(bsdlPrgCurrTap(h) + bsdlPrgNbrOfComponents(h));
+        walk(bsdlPrgFirstComponent, bsdlPrgNextComponent, h, [h](PrgComponentSetting *setting) {
+            look(setting);
+            look(bsdlPrgComponentName(h));
+            look(bsdlPrgComponentInstr(h));
+        });
+        if (const PrgComponentSetting *setting = bsdlPrgFirstComponent(h))
+            look(bsdlPrgSelectComponent(h, setting->part_name));
+        if (++count > LONGEST_LIST)
+            std::abort();
+    }
+    bsdlPrgSelectTap(h, 1);
+    bsdlPrgSelectComponent(h, nullptr);
+    seen = static_cast<size_t>(bsdlPrgNbrOfProgParts(h));
+    walk(bsdlPrgFirstProgPart, bsdlPrgNextProgPart, h, [h](PrgProgramSpec *program) {
+        ask_about_program(h, program);
+        ask_about_program(h, bsdlPrgCurrProgPart(h));
+    });
+    if (const PrgProgramSpec *program = bsdlPrgFirstProgPart(h))
+        ask_about_program(h, bsdlPrgSelectProgPart(h, program->part_name));
+}
+
+void ask_everything(Bsdl *h)
+{
+    ask_about_header(h);
+    ask_about_ports(h);
+    ask_about_registers(h);
+    ask_about_isc(h);
+    ask_about_aio(h);
+    ask_about_prg(h);
+}

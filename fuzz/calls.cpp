@@ -1,0 +1,2 @@
+#include "targets.h"
+void fuzz_calls(const uint8_t *, size_t) {}
