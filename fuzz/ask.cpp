@@ -52,8 +52,7 @@ static void walk(T (*first)(First), T (*next)(Next), First owner, Look look_at)
     look_at(next(owner));
 }
 
-template <class T, class Owner>
-static void walk(T (*first)(Owner), T (*next)(Owner), Owner owner)
+template <class T, class Owner> static void walk(T (*first)(Owner), T (*next)(Owner), Owner owner)
 {
     walk(first, next, owner, [](T item) { look(item); });
 }
@@ -99,8 +98,8 @@ static void ask_about_header(Bsdl *h)
     look(bsdlStandard1149_4(h));
     look(bsdlStandard1149_6(h));
     look(bsdlStandardPrg(h));
-    seen = bsdlIs1990(h) + bsdlIs1994(h) + bsdlIs2001(h) + bsdlIs1532(h) + bsdlIsPrg(h) +
-           bsdlIsAio(h);
+    seen =
+        bsdlIs1990(h) + bsdlIs1994(h) + bsdlIs2001(h) + bsdlIs1532(h) + bsdlIsPrg(h) + bsdlIsAio(h);
     seen = static_cast<size_t>(bsdlStandard(h) + bsdlConformance(h) + bsdlGetNumErrors(h));
     walk(bsdlGetFirstDotALLFileSpec, bsdlGetNextDotALLFileSpec, h);
     walk(bsdlGetFirstDotALLSpec, bsdlGetNextDotALLSpec, h);

@@ -48,11 +48,11 @@ BsdlContext *fuzz_context()
 
 // -------------------------------------------------------------------------- exits of the library
 
-extern "C" int
-__sanitizer_install_malloc_and_free_hooks(void (*allocated)(const volatile void *, size_t),
-                                          void (*freed)(const volatile void *))
+extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*allocated)(const volatile void *,
+                                                                           size_t),
+                                                         void (*freed)(const volatile void *))
     __attribute__((weak));
-[[noreturn]] extern "C" void __real_exit(int status);
+extern "C" [[noreturn]] void __real_exit(int status);
 
 static bool guarded;
 static jmp_buf way_back;
@@ -93,9 +93,9 @@ extern "C" void __wrap_exit(int status)
 
 bool survives(void (*step)(void *), void *data)
 {
-    static const bool installed = __sanitizer_install_malloc_and_free_hooks &&
-                                  __sanitizer_install_malloc_and_free_hooks(note_taken,
-                                                                            note_given_back);
+    static const bool installed =
+        __sanitizer_install_malloc_and_free_hooks &&
+        __sanitizer_install_malloc_and_free_hooks(note_taken, note_given_back);
     taken_count = 0;
     if (setjmp(way_back) != 0) {
         guarded = false;

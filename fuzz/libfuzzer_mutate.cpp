@@ -6,8 +6,8 @@
 extern "C" size_t LLVMFuzzerMutate(uint8_t *data, size_t size, size_t limit);
 extern "C" size_t LLVMFuzzerCustomMutator(uint8_t *data, size_t size, size_t limit, unsigned seed);
 extern "C" size_t LLVMFuzzerCustomCrossOver(const uint8_t *first, size_t first_size,
-                                            const uint8_t *second, size_t second_size,
-                                            uint8_t *out, size_t limit, unsigned seed);
+                                            const uint8_t *second, size_t second_size, uint8_t *out,
+                                            size_t limit, unsigned seed);
 
 static std::string_view as_text(const uint8_t *data, size_t size)
 {
