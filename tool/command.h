@@ -25,3 +25,10 @@ struct Command {
 
 std::function<int()> set_up_check(CLI::App &app);
 std::function<int()> set_up_ebst(CLI::App &app);
+std::function<int()> set_up_info(CLI::App &app);
+std::function<int()> set_up_pins(CLI::App &app);
+std::function<int()> set_up_cells(CLI::App &app);
+std::function<int()> set_up_instructions(CLI::App &app);
+std::function<int()> set_up_registers(CLI::App &app);
+std::function<int()> set_up_diff(CLI::App &app);
+std::function<int()> set_up_list(CLI::App &app);

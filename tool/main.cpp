@@ -16,6 +16,13 @@ namespace
 constexpr Command COMMANDS[] = {
     {"check", "Check descriptions and data files", set_up_check},
     {"ebst", "Write the EBST file of a description", set_up_ebst},
+    {"info", "Show what a description or a data file holds", set_up_info},
+    {"pins", "List the pins of a device", set_up_pins},
+    {"cells", "List the cells of the boundary register", set_up_cells},
+    {"instructions", "List the instructions with their opcodes and registers", set_up_instructions},
+    {"registers", "List the data registers that the instructions select", set_up_registers},
+    {"diff", "Show what differs between two descriptions of a device", set_up_diff},
+    {"list", "List fields of many files, a row for each file", set_up_list},
 };
 
 constexpr const char *SUMMARY = "Reads, checks and queries boundary scan descriptions (BSDL).";

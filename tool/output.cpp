@@ -6,9 +6,7 @@
 #include <cstring>
 #include <unistd.h>
 
-// Length of the well-formed UTF-8 sequence at the start, 0 without one. C1 controls, which
-// terminals may obey, do not count as such.
-static size_t utf8_length(std::string_view text)
+size_t utf8_length(std::string_view text)
 {
     const auto byte = [&](size_t i) { return static_cast<unsigned char>(text[i]); };
     size_t length = byte(0) < 0xC2 ? 0 : byte(0) < 0xE0 ? 2 : byte(0) < 0xF0 ? 3 : 4;

@@ -8,6 +8,10 @@
 // bytes that are not UTF-8 stand as \n, \t or \xHH.
 std::string escaped(std::string_view text);
 
+// Length of the well-formed UTF-8 sequence of more than one byte at the start, 0 without one. C1
+// controls, which terminals may obey, do not count as such.
+size_t utf8_length(std::string_view text);
+
 // As escaped(), without the white space at both ends. Messages of the library bring tabs and line
 // ends for a plain listing along.
 std::string escaped_line(std::string_view text);

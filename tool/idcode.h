@@ -1,0 +1,24 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+// The fields of an IDCODE pattern, most significant first. A field has no value when a bit of it
+// is not known.
+struct Idcode {
+    std::string version_bits;      // 4 characters of "01X"
+    std::string part_bits;         // 16
+    std::string manufacturer_bits; // 11
+    std::optional<unsigned> version;
+    std::optional<unsigned> part;
+    std::optional<unsigned> bank;   // of the manufacturer, counted from 1
+    std::optional<unsigned> number; // in its bank, without parity
+    const char *manufacturer;       // NULL when this tool has no name for it
+};
+
+// Nothing for a pattern that has not 32 bits.
+std::optional<Idcode> decode_idcode(std::string_view pattern);
+
+// "0x369252D": every group of four bits as a hexadecimal digit, "X" where one is not known.
+std::string pattern_hex(std::string_view pattern);

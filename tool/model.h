@@ -1,0 +1,55 @@
+#pragma once
+
+#include "reading.h"
+
+#include <nlohmann/json.hpp>
+
+#include <string>
+
+// What a file holds, as the exports give it. Every command that shows or compares a device takes it
+// from here, so that all of them, and docs/schemas/info.schema.json, speak of the same names and
+// values. A value that a description does not give is null.
+using Json = nlohmann::ordered_json;
+
+// A device after its checks.
+Json pins_of(Bsdl *bsdl);
+Json cells_of(Bsdl *bsdl);
+Json instructions_of(Bsdl *bsdl);
+Json registers_of(const Json &instructions);
+Json idcodes_of(Bsdl *bsdl);
+Json standards_of(Bsdl *bsdl);
+// The whole of it.
+Json device_of(Bsdl *bsdl);
+
+// Families of their own; null when the file has nothing of the kind.
+Json isc_of(Bsdl *bsdl);
+Json aio_of(Bsdl *bsdl);
+Json analog_of(Bsdl *bsdl);
+Json prg_of(Bsdl *bsdl);
+
+// Words of a description in valid UTF-8; null for NULL. Bytes that are none are taken as Latin-1,
+// which is what older descriptions are written in.
+Json text_value(const char *text);
+// "DATA(7)"; null for NULL.
+Json port_value(const PortId *port);
+Json word_value(const char *word);
+// As a key: names of the language are the same whatever the case of their letters.
+std::string folded(std::string name);
+
+// One file, read and checked, with what has to be said about it.
+struct Model {
+    bool read = false;
+    bool is_prg = false;
+    int syntax_errors = 0;
+    std::string first_error; // the first message of an error, with its line
+    Json json;               // of a file that was read: the document of `tarnlet info --json`
+};
+
+// The `json` of the result stays null when the file cannot be read; that has been said then.
+Model read_model(const std::string &path, const ReadOptions &options);
+
+// Says that what is shown is not the whole, when there are syntax errors.
+void note_syntax_errors(const std::string &path, const Model &model);
+
+// JSON for a file or a pipe: in ASCII, so that no character of a name reaches a terminal as such.
+void print_json(const Json &json);
