@@ -5,6 +5,8 @@
 #include "files.h"
 #include "output.h"
 #include "reporter.h"
+#include "rule_table.h"
+#include "rules.h"
 
 #include <CLI/CLI.hpp>
 
@@ -24,6 +26,8 @@ struct CheckOptions {
     std::string format = "text";
     std::string colour = "auto";
     std::vector<std::string> rules;
+    std::string explain;
+    bool list_rules = false;
     int verbosity = -1;
     bool verbose = false;
     bool quiet = false;
@@ -101,9 +105,14 @@ bool CheckRun::set_rules()
             complain("--rule " + escaped(rule) + ": ID=off, ID=warning or ID=error is expected");
             return false;
         }
-        selection.rules[rule.substr(0, equals)] = value == "off"       ? Severity::OFF
-                                                  : value == "warning" ? Severity::WARNING
-                                                                       : Severity::ERROR;
+        const std::string id = rule.substr(0, equals);
+        if (!find_rule(id)) {
+            complain("--rule: there is no rule '" + escaped(id) + "'; --list-rules names them all");
+            return false;
+        }
+        selection.rules[id] = value == "off"       ? Severity::OFF
+                              : value == "warning" ? Severity::WARNING
+                                                   : Severity::ERROR;
     }
     selection.warnings_are_errors = options.werror;
     selection.error_limit = options.error_limit;
@@ -164,6 +173,14 @@ int CheckRun::ended(FileReport &report)
 
 int CheckRun::run()
 {
+    if (options.list_rules)
+        return list_rules(options.format);
+    if (!options.explain.empty())
+        return explain_rule(options.explain);
+    if (options.format == "markdown") {
+        complain("the format markdown is for --list-rules");
+        return STATUS_UNUSABLE;
+    }
     if (options.paths.empty()) {
         complain("no files are given; 'tarnlet check --help' has the use");
         return STATUS_UNUSABLE;
@@ -214,8 +231,11 @@ std::function<int()> set_up_check(CLI::App &app)
     app.add_option("FILE", options->paths,
                    "Files, folders of .bsd, .bsdl, .bsm, .ppc and .prg files, or - for standard "
                    "input");
-    app.add_option("--format", options->format, "How messages are written")
-        ->check(CLI::IsMember({"text", "gcc", "json", "sarif"}))
+    app.add_option(
+           "--format", options->format,
+           "How messages are written: text, gcc, json or sarif; for --list-rules text, json or "
+           "markdown")
+        ->check(CLI::IsMember({"text", "gcc", "json", "sarif", "markdown"}))
         ->type_name("FORMAT");
     add_read_options(app, options->read);
     app.add_flag("--fast-read", options->read.fast_read,
@@ -223,6 +243,10 @@ std::function<int()> set_up_check(CLI::App &app)
     app.add_option("--rule", options->rules, "Set a rule to off, warning or error; may be repeated")
         ->type_name("ID=LEVEL")
         ->allow_extra_args(false);
+    app.add_flag("--list-rules", options->list_rules, "List all rules instead");
+    app.add_option("--explain", options->explain,
+                   "Tell instead what a rule means and how to mend a file")
+        ->type_name("ID");
     app.add_flag("--werror", options->werror, "Take warnings as errors");
     app.add_option("--error-limit", options->error_limit,
                    "Show at most so many errors of a file; 0 shows all")

@@ -1,6 +1,7 @@
 // SARIF 2.1.0, the exchange format of static analysis results: one run.
 
 #include "reporter.h"
+#include "rule_table.h"
 
 #include <cstdio>
 #include <map>
@@ -27,6 +28,24 @@ static std::string uri_of(std::string_view path)
     return uri;
 }
 
+static ordered_json described(const std::string &id)
+{
+    ordered_json rule = {{"id", id}};
+    if (const RuleEntry *entry = find_rule(id)) {
+        const bool error = entry->level == RuleLevel::ERROR || entry->level == RuleLevel::EITHER;
+        rule["shortDescription"] = {{"text", entry->meaning}};
+        if (entry->clause)
+            rule["fullDescription"] = {
+                {"text", std::string(entry->meaning) + " (" + entry->clause + ")"}};
+        if (*entry->mend)
+            rule["help"] = {{"text", entry->mend}};
+        rule["defaultConfiguration"] = {{"level", error                             ? "error"
+                                                  : entry->level == RuleLevel::NOTE ? "note"
+                                                                                    : "warning"}};
+    }
+    return rule;
+}
+
 namespace
 {
 
@@ -49,7 +68,7 @@ class SarifReporter : public Reporter
     {
         const auto [at, added] = indexes.try_emplace(rule, rules.size());
         if (added)
-            rules.push_back({{"id", rule}});
+            rules.push_back(described(rule));
         return at->second;
     }
     ordered_json result_of(const Finding &finding);

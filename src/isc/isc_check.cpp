@@ -101,8 +101,7 @@ int32_t bsdl_check_isc(Bsdl *h)
         result = BSDL_RESULT_FAILED;
 
     if (result > 1) {
-        rule_message(BSDL_LEVEL_ERROR, 1, {"isc-checks-failed"},
-                     "    BSDL ISC semantic checks failed");
+        rule_message(BSDL_LEVEL_ERROR, 1, {nullptr}, "    BSDL ISC semantic checks failed");
         return result;
     }
     rule_message(BSDL_LEVEL_INFO, 2, {nullptr}, "    BSDL ISC semantic checks passed");
