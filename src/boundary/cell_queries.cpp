@@ -33,32 +33,39 @@ CellEntry *find_cell(Bsdl *bsdl, uint32_t number)
     return cell_at(lookups, index_find(index, number));
 }
 
-CellEntry *first_cell_of_port(Bsdl *bsdl, const PortId *port)
+static bool same_form(const Lookups *lookups, uint32_t cell, uint32_t other)
 {
-    Lookups *lookups = cell_lookups(bsdl);
-    if (!lookups)
-        return nullptr;
-    Index *index = &lookups->cell_ports;
-    if (!index->built) {
-        index_start(index, &lookups->arena, lookups->cell_count);
-        for (uint32_t i = 0; i < lookups->cell_count; i++)
-            if (const PortId *own = lookups->cell_table[i]->cell_spec->port)
-                index_first(index, port_key(own), i);
-    }
-    return cell_at(lookups, index_find(index, port_key(port)));
+    return lookups->cell_table[cell]->cell_spec->port->subscripted ==
+           lookups->cell_table[other]->cell_spec->port->subscripted;
 }
 
 // Made from the end of the table, so that each entry is chained to the one found before it.
-static void index_bits(Lookups *lookups)
+static const Index *cell_bits_of(Lookups *lookups)
 {
     Index *index = &lookups->cell_bits;
+    if (index->built)
+        return index;
     index_start(index, &lookups->arena, lookups->cell_count);
-    lookups->cell_bit_next = arena_array<uint32_t>(&lookups->arena, lookups->cell_count);
-    if (!lookups->cell_bit_next)
-        return;
-    for (uint32_t i = lookups->cell_count; i-- > 0;)
-        if (const PortId *own = lookups->cell_table[i]->cell_spec->port)
-            lookups->cell_bit_next[i] = index_last(index, port_bit_key(own), i);
+    auto *next = arena_array<uint32_t>(&lookups->arena, lookups->cell_count);
+    auto *other_form = arena_array<uint32_t>(&lookups->arena, lookups->cell_count);
+    if (!next || !other_form) {
+        *index = Index{.built = true};
+        return index;
+    }
+    lookups->cell_bit_next = next;
+    lookups->cell_other_form = other_form;
+    for (uint32_t i = lookups->cell_count; i-- > 0;) {
+        const PortId *own = lookups->cell_table[i]->cell_spec->port;
+        if (!own)
+            continue;
+        const uint32_t later = index_last(index, port_bit_key(own), i);
+        next[i] = later;
+        if (later == INDEX_NONE)
+            other_form[i] = INDEX_NONE;
+        else
+            other_form[i] = same_form(lookups, i, later) ? other_form[later] : later;
+    }
+    return index;
 }
 
 CellEntry *first_cell_of_bit(Bsdl *bsdl, const PortId *port)
@@ -66,9 +73,16 @@ CellEntry *first_cell_of_bit(Bsdl *bsdl, const PortId *port)
     Lookups *lookups = cell_lookups(bsdl);
     if (!lookups)
         return nullptr;
-    if (!lookups->cell_bits.built)
-        index_bits(lookups);
-    return cell_at(lookups, index_find(&lookups->cell_bits, port_bit_key(port)));
+    return cell_at(lookups, index_find(cell_bits_of(lookups), port_bit_key(port)));
+}
+
+CellEntry *first_cell_of_port(Bsdl *bsdl, const PortId *port)
+{
+    CellEntry *first = first_cell_of_bit(bsdl, port);
+    if (!first || first->cell_spec->port->subscripted == port->subscripted)
+        return first;
+    const Lookups *lookups = lookups_of(bsdl);
+    return cell_at(lookups, lookups->cell_other_form[first->position]);
 }
 
 CellEntry *next_cell_of_bit(Bsdl *bsdl, const CellEntry *cell)

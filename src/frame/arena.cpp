@@ -7,13 +7,14 @@
 namespace
 {
 
-constexpr size_t LARGEST_BLOCK = size_t{1} << 20;
-// Two tokens of the greatest length and the records of the longest chain of reductions.
+// Blocks grow with the arena, so that their number stays small and little of the last one is
+// unused.
+constexpr size_t LARGEST_SHARE = 8;
+constexpr size_t LARGEST_BLOCK = size_t{32} << 20;
 // Behind the last record of a block, so that text may be read by words.
 constexpr size_t READ_AHEAD = 8;
+// Two tokens of the greatest length and the records of the longest chain of reductions.
 constexpr size_t RESERVE_SIZE = size_t{96} << 10;
-
-long requests_left = -1;
 
 } // namespace
 
@@ -24,25 +25,19 @@ struct ArenaBlock {
 
 static char *block_start(ArenaBlock *block) { return reinterpret_cast<char *>(block + 1); }
 
-void memory_fail_after(long requests) { requests_left = requests; }
-
-void *memory_request(size_t size)
-{
-    if (requests_left >= 0 && requests_left-- == 0) {
-        requests_left = 0;
-        return nullptr;
-    }
-    return std::calloc(1, size);
-}
-
-void memory_return(void *memory) { std::free(memory); }
-
 static ArenaBlock *block_request(size_t size)
 {
-    auto *block = static_cast<ArenaBlock *>(memory_request(sizeof(ArenaBlock) + size + READ_AHEAD));
+    auto *block =
+        static_cast<ArenaBlock *>(memory_request_large(sizeof(ArenaBlock) + size + READ_AHEAD));
     if (block)
         block->size = size;
     return block;
+}
+
+static void block_return(ArenaBlock *block)
+{
+    if (block)
+        memory_return_large(block, sizeof(ArenaBlock) + block->size + READ_AHEAD);
 }
 
 static void block_enter(Arena *arena, ArenaBlock *block)
@@ -54,9 +49,10 @@ static void block_enter(Arena *arena, ArenaBlock *block)
     ARENA_CLOSE(arena->next, block->size);
 }
 
-static void grow_blocks(Arena *arena)
+static void grow_blocks(Arena *arena, size_t size)
 {
-    if (arena->block_size < LARGEST_BLOCK)
+    arena->total += size;
+    if (arena->block_size < LARGEST_BLOCK && arena->block_size * LARGEST_SHARE <= arena->total)
         arena->block_size *= 2;
 }
 
@@ -73,9 +69,9 @@ void arena_release(Arena *arena)
 {
     while (ArenaBlock *block = arena->blocks) {
         arena->blocks = block->older;
-        memory_return(block);
+        block_return(block);
     }
-    memory_return(arena->reserve);
+    block_return(arena->reserve);
     *arena = Arena{};
 }
 
@@ -85,7 +81,7 @@ void *arena_grow(Arena *arena, size_t size)
     size_t wanted = arena->block_size > room ? arena->block_size : room;
     ArenaBlock *block = arena->failed ? nullptr : block_request(wanted);
     if (block) {
-        grow_blocks(arena);
+        grow_blocks(arena, wanted);
     } else {
         arena->failed = true;
         block = arena->reserve;
@@ -125,7 +121,7 @@ void *arena_try(Arena *arena, size_t count, size_t size)
         return nullptr;
     }
     if (!large) {
-        grow_blocks(arena);
+        grow_blocks(arena, arena->block_size);
         block_enter(arena, block);
         return arena_alloc(arena, bytes);
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "frame/memory.h"
+
 #include <cstddef>
 #include <type_traits>
 
@@ -40,7 +42,8 @@ struct Arena {
     ArenaBlock *reserve = nullptr;
     char *next = nullptr;
     char *end = nullptr;
-    size_t block_size = 0;
+    size_t block_size = 0; // of the next block
+    size_t total = 0;      // of all blocks
     bool failed = false;
 };
 
@@ -79,8 +82,3 @@ template <class T> T *arena_array(Arena *arena, size_t count)
     static_assert(std::is_trivially_destructible_v<T> && alignof(T) <= 8);
     return static_cast<T *>(arena_try(arena, count, sizeof(T)));
 }
-
-// All memory of the library comes through these, so that a test can make the n-th request fail.
-void *memory_request(size_t size);
-void memory_return(void *memory);
-void memory_fail_after(long requests); // -1: never (the default)

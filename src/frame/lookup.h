@@ -29,9 +29,11 @@ struct Lookups {
     Index registers; // fold -> position in register_table
     RegisterEntry **register_table;
     Index cell_numbers;      // cell_number -> position in cell_table
-    Index cell_ports;        // port_key -> position in cell_table
     Index cell_bits;         // port_bit_key -> position in cell_table
     uint32_t *cell_bit_next; // position -> next position of the same bit, INDEX_NONE at the end
+    // Position of the first cell of a bit -> that of the first cell that names the same bit in the
+    // other form, with or without subscript.
+    uint32_t *cell_other_form;
     CellEntry **cell_table;
     uint32_t cell_count;
     CellSearch *cell_search; // see boundary/cell_port_check.cpp

@@ -21,20 +21,23 @@ bool equal_folded(const char *a, const char *b, size_t length)
     return true;
 }
 
+static size_t slots_size(uint32_t mask) { return (size_t{mask} + 1) * sizeof(uint64_t); }
+
 bool names_start(NameTable *names, Arena *arena, size_t expected)
 {
     uint32_t slots = FIRST_SLOTS;
     while (slots < expected && slots < MOST_FIRST_SLOTS)
         slots *= 2;
     *names = NameTable{.arena = arena};
-    names->slots = static_cast<uint64_t *>(memory_request(slots * sizeof(uint64_t)));
+    names->slots = static_cast<uint64_t *>(memory_request_large(slots * sizeof(uint64_t)));
     names->mask = slots - 1;
     return names->slots != nullptr;
 }
 
 void names_release(NameTable *names)
 {
-    memory_return(names->slots);
+    if (names->slots)
+        memory_return_large(names->slots, slots_size(names->mask));
     *names = NameTable{};
 }
 
@@ -46,8 +49,7 @@ static const char *slot_text(uint64_t slot)
 static void names_grow(NameTable *names)
 {
     uint32_t mask = names->mask * 2 + 1;
-    auto *slots =
-        static_cast<uint64_t *>(memory_request((static_cast<size_t>(mask) + 1) * sizeof(uint64_t)));
+    auto *slots = static_cast<uint64_t *>(memory_request_large(slots_size(mask)));
     if (!slots) {
         names->arena->failed = true;
         return;
@@ -61,7 +63,7 @@ static void names_grow(NameTable *names)
             at = (at + 1) & mask;
         slots[at] = names->slots[i];
     }
-    memory_return(names->slots);
+    memory_return_large(names->slots, slots_size(names->mask));
     names->slots = slots;
     names->mask = mask;
 }

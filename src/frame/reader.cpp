@@ -17,7 +17,7 @@
 namespace
 {
 
-constexpr size_t FIRST_BLOCK = size_t{64} << 10;
+constexpr size_t FIRST_BLOCK = size_t{16} << 10;
 // Of a description's text, for each name that is new: about as dense as makers' files get.
 constexpr size_t BYTES_PER_NAME = 32;
 
