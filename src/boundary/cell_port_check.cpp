@@ -47,8 +47,9 @@ struct TwinSearch {
 struct CellSearch {
     CellEntry *const *table;
     uint32_t count;
-    PortCells *ports;       // at the position of the port's first cell
-    TwinSearch *twins;      // likewise; NULL without port groups
+    uint32_t *place;   // of the port's first cell: where its PortCells are, NO_CELL for a lone cell
+    PortCells *ports;  // of the ports with several cells
+    TwinSearch *twins; // at the position of the port's first cell; NULL without port groups
     uint32_t *later_driver; // for each cell; see later_driver_of()
 };
 
@@ -79,9 +80,45 @@ static const CellEntry *other_cell(const CellSearch *search, const FirstCells &s
     return first && first->cell_number == cell->cell_number ? cell_at(search, set.other) : first;
 }
 
-static const PortCells &cells_of_port(const CellSearch *search, Bsdl *bsdl, const CellEntry *cell)
+static void put_ahead(const CellSearch *search, FirstCells *set, const CellEntry *cell)
 {
-    return search->ports[first_cell_of_port(bsdl, cell->cell_spec->port)->position];
+    const CellEntry *first = cell_at(search, set->first);
+    if (first && first->cell_number != cell->cell_number)
+        set->other = set->first;
+    set->first = cell->position;
+}
+
+// Called for the cells of a port from the last to the first, so that the sets hold what comes
+// later.
+static void put_cell_ahead(const CellSearch *search, PortCells *port, const CellEntry *cell)
+{
+    put_ahead(search, &port->all, cell);
+    if (is_input(cell))
+        put_ahead(search, &port->inputs, cell);
+    if (cell->position == 0)
+        return;
+    if (is_output(cell))
+        put_ahead(search, &port->outputs, cell);
+    if (is_output(cell) || cell->cell_spec->function == CELL_FUNCTION_BIDIR)
+        put_ahead(search, &port->drivers, cell);
+    if (cell->cell_spec->function != CELL_FUNCTION_OBSERVE_ONLY)
+        port->first_not_observing = cell->position;
+}
+
+// `first` is the port's first cell. Most ports have one alone, which is not worth a record.
+static PortCells cells_from(const CellSearch *search, const CellEntry *first)
+{
+    if (search->place[first->position] != NO_CELL)
+        return search->ports[search->place[first->position]];
+    PortCells lone;
+    std::memset(&lone, 0xFF, sizeof lone);
+    put_cell_ahead(search, &lone, first);
+    return lone;
+}
+
+static PortCells cells_of_port(const CellSearch *search, Bsdl *bsdl, const CellEntry *cell)
+{
+    return cells_from(search, first_cell_of_port(bsdl, cell->cell_spec->port));
 }
 
 // The next cell behind the given one that also drives its port. For a BIDIR cell a BIDIR cell
@@ -110,7 +147,7 @@ static uint32_t find_representative_driver(const CellSearch *search, Bsdl *bsdl,
     if (pin_type == PIN_TYPE_BUFFER && first->position == 0 &&
         first->cell_spec->function != CELL_FUNCTION_OBSERVE_ONLY)
         return 0;
-    return search->ports[first->position].first_not_observing;
+    return cells_from(search, first).first_not_observing;
 }
 
 // Depends on the port alone and is kept, since a port may have many pairs and many cells.
@@ -139,33 +176,29 @@ static const TwinSearch *search_twins(CellSearch *search, Bsdl *bsdl, const Port
 
 // --------------------------------------------------------------------------- making what they need
 
-static void put_ahead(const CellSearch *search, FirstCells *set, const CellEntry *cell)
-{
-    const CellEntry *first = cell_at(search, set->first);
-    if (first && first->cell_number != cell->cell_number)
-        set->other = set->first;
-    set->first = cell->position;
-}
-
-// Called for the cells from the last to the first, so that the sets hold what comes later.
+// The cells are entered from the last to the first, so the port holds what comes later.
 static void enter_cell(CellSearch *search, PortCells *port, const CellEntry *cell)
 {
-    int32_t function = cell->cell_spec->function;
-    const FirstCells &rivals = function == CELL_FUNCTION_BIDIR ? port->drivers : port->outputs;
-    const CellEntry *later = other_cell(search, rivals, cell);
+    const bool bidir = cell->cell_spec->function == CELL_FUNCTION_BIDIR;
+    const CellEntry *later = other_cell(search, bidir ? port->drivers : port->outputs, cell);
     search->later_driver[cell->position] = later ? later->position : NO_CELL;
+    put_cell_ahead(search, port, cell);
+}
 
-    put_ahead(search, &port->all, cell);
-    if (is_input(cell))
-        put_ahead(search, &port->inputs, cell);
-    if (cell->position == 0)
-        return;
-    if (is_output(cell))
-        put_ahead(search, &port->outputs, cell);
-    if (is_output(cell) || function == CELL_FUNCTION_BIDIR)
-        put_ahead(search, &port->drivers, cell);
-    if (function != CELL_FUNCTION_OBSERVE_ONLY)
-        port->first_not_observing = cell->position;
+// The number of ports with several cells; a cell that names the bit in another form counts with
+// them.
+static uint32_t give_places(CellSearch *search, Bsdl *bsdl)
+{
+    uint32_t places = 0;
+    for (uint32_t position = 0; position < search->count; position++) {
+        const CellEntry *cell = search->table[position];
+        search->place[position] = NO_CELL;
+        search->later_driver[position] = NO_CELL;
+        if (cell->cell_spec->port && first_cell_of_port(bsdl, cell->cell_spec->port) == cell &&
+            next_cell_of_bit(bsdl, cell))
+            search->place[position] = places++;
+    }
+    return places;
 }
 
 // NULL when memory runs out.
@@ -177,21 +210,25 @@ static CellSearch *cell_search_of(Bsdl *bsdl)
     auto *search = arena_new<CellSearch>(&lookups->arena);
     search->table = lookups->cell_table;
     search->count = lookups->cell_count;
-    search->ports = arena_array<PortCells>(&lookups->arena, search->count);
+    search->place = arena_array<uint32_t>(&lookups->arena, search->count);
     search->later_driver = arena_array<uint32_t>(&lookups->arena, search->count);
     if (bsdl->data->grouped_ports)
         search->twins = arena_array<TwinSearch>(&lookups->arena, search->count);
     if (lookups->arena.failed)
         return nullptr;
-    std::memset(search->ports, 0xFF, search->count * sizeof *search->ports);
-    for (uint32_t position = search->count; position-- > 0;) {
+    const uint32_t places = give_places(search, bsdl);
+    search->ports = arena_array<PortCells>(&lookups->arena, places);
+    if (lookups->arena.failed)
+        return nullptr;
+    std::memset(search->ports, 0xFF, places * sizeof *search->ports);
+    for (uint32_t position = places ? search->count : 0; position-- > 0;) {
         const CellEntry *cell = search->table[position];
-        if (cell->cell_spec->port) {
-            const CellEntry *first = first_cell_of_port(bsdl, cell->cell_spec->port);
-            if (!first)
-                return nullptr;
-            enter_cell(search, &search->ports[first->position], cell);
-        }
+        if (!cell->cell_spec->port)
+            continue;
+        const uint32_t place =
+            search->place[first_cell_of_port(bsdl, cell->cell_spec->port)->position];
+        if (place != NO_CELL)
+            enter_cell(search, &search->ports[place], cell);
     }
     lookups->cell_search = search;
     return search;
