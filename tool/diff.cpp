@@ -130,14 +130,28 @@ static Json shown_key(const Json &row, const char *key, const std::string &name)
            (repeat == std::string::npos ? std::string() : name.substr(repeat));
 }
 
-// Letter case is no difference in names and patterns, but it is one in package pins.
-static bool same_value(const char *field, const Json &a, const Json &b)
+// The fields whose order says nothing.
+static bool is_set(std::string_view field)
+{
+    return field == "cells" || field == "instructions" || field == "opcodes";
+}
+
+// Letter case is no difference in names and patterns, but it is one in package pins and texts.
+static bool same_value(std::string_view field, const Json &a, const Json &b)
 {
     if (a == b)
         return true;
-    const bool is_name =
-        std::string_view(field) != "number" && std::string_view(field) != "design_warning";
-    return is_name && folded(a.dump()) == folded(b.dump());
+    if (field == "number" || field == "design_warning")
+        return false;
+    if (!is_set(field))
+        return folded(a.dump()) == folded(b.dump());
+    std::multiset<std::string> elements;
+    for (const Json &element : a)
+        elements.insert(folded(element.dump()));
+    std::multiset<std::string> others;
+    for (const Json &element : b)
+        others.insert(folded(element.dump()));
+    return elements == others;
 }
 
 static void compare_list(Difference &difference, const KeyedList &list, const Json &a,
@@ -165,30 +179,89 @@ static void compare_list(Difference &difference, const KeyedList &list, const Js
                            "added", nullptr, *rows_b.at(name));
 }
 
-static void compare_tree(Difference &difference, const char *section, const Json &a, const Json &b)
+// Fields that name an element of a list; the first that it has is taken.
+constexpr const char *NAME_FIELDS[] = {"name", "procedure", "port", "part", "tap"};
+
+// What tells an element of a list from the others, so that it is found again in another place:
+// "PROC_PROGRAM(ARRAY)". Empty for elements that only have their place.
+static std::string element_name(const Json &element)
 {
-    if (a.is_null() != b.is_null()) {
-        difference.add(section, nullptr, nullptr, a.is_null() ? "added" : "removed", a, b);
+    if (!element.is_object())
+        return {};
+    std::string name;
+    for (const char *field : NAME_FIELDS)
+        if (name.empty() && element.contains(field))
+            name = value_text(element[field], "", "");
+    if (!name.empty() && element.contains("data") && element["data"].is_string())
+        name += "(" + value_text(element["data"], "", "") + ")";
+    return name;
+}
+
+static bool is_part_of_name(std::string_view field)
+{
+    return field == "data" || std::count(std::begin(NAME_FIELDS), std::end(NAME_FIELDS), field) > 0;
+}
+
+// The elements of a list by name, else by place.
+static std::vector<std::pair<std::string, const Json *>> named_elements(const Json &list)
+{
+    std::vector<std::pair<std::string, const Json *>> elements;
+    std::map<std::string, int> repeats;
+    for (const Json &element : list) {
+        std::string name = element_name(element);
+        if (name.empty())
+            name = std::to_string(elements.size());
+        else if (const int repeat = ++repeats[folded(name)]; repeat > 1)
+            name += " (" + std::to_string(repeat) + ")";
+        elements.emplace_back(std::move(name), &element);
+    }
+    return elements;
+}
+
+static std::vector<std::pair<std::string, const Json *>> children(const Json &value)
+{
+    if (value.is_array())
+        return named_elements(value);
+    std::vector<std::pair<std::string, const Json *>> members;
+    for (const auto &[name, member] : value.items())
+        members.emplace_back(name, &member);
+    return members;
+}
+
+static bool has_structure(const Json &list)
+{
+    return std::any_of(list.begin(), list.end(), [](const Json &e) { return e.is_structured(); });
+}
+
+static void compare_tree(Difference &difference, const char *section, const std::string &path,
+                         const Json &a, const Json &b)
+{
+    const bool lists = a.is_array() && b.is_array() && (has_structure(a) || has_structure(b));
+    if (!lists && !(a.is_object() && b.is_object())) {
+        if (folded(a.dump()) != folded(b.dump()))
+            difference.add(section, path.empty() ? Json() : Json(path), nullptr,
+                           a.is_null()   ? "added"
+                           : b.is_null() ? "removed"
+                                         : "changed",
+                           a, b);
         return;
     }
-    const Json flat_a = a.flatten();
-    const Json flat_b = b.flatten();
-    std::set<std::string> places_a;
-    for (const auto &[place, value] : flat_a.items())
-        places_a.insert(place);
-    std::map<std::string, const Json *> values_b;
-    for (const auto &[place, value] : flat_b.items())
-        values_b.emplace(place, &value);
-    for (const auto &[place, value] : flat_a.items()) {
-        const auto other = values_b.find(place);
-        if (other == values_b.end())
-            difference.add(section, place, nullptr, "removed", value, nullptr);
-        else if (*other->second != value)
-            difference.add(section, place, nullptr, "changed", value, *other->second);
+    const auto at = [&](const std::string &name) {
+        return path.empty() ? name : path + "/" + name;
+    };
+    std::map<std::string, const Json *> rest;
+    for (const auto &[name, value] : children(b))
+        rest.emplace(folded(name), value);
+    for (const auto &[name, value] : children(a)) {
+        const auto other = rest.find(folded(name));
+        compare_tree(difference, section, at(name), *value,
+                     other == rest.end() ? Json() : *other->second);
+        if (other != rest.end())
+            rest.erase(other);
     }
-    for (const auto &[place, value] : flat_b.items())
-        if (places_a.count(place) == 0)
-            difference.add(section, place, nullptr, "added", nullptr, value);
+    for (const auto &[name, value] : children(b))
+        if (rest.count(folded(name)) != 0)
+            compare_tree(difference, section, at(name), Json(), *value);
 }
 
 static void compare(Difference &difference, const Json &a, const Json &b)
@@ -214,7 +287,7 @@ static void compare(Difference &difference, const Json &a, const Json &b)
     for (const char *tree : TREES)
         if (difference.wants(tree)) {
             const std::string place = std::string("/") + tree;
-            compare_tree(difference, tree, value(a, place.c_str()), value(b, place.c_str()));
+            compare_tree(difference, tree, "", value(a, place.c_str()), value(b, place.c_str()));
         }
 }
 
@@ -233,17 +306,21 @@ static std::vector<std::string> ignorable()
     return names;
 }
 
-// "number 34, type linkage": a row without what is null; anything else as it is.
-static std::string row_text(const Json &row)
+// "number 34, type linkage": a row without what is null and what has parts of its own. The key
+// that stands ahead of it says the name already.
+static std::string row_text(const Json &row, const std::string &key)
 {
     if (!row.is_object())
-        return value_text(row, "-", ", ");
+        return has_structure(row) ? std::string() : value_text(row, "-", " ");
+    const std::string name = element_name(row);
+    const bool is_named = !name.empty() && key.ends_with(name);
     std::string text;
-    for (const auto &[field, value] : row.items())
-        if (!value.is_null() && value != Json::array() && !value.is_structured())
-            text += (text.empty() ? "" : ", ") + field + " " + value_text(value, "-", " ");
-        else if (value.is_array() && !value.empty() && !value[0].is_structured())
-            text += (text.empty() ? "" : ", ") + field + " " + value_text(value, "-", " ");
+    for (const auto &[field, value] : row.items()) {
+        const std::string words = value_text(value, "", " ");
+        const bool is_plain = !value.is_object() && !has_structure(value);
+        if (is_plain && !words.empty() && words != key && !(is_named && is_part_of_name(field)))
+            text += (text.empty() ? "" : ", ") + field + " " + words;
+    }
     return text;
 }
 
@@ -251,7 +328,23 @@ static std::string plain_text(const Json &value)
 {
     if (value.is_array() && !value.empty() && value[0].is_object() && value[0].contains("pattern"))
         return value_text(value[0]["hex"], "-", " ") + (value.size() > 1 ? " ..." : "");
-    return value.is_object() ? row_text(value) : value_text(value, "-", " ");
+    return value.is_null() ? "-" : row_text(value, "");
+}
+
+static std::string change_line(const Json &change)
+{
+    const bool added = change["change"] == "added";
+    const bool removed = change["change"] == "removed";
+    const std::string key = value_text(change["key"], "", "");
+    const std::string field = value_text(change["field"], "", "");
+    const std::string subject = key + (key.empty() || field.empty() ? "" : " ") + field;
+    const std::string values = added || removed
+                                   ? row_text(change[added ? "b" : "a"], key)
+                                   : plain_text(change["a"]) + " -> " + plain_text(change["b"]);
+    return std::string(added     ? "  + "
+                       : removed ? "  - "
+                                 : "  ~ ") +
+           subject + (subject.empty() || values.empty() ? "" : ": ") + values + "\n";
 }
 
 static void print_text(const DiffJob &job, const Json &changes)
@@ -265,19 +358,7 @@ static void print_text(const DiffJob &job, const Json &changes)
             section = change["section"];
             text += section + "\n";
         }
-        const bool added = change["change"] == "added";
-        const bool removed = change["change"] == "removed";
-        text += added ? "  + " : removed ? "  - " : "  ~ ";
-        std::string subject = value_text(change["key"], "", "");
-        if (!change["field"].is_null())
-            subject += (subject.empty() ? "" : " ") + value_text(change["field"], "", "");
-        text += subject + (subject.empty() ? "" : ": ");
-        if (added || removed)
-            text += row_text(change[added ? "b" : "a"]);
-        else
-            text += plain_text(change["a"]) + " -> " + plain_text(change["b"]);
-        text.erase(text.find_last_not_of(": ") + 1);
-        text += '\n';
+        text += change_line(change);
     }
     std::fwrite(text.data(), 1, text.size(), stdout);
 }

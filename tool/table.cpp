@@ -25,6 +25,11 @@ std::string value_text(const Json &value, std::string_view nothing, std::string_
         return escaped(value.get_ref<const std::string &>());
     if (value.is_boolean())
         return value ? "yes" : "no";
+    if (value.is_number_float()) {
+        char text[40];
+        std::snprintf(text, sizeof text, "%.10g", value.get<double>());
+        return text;
+    }
     if (!value.is_array())
         return value.dump();
     if (value.empty())
