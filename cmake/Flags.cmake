@@ -15,7 +15,9 @@ target_link_options(tarnlet_flags INTERFACE
 
 if(TARNLET_SANITIZE)
     target_compile_options(tarnlet_flags INTERFACE
-        -fsanitize=${TARNLET_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+        -fsanitize=${TARNLET_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer
+        # GCC takes what the sanitizers add for uses of values that were never set.
+        $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
     target_link_options(tarnlet_flags INTERFACE -fsanitize=${TARNLET_SANITIZE})
 else()
     # Needs optimisation, and would hide reads and writes from a sanitizer.

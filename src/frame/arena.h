@@ -34,7 +34,7 @@ constexpr size_t ARENA_GUARD = 0;
 // step and give up. A large array may be refused: arena_array() gives NULL then.
 //
 // Eight bytes behind anything that an arena handed out may be read, so that text can be compared by
-// words.
+// words; not where ARENA_GUARD is set.
 struct ArenaBlock;
 
 struct Arena {

@@ -85,6 +85,8 @@ static bool same_writing(const char *known, const char *text, size_t length)
 // By words. What lies behind a name in the arena is readable, see Arena.
 static bool same_writing_padded(const char *known, const char *text, size_t length)
 {
+    if (ARENA_GUARD) // there a sanitizer watches
+        return same_writing(known, text, length);
     for (; length >= 8; known += 8, text += 8, length -= 8)
         if (load_word(known, 8) != load_word(text, 8))
             return false;
