@@ -12,11 +12,6 @@
 namespace
 {
 
-constexpr uint32_t GENERAL_OUTCOME = 7; // of `check_state`
-constexpr uint32_t GENERAL_PASSED = 1;
-constexpr uint32_t AIO_PASSED_STATE = 0x10;
-constexpr uint32_t AIO_PASSED = 0x40; // of `check_passed`
-
 // The pulse, the train and the pins need not be there: 5 passes.
 // clang-format off
 constexpr CheckStep AIO_STEPS[] = {
@@ -76,10 +71,7 @@ static int32_t check_aio_steps(Bsdl *bsdl)
     for (const CheckStep &step : AIO_STEPS)
         if (check_step(bsdl, step))
             result = BSDL_RESULT_FAILED;
-    lookups_drop(bsdl);
-    if (bsdl->arena.failed)
-        result = BSDL_RESULT_FAILED;
-    return result;
+    return checks_end(bsdl) ? result : int32_t{BSDL_RESULT_FAILED};
 }
 
 int32_t bsdl_check_aio(Bsdl *h)
@@ -93,19 +85,16 @@ int32_t bsdl_check_aio(Bsdl *h)
         return BSDL_RESULT_NO_AIO;
 
     int32_t result = BSDL_RESULT_OK;
-    if (!(data->check_state & GENERAL_OUTCOME))
-        result = check_general(h);
-    if ((data->check_state & GENERAL_OUTCOME) != GENERAL_PASSED)
+    if (!general_checks_passed(h, &result))
         return result;
-    result |= check_aio_steps(h);
-    if (result) {
+    if (check_aio_steps(h) != BSDL_RESULT_OK) {
         bsdl_msg(BSDL_LEVEL_ERROR, 1, "    BSDL AIO semantic checks failed\n");
-        return result;
+        return BSDL_RESULT_FAILED;
     }
-    data->check_passed |= AIO_PASSED;
-    data->check_state |= AIO_PASSED_STATE;
+    data->check_passed |= CHECK_PASSED_AIO;
+    data->check_state |= CHECK_STATE_AIO_PASSED;
     bsdl_msg(BSDL_LEVEL_INFO, 2, "    BSDL AIO semantic checks passed\n");
-    return result;
+    return BSDL_RESULT_OK;
 }
 
 int32_t bsdl_check_aio_conformance(Bsdl *h)
@@ -353,7 +342,7 @@ static int32_t check_port_times(Bsdl *bsdl, const AioPort *port, const AioTimeCo
                                 "(only for 'IN' and 'INOUT')",
                                 port_text(port->port_id), port_type_name(type))
                    : BSDL_RESULT_OK;
-    if (constants || (!bsdl->strict && !message_wanted(3)))
+    if (constants)
         return BSDL_RESULT_OK;
     return rule_message(bsdl->strict ? BSDL_LEVEL_ERROR : BSDL_LEVEL_WARNING, bsdl->strict ? 2 : 3,
                         {"aio-times-missing", port->line},

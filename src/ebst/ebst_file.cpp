@@ -20,7 +20,6 @@ namespace
 {
 
 constexpr const char *WRITER = "tarnlet32.dll 1.7.2.6 - 20170726 Win64/AS";
-constexpr uint32_t ISC_CHECK_PASSED = 0x10;
 // Longer registers without a capture pattern have none in the file.
 constexpr int32_t LONGEST_UNKNOWN_CAPTURE = 1024;
 
@@ -96,7 +95,7 @@ static void put_time_stamp(OutputFile *file)
 
 static void put_back_reference(OutputFile *file, const Bsdl *bsdl)
 {
-    if (!(bsdl->data->check_passed & ISC_CHECK_PASSED)) {
+    if (!(bsdl->data->check_passed & CHECK_PASSED_ISC)) {
         put(file, "  \"BSDL \"  ** NO 1532 back reference **\n");
         return;
     }

@@ -18,6 +18,22 @@ struct CheckStep {
 // Runs one step and sends its line; true when it failed.
 bool check_step(Bsdl *bsdl, const CheckStep &step);
 
-// The fourteen general checks, for the drivers of the ISC and AIO checks: those differ from
-// bsdl_check() in two thresholds, and count 100 for each failure. Sets `check_state`.
-int32_t check_general(Bsdl *bsdl);
+// Ends a driver: what the checks looked up is given back. False out of memory, when some rule may
+// not have been tried: that is no pass.
+bool checks_end(Bsdl *bsdl);
+
+// BsdlData.check_state: the outcome of the general checks, and which extensions have passed.
+constexpr uint32_t CHECK_STATE_GENERAL = 7;
+constexpr uint32_t CHECK_STATE_GENERAL_PASSED = 1;
+constexpr uint32_t CHECK_STATE_GENERAL_FAILED = 2;
+constexpr uint32_t CHECK_STATE_ISC_PASSED = 8;
+constexpr uint32_t CHECK_STATE_AIO_PASSED = 0x10;
+
+// BsdlData.check_passed.
+constexpr uint32_t CHECK_PASSED_ISC = 0x10; // of a description or of the parts of a data file
+constexpr uint32_t CHECK_PASSED_AIO = 0x40;
+
+// For the drivers of the ISC and AIO checks: runs the fourteen general checks unless there is an
+// outcome of them. They differ from bsdl_check() in two thresholds and count 100 for each failure,
+// which is added to the result. True when the outcome is a pass.
+bool general_checks_passed(Bsdl *bsdl, int32_t *result);

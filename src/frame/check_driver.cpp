@@ -60,10 +60,6 @@ constexpr GeneralStep GENERAL[] = {
 };
 // clang-format on
 
-constexpr uint32_t CHECK_STATE_MASK = 7;
-constexpr uint32_t CHECK_PASSED = 1;
-constexpr uint32_t CHECK_FAILED = 2;
-
 } // namespace
 
 int32_t check_begin(const Bsdl *bsdl)
@@ -86,14 +82,16 @@ bool check_step(Bsdl *bsdl, const CheckStep &step)
     return failed;
 }
 
+static uint32_t outcome(const Bsdl *bsdl) { return bsdl->data->check_state & CHECK_STATE_GENERAL; }
+
 static void note_outcome(Bsdl *bsdl, bool failed)
 {
     uint32_t *state = &bsdl->data->check_state;
-    *state = (*state & ~CHECK_STATE_MASK) | (failed ? CHECK_FAILED : CHECK_PASSED);
+    *state &= ~CHECK_STATE_GENERAL;
+    *state |= failed ? CHECK_STATE_GENERAL_FAILED : CHECK_STATE_GENERAL_PASSED;
 }
 
-// Out of memory, some rule may not have been tried: that is no pass.
-static bool end_checks(Bsdl *bsdl)
+bool checks_end(Bsdl *bsdl)
 {
     lookups_drop(bsdl);
     return !bsdl->arena.failed;
@@ -103,9 +101,8 @@ int32_t bsdl_check(Bsdl *h)
 {
     if (int32_t code = check_begin(h))
         return code;
-    uint32_t state = h->data->check_state & CHECK_STATE_MASK;
-    if (state)
-        return state == CHECK_PASSED ? BSDL_RESULT_OK : BSDL_RESULT_FAILED;
+    if (outcome(h))
+        return outcome(h) == CHECK_STATE_GENERAL_PASSED ? BSDL_RESULT_OK : BSDL_RESULT_FAILED;
 
     bool failed = false;
     for (const GeneralStep &row : GENERAL) {
@@ -113,14 +110,14 @@ int32_t bsdl_check(Bsdl *h)
         // A fast reading has nothing beyond the pin mappings that could be checked; what the first
         // check found does not count.
         if (h->fast_read)
-            return end_checks(h) ? BSDL_RESULT_OK : BSDL_RESULT_FAILED;
+            return checks_end(h) ? BSDL_RESULT_OK : BSDL_RESULT_FAILED;
     }
-    failed |= !end_checks(h);
+    failed |= !checks_end(h);
     note_outcome(h, failed);
     return failed ? BSDL_RESULT_FAILED : BSDL_RESULT_OK;
 }
 
-int32_t check_general(Bsdl *bsdl)
+static int32_t check_general(Bsdl *bsdl)
 {
     int32_t result = 0;
     for (const GeneralStep &row : GENERAL) {
@@ -128,8 +125,15 @@ int32_t check_general(Bsdl *bsdl)
         step.fails_from = row.extension_fails_from;
         result += check_step(bsdl, step) ? BSDL_RESULT_FAILED : 0;
     }
-    if (!end_checks(bsdl) && !result)
+    if (!checks_end(bsdl) && !result)
         result = BSDL_RESULT_FAILED;
     note_outcome(bsdl, result != 0);
     return result;
+}
+
+bool general_checks_passed(Bsdl *bsdl, int32_t *result)
+{
+    if (!outcome(bsdl))
+        *result += check_general(bsdl);
+    return outcome(bsdl) == CHECK_STATE_GENERAL_PASSED;
 }

@@ -6,16 +6,6 @@
 
 #include <cstring>
 
-namespace
-{
-
-constexpr uint32_t CHECK_STATE_GENERAL = 7; // of check_state: the outcome of the general checks
-constexpr uint32_t CHECK_STATE_GENERAL_PASSED = 1;
-constexpr uint32_t CHECK_STATE_ISC_PASSED = 8;
-constexpr uint32_t CHECK_PASSED_ISC = 0x10; // of check_passed: the queries answer
-
-} // namespace
-
 int32_t isc_check_begin(const Bsdl *bsdl)
 {
     if (int32_t code = check_begin(bsdl))
@@ -33,81 +23,119 @@ int32_t isc_check_end(Bsdl *bsdl, int32_t result)
 
 static int32_t check_flows(Bsdl *bsdl) { return bsdl_check_isc_flow(bsdl, 0); }
 
-// The opcodes are checked a second time: their classes are what the next check goes by.
+static int32_t check_flows_of_part(Bsdl *bsdl) { return bsdl_check_isc_flow(bsdl, 1); }
+
+namespace
+{
+
+// Which of the two drivers runs a step.
+enum IscDriver : uint8_t { OF_DESCRIPTION = 1, OF_PART = 2, OF_BOTH = OF_DESCRIPTION | OF_PART };
+
+struct IscStep {
+    IscDriver driver;
+    CheckStep step;
+};
+
+// A part of a data file has no instructions. In a description the opcodes are checked a second
+// time: their classes are what the next check goes by.
 // clang-format off
-static constexpr CheckStep ISC_STEPS[] = {
-    {.check = bsdl_check_instr_reg, .fails_from = 1,
+constexpr IscStep ISC_STEPS[] = {
+    {OF_DESCRIPTION, {
+     .check = bsdl_check_instr_reg, .fails_from = 1,
      .passed = "\tInstruction register description passed",
-     .failed = "\tInstruction register description has errors"},
-    {.check = bsdl_check_isc_instr_reg, .fails_from = 1,
+     .failed = "\tInstruction register description has errors"}},
+    {OF_DESCRIPTION, {
+     .check = bsdl_check_isc_instr_reg, .fails_from = 1,
      .passed = "\tInstruction register description passed", /* as is */
-     .failed = "\tISC Instruction registers has errors"},
-    {.check = bsdl_check_isc_pin_behaviour, .fails_from = 1,
+     .failed = "\tISC Instruction registers has errors"}},
+    {OF_BOTH, {
+     .check = bsdl_check_isc_pin_behaviour, .fails_from = 1,
      .passed = "\tISC pin behaviour description passed",
-     .failed = "\tISC pin behaviour description has errors"},
-    {.check = bsdl_check_isc_fixed_system_pins, .fails_from = 2,
+     .failed = "\tISC pin behaviour description has errors"}},
+    {OF_BOTH, {
+     .check = bsdl_check_isc_fixed_system_pins, .fails_from = 2,
      .passed = "\tISC fixed pins description passed",
-     .failed = "\tISC fixed pins description has errors"},
-    {.check = bsdl_check_isc_blank_usercode, .fails_from = 1,
+     .failed = "\tISC fixed pins description has errors"}},
+    {OF_PART, {
+     .check = bsdl_check_isc_status, .fails_from = 1,
+     .passed = "\tISC status description passed",
+     .failed = "\tISC status description has errors"}},
+    {OF_BOTH, {
+     .check = bsdl_check_isc_blank_usercode, .fails_from = 1,
      .passed = "\tISC blank usercode description passed",
-     .failed = "\tISC blank usercode description has errors"},
-    {.check = bsdl_check_isc_security, .fails_from = 2,
+     .failed = "\tISC blank usercode description has errors"}},
+    {OF_BOTH, {
+     .check = bsdl_check_isc_security, .fails_from = 2,
      .passed = "\tISC security description passed",
-     .failed = "\tISC security description has errors"},
-    {.check = check_flows, .fails_from = 1,
+     .failed = "\tISC security description has errors"}},
+    {OF_DESCRIPTION, {
+     .check = check_flows, .fails_from = 1,
      .passed = "\tISC flow description passed",
-     .failed = "\tISC flow description has errors"},
-    {.check = bsdl_check_isc_procedures, .fails_from = 1,
+     .failed = "\tISC flow description has errors"}},
+    {OF_PART, {
+     .check = check_flows_of_part, .fails_from = 1,
+     .passed = "\tISC flow description passed",
+     .failed = "\tISC flow description has errors"}},
+    {OF_BOTH, {
+     .check = bsdl_check_isc_procedures, .fails_from = 1,
      .passed = "\tISC procedure description passed",
-     .failed = "\tISC procedure description has errors"},
-    {.check = bsdl_check_isc_actions, .fails_from = 1,
+     .failed = "\tISC procedure description has errors"}},
+    {OF_BOTH, {
+     .check = bsdl_check_isc_actions, .fails_from = 1,
      .passed = "\tISC action description passed",
-     .failed = "\tISC action description has errors"},
-    {.check = bsdl_check_isc_illegal_exit, .fails_from = 2,
+     .failed = "\tISC action description has errors"}},
+    {OF_BOTH, {
+     .check = bsdl_check_isc_illegal_exit, .fails_from = 2,
      .passed = "\tISC illegal exit description passed",
-     .failed = "\tISC illegal exit description has errors"},
-    {.check = bsdl_check_isc_design_warning, .fails_from = 2,
+     .failed = "\tISC illegal exit description has errors"}},
+    {OF_BOTH, {
+     .check = bsdl_check_isc_design_warning, .fails_from = 2,
      .passed = "\tISC design warning passed",
-     .failed = "\tISC design warning has errors"},
+     .failed = "\tISC design warning has errors"}},
 };
 // clang-format on
+
+} // namespace
+
+// How many failed.
+static int32_t run_steps(Bsdl *bsdl, IscDriver driver)
+{
+    int32_t failures = 0;
+    for (const IscStep &row : ISC_STEPS)
+        if (row.driver & driver)
+            failures += check_step(bsdl, row.step);
+    if (!checks_end(bsdl) && !failures)
+        failures = 1;
+    return failures;
+}
+
+bool isc_check_part(Bsdl *bsdl) { return run_steps(bsdl, OF_PART) == 0; }
 
 int32_t bsdl_check_isc(Bsdl *h)
 {
     if (int32_t code = check_begin(h))
         return code;
     BsdlData *data = h->data;
-    rule_message(BSDL_LEVEL_PROGRESS, 2, {nullptr}, "    BSDL ISC semantic checks");
+    bsdl_msg(BSDL_LEVEL_PROGRESS, 2, "    BSDL ISC semantic checks");
     if (!data->isc) {
-        constexpr const char *NO_ISC = "BSDL ISC Extension not defined";
-        if (h->strict) {
-            rule_message(BSDL_LEVEL_ERROR, 1, {"isc-missing"}, "%s", NO_ISC);
+        rule_message(h->strict ? BSDL_LEVEL_ERROR : BSDL_LEVEL_WARNING, h->strict ? 1 : 3,
+                     {"isc-missing"}, "BSDL ISC Extension not defined");
+        if (h->strict)
             return BSDL_RESULT_NO_ISC;
-        }
-        rule_message(BSDL_LEVEL_WARNING, 3, {"isc-missing"}, "%s", NO_ISC);
     }
 
     int32_t result = 0;
-    if ((data->check_state & CHECK_STATE_GENERAL) == 0)
-        result = check_general(h);
-    if ((data->check_state & CHECK_STATE_GENERAL) != CHECK_STATE_GENERAL_PASSED)
+    if (!general_checks_passed(h, &result))
         return result;
-
     // Each failure counts, so the result tells how many there were.
-    for (const CheckStep &step : ISC_STEPS)
-        result += check_step(h, step) ? BSDL_RESULT_FAILED : 0;
-    lookups_drop(h);
-    if (h->arena.failed && !result)
-        result = BSDL_RESULT_FAILED;
-
-    if (result > 1) {
-        rule_message(BSDL_LEVEL_ERROR, 1, {nullptr}, "    BSDL ISC semantic checks failed");
-        return result;
+    if (int32_t failures = run_steps(h, OF_DESCRIPTION)) {
+        bsdl_msg(BSDL_LEVEL_ERROR, 1, "    BSDL ISC semantic checks failed");
+        return failures * BSDL_RESULT_FAILED;
     }
-    rule_message(BSDL_LEVEL_INFO, 2, {nullptr}, "    BSDL ISC semantic checks passed");
+    bsdl_msg(BSDL_LEVEL_INFO, 2, "    BSDL ISC semantic checks passed");
     data->check_passed |= CHECK_PASSED_ISC;
     data->check_state |= CHECK_STATE_ISC_PASSED;
-    return result;
+    return BSDL_RESULT_OK;
 }
 
 // ------------------------------------------------------------ statements that need only be there

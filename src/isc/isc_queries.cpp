@@ -2,17 +2,11 @@
 // fields. What is selected at one level decides what the next one sees; the positions are kept in
 // the records. Each step of the way down may find nothing, and then all below it does.
 
+#include "frame/check.h"
 #include "isc/isc.h"
 #include "prg/prg.h"
 
 #include <cstring>
-
-namespace
-{
-
-constexpr uint32_t CHECK_PASSED = 0x10; // of check_passed
-
-} // namespace
 
 // Of a description that has passed bsdl_check_isc(), or of the selected part of a data file, whose
 // check is made up for here.
@@ -20,7 +14,7 @@ static IscData *current_isc(Bsdl *bsdl)
 {
     if (!bsdl || !bsdl->data)
         return nullptr;
-    bool passed = (bsdl->data->check_passed & CHECK_PASSED) != 0;
+    bool passed = (bsdl->data->check_passed & CHECK_PASSED_ISC) != 0;
     if (bsdlIs1532(bsdl) && passed)
         return bsdl->data->isc;
     if (!bsdlIsPrg(bsdl) || (!passed && bsdl_check_prg(bsdl) != 0) || !bsdl->prg)

@@ -1,17 +1,8 @@
 // The check of PPC/PRG data files.
 
 #include "frame/check.h"
+#include "isc/isc.h"
 #include "prg/prg.h"
-
-namespace
-{
-
-constexpr uint32_t PRG_PASSED = 0x10; // of `check_passed`
-
-} // namespace
-
-// A data file has no instructions, which the flow rules take into account.
-static int32_t check_flow_of_part(Bsdl *bsdl) { return bsdl_check_isc_flow(bsdl, 1); }
 
 namespace
 {
@@ -24,40 +15,6 @@ constexpr CheckStep FILE_STEPS[] = {
     {.check = bsdl_check_extensions, .fails_from = 1,
      .passed = "\tPPC/PRG extensions passed",
      .failed = "\tPPC/PRG extensions has errors"},
-};
-
-constexpr CheckStep PART_STEPS[] = {
-    {.check = bsdl_check_isc_pin_behaviour, .fails_from = 1,
-     .passed = "\tISC pin behaviour description passed",
-     .failed = "\tISC pin behaviour description has errors"},
-    {.check = bsdl_check_isc_fixed_system_pins, .fails_from = 2,
-     .passed = "\tISC fixed pins description passed",
-     .failed = "\tISC fixed pins description has errors"},
-    {.check = bsdl_check_isc_status, .fails_from = 1,
-     .passed = "\tISC status description passed",
-     .failed = "\tISC status description has errors"},
-    {.check = bsdl_check_isc_blank_usercode, .fails_from = 1,
-     .passed = "\tISC blank usercode description passed",
-     .failed = "\tISC blank usercode description has errors"},
-    {.check = bsdl_check_isc_security, .fails_from = 2,
-     .passed = "\tISC security description passed",
-     .failed = "\tISC security description has errors"},
-    {.check = check_flow_of_part, .fails_from = 1,
-     .passed = "\tISC flow description passed",
-     .failed = "\tISC flow description has errors"},
-    {.check = bsdl_check_isc_procedures, .fails_from = 1,
-     .passed = "\tISC procedure description passed",
-     .failed = "\tISC procedure description has errors"},
-    {.check = bsdl_check_isc_actions, .fails_from = 1,
-     .passed = "\tISC action description passed",
-     .failed = "\tISC action description has errors"},
-    // Without instructions in the file, a part that has the statement fails.
-    {.check = bsdl_check_isc_illegal_exit, .fails_from = 2,
-     .passed = "\tISC illegal exit description passed",
-     .failed = "\tISC illegal exit description has errors"},
-    {.check = bsdl_check_isc_design_warning, .fails_from = 2,
-     .passed = "\tISC design warning passed",
-     .failed = "\tISC design warning has errors"},
 };
 // clang-format on
 
@@ -77,17 +34,6 @@ int32_t bsdl_check_prg_prog_ref(Bsdl *h)
     return result;
 }
 
-static int32_t check_part(Bsdl *bsdl, const PrgPart *part)
-{
-    int32_t result = BSDL_RESULT_OK;
-    bsdl_msg(BSDL_LEVEL_PROGRESS, 2, "Checking ISC part type '%s'", shown(part->part_name));
-    bsdl->data->isc = part->isc;
-    for (const CheckStep &step : PART_STEPS)
-        if (check_step(bsdl, step))
-            result = BSDL_RESULT_FAILED;
-    return result;
-}
-
 int32_t bsdl_check_prg(Bsdl *h)
 {
     if (!h)
@@ -98,16 +44,21 @@ int32_t bsdl_check_prg(Bsdl *h)
     for (const CheckStep &step : FILE_STEPS)
         if (check_step(h, step))
             result = BSDL_RESULT_FAILED;
-    for (const GSList *part = h->prg->isc_components; part; part = part->next)
-        result |= check_part(h, static_cast<const PrgPart *>(part->data));
+    for (const GSList *link = h->prg->isc_components; link; link = link->next) {
+        const auto *part = static_cast<const PrgPart *>(link->data);
+        bsdl_msg(BSDL_LEVEL_PROGRESS, 2, "Checking ISC part type '%s'", shown(part->part_name));
+        h->data->isc = part->isc;
+        if (!isc_check_part(h))
+            result = BSDL_RESULT_FAILED;
+    }
     // A description keeps its own family.
     if (bsdlIsPrg(h))
         h->data->isc = nullptr;
-    lookups_drop(h);
-    if (h->arena.failed)
+    if (!checks_end(h))
         result = BSDL_RESULT_FAILED;
-    if (result == BSDL_RESULT_OK)
-        h->data->check_passed |= PRG_PASSED;
-    bsdl_msg(BSDL_LEVEL_INFO, 3, "\tISC tests done %s", result == BSDL_RESULT_OK ? "PASS" : "FAIL");
+    bool passed = result == BSDL_RESULT_OK;
+    if (passed)
+        h->data->check_passed |= CHECK_PASSED_ISC;
+    bsdl_msg(BSDL_LEVEL_INFO, 3, "\tISC tests done %s", passed ? "PASS" : "FAIL");
     return result;
 }
