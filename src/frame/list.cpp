@@ -23,14 +23,22 @@ List list_join(List front, List back)
     return {front.head, back.tail};
 }
 
+uint32_t list_length(const void *head)
+{
+    uint32_t length = 0;
+    for (const auto *link = static_cast<const GSList *>(head); link; link = link->next)
+        length++;
+    return length;
+}
+
 static void walk_over(ListWalk *walk, const void *head)
 {
     if (walk->head == head && walk->length)
         return;
-    *walk = ListWalk{
-        .head = head, .link = static_cast<const GSList *>(head), .position = 0, .length = 0};
-    for (const GSList *link = walk->link; link; link = link->next)
-        walk->length++;
+    *walk = ListWalk{.head = head,
+                     .link = static_cast<const GSList *>(head),
+                     .position = 0,
+                     .length = list_length(head)};
 }
 
 uint32_t list_count(ListWalk *walk, const void *head)

@@ -16,6 +16,8 @@ List list_start(Arena *arena, const void *data);
 List list_append(Arena *arena, List list, const void *data);
 List list_join(List front, List back);
 
+uint32_t list_length(const void *head); // walks over it
+
 // Where an iteration over a list stands. The 32-bit cursor in the owner's record decides; the walk
 // remembers the link of that cursor and the length, so that going through a list of n takes n
 // steps.
@@ -44,6 +46,29 @@ void *list_at(ListWalk *walk, const void *head, uint32_t cursor);
 
 // The link at the cursor, for the queries that hand out links.
 const GSList *list_link_at(ListWalk *walk, const void *head, uint32_t cursor);
+
+// An iteration of the exported queries: a list, and where its owner keeps the place in it. Without
+// an owner it is empty: nothing is counted, found or moved.
+struct Iteration {
+    ListWalk *walk = nullptr;
+    const void *head = nullptr;
+    uint32_t *cursor = nullptr;
+};
+
+inline int32_t iteration_count(const Iteration &list)
+{
+    return list.walk ? static_cast<int32_t>(list_count(list.walk, list.head)) : 0;
+}
+
+template <class T> T *iteration_first(const Iteration &list)
+{
+    return list.walk ? static_cast<T *>(list_first(list.walk, list.head, list.cursor)) : nullptr;
+}
+
+template <class T> T *iteration_next(const Iteration &list)
+{
+    return list.walk ? static_cast<T *>(list_next(list.walk, list.head, list.cursor)) : nullptr;
+}
 
 // To be called by whoever changes a list that has been iterated.
 inline void list_changed(ListWalk *walk) { *walk = ListWalk{}; }

@@ -32,9 +32,7 @@ void lookups_drop(Bsdl *bsdl)
 
 void **list_table(Arena *arena, const void *head, uint32_t *count)
 {
-    uint32_t length = 0;
-    for (const auto *link = static_cast<const GSList *>(head); link; link = link->next)
-        length++;
+    uint32_t length = list_length(head);
     *count = 0;
     if (!length)
         return nullptr;

@@ -114,6 +114,13 @@ struct Bsdl {
 
 template <class T> T *model_new(Bsdl *bsdl) { return arena_new<T>(&bsdl->arena); }
 
+template <class T> T *model_new(Bsdl *bsdl, const T &fields)
+{
+    T *record = model_new<T>(bsdl);
+    *record = fields;
+    return record;
+}
+
 inline const char *model_text(Bsdl *bsdl, std::string_view text)
 {
     return arena_text(&bsdl->arena, text.data(), text.size());
