@@ -10,18 +10,11 @@
 
 ComplianceRecord *compliance_new(Bsdl *bsdl, List ports, List patterns)
 {
-    auto *record = model_new<ComplianceRecord>(bsdl);
-    record->ports = ports.head;
-    record->patterns = patterns.head;
     bsdl->scan_mode = SCAN_MODE_NONE;
-    return record;
+    return model_new(bsdl, ComplianceRecord{.patterns = patterns.head, .ports = ports.head});
 }
 
-void compliance_absent(Bsdl *bsdl)
-{
-    bsdl->data->compliance = nullptr;
-    statement_absent(bsdl, "\tNo compliance enable statement");
-}
+void compliance_absent(Bsdl *bsdl) { statement_absent(bsdl, "\tNo compliance enable statement"); }
 
 void compliance_passed(Bsdl *bsdl, ComplianceRecord *record, int32_t line)
 {
@@ -32,7 +25,6 @@ void compliance_passed(Bsdl *bsdl, ComplianceRecord *record, int32_t line)
 
 void compliance_skipped(Bsdl *bsdl)
 {
-    bsdl->data->compliance = nullptr;
     statement_skipped(bsdl, "Skipping compliance_enable due to errors");
 }
 
@@ -46,7 +38,7 @@ static int32_t check_compliance_port(Bsdl *bsdl, const PortId *port, int32_t lin
                           "<compliance port> %s does not exist in <logical portmap>",
                           port_text(port));
     int32_t result = BSDL_RESULT_OK;
-    if (pin->pin_type != PIN_TYPE_IN)
+    if (pin->pin_type != PIN_TYPE_IN) // as a warning less urgent than those of other rules
         result |=
             rule_message(bsdl->strict ? BSDL_LEVEL_ERROR : BSDL_LEVEL_WARNING, bsdl->strict ? 2 : 3,
                          {"compliance-port-pin-type", line},
@@ -70,7 +62,7 @@ int32_t bsdl_check_compliance(Bsdl *bsdl)
 {
     if (int32_t code = check_begin(bsdl))
         return code;
-    ComplianceRecord *record = bsdl->data->compliance;
+    const ComplianceRecord *record = bsdl->data->compliance;
     if (!record)
         return BSDL_RESULT_ABSENT;
     if (!bsdl->data->pins)
@@ -84,7 +76,7 @@ int32_t bsdl_check_compliance(Bsdl *bsdl)
             check_compliance_port(bsdl, static_cast<const PortId *>(link->data), record->line);
 
     // The values are not looked at: which ones a port may be held at is the device's affair.
-    auto port_count = static_cast<int32_t>(list_count(&record->port_walk, record->ports));
+    const int32_t port_count = bsdlGetNbrOfComplPorts(bsdl);
     for (const GSList *link = record->patterns; link; link = link->next) {
         auto *pattern = static_cast<const char *>(link->data);
         auto length = static_cast<int32_t>(std::strlen(pattern));
@@ -104,54 +96,42 @@ static ComplianceRecord *compliance_of(const Bsdl *bsdl)
     return bsdl && bsdl->data ? bsdl->data->compliance : nullptr;
 }
 
+static Iteration ports_of(const Bsdl *bsdl)
+{
+    ComplianceRecord *record = compliance_of(bsdl);
+    return record ? Iteration{&record->port_walk, record->ports, &record->port_cursor}
+                  : Iteration{};
+}
+
+static Iteration patterns_of(const Bsdl *bsdl)
+{
+    ComplianceRecord *record = compliance_of(bsdl);
+    return record ? Iteration{&record->pattern_walk, record->patterns, &record->pattern_cursor}
+                  : Iteration{};
+}
+
 int32_t bsdlGetNbrOfComplPorts(Bsdl *bsdl)
 {
-    ComplianceRecord *record = compliance_of(bsdl);
-    if (!record || !record->ports)
-        return -1;
-    return static_cast<int32_t>(list_count(&record->port_walk, record->ports));
+    Iteration ports = ports_of(bsdl);
+    return ports.head ? iteration_count(ports) : -1;
 }
 
-PortId *bsdlGetFirstComplPort(Bsdl *bsdl)
-{
-    ComplianceRecord *record = compliance_of(bsdl);
-    if (!record)
-        return nullptr;
-    return static_cast<PortId *>(
-        list_first(&record->port_walk, record->ports, &record->port_cursor));
-}
+PortId *bsdlGetFirstComplPort(Bsdl *bsdl) { return iteration_first<PortId>(ports_of(bsdl)); }
 
-PortId *bsdlGetNextComplPort(Bsdl *bsdl)
-{
-    ComplianceRecord *record = compliance_of(bsdl);
-    if (!record)
-        return nullptr;
-    return static_cast<PortId *>(
-        list_next(&record->port_walk, record->ports, &record->port_cursor));
-}
+PortId *bsdlGetNextComplPort(Bsdl *bsdl) { return iteration_next<PortId>(ports_of(bsdl)); }
 
 int32_t bsdlGetNbrOfComplPatterns(Bsdl *bsdl)
 {
-    ComplianceRecord *record = compliance_of(bsdl);
-    if (!record || !record->patterns)
-        return -1;
-    return static_cast<int32_t>(list_count(&record->pattern_walk, record->patterns));
+    Iteration patterns = patterns_of(bsdl);
+    return patterns.head ? iteration_count(patterns) : -1;
 }
 
 const char *bsdlGetFirstComplPattern(Bsdl *bsdl)
 {
-    ComplianceRecord *record = compliance_of(bsdl);
-    if (!record)
-        return nullptr;
-    return static_cast<const char *>(
-        list_first(&record->pattern_walk, record->patterns, &record->pattern_cursor));
+    return iteration_first<const char>(patterns_of(bsdl));
 }
 
 const char *bsdlGetNextComplPattern(Bsdl *bsdl)
 {
-    ComplianceRecord *record = compliance_of(bsdl);
-    if (!record)
-        return nullptr;
-    return static_cast<const char *>(
-        list_next(&record->pattern_walk, record->patterns, &record->pattern_cursor));
+    return iteration_next<const char>(patterns_of(bsdl));
 }

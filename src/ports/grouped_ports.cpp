@@ -7,20 +7,14 @@
 
 TwinGroup *twin_group_new(Bsdl *bsdl, PortId *representative, PortId *associated, int32_t line)
 {
-    auto *group = model_new<TwinGroup>(bsdl);
-    group->representative = representative;
-    group->associated = associated;
-    group->line = line;
-    return group;
+    return model_new(
+        bsdl, TwinGroup{.representative = representative, .associated = associated, .line = line});
 }
 
 TwinGroupEntry *twin_group_entry_new(Bsdl *bsdl, int32_t type, List twin_groups, int32_t line)
 {
-    auto *entry = model_new<TwinGroupEntry>(bsdl);
-    entry->type = type;
-    entry->twin_groups = twin_groups.head;
-    entry->line = line;
-    return entry;
+    return model_new(bsdl,
+                     TwinGroupEntry{.type = type, .twin_groups = twin_groups.head, .line = line});
 }
 
 // The list is in place from its first entry on: a file that ends inside the statement keeps what
@@ -34,7 +28,6 @@ List grouped_ports_append(Bsdl *bsdl, List entries, TwinGroupEntry *entry)
 
 void grouped_ports_absent(Bsdl *bsdl)
 {
-    bsdl->data->grouped_ports = nullptr;
     statement_absent(bsdl, "\tNo Grouped port identification statement");
 }
 
@@ -55,9 +48,7 @@ static uint32_t count_groups(const BsdlData *data)
 {
     uint32_t count = 0;
     for (const GSList *link = data->grouped_ports; link; link = link->next)
-        for (auto *group = static_cast<TwinGroupEntry *>(link->data)->twin_groups; group;
-             group = group->next)
-            count++;
+        count += list_length(static_cast<const TwinGroupEntry *>(link->data)->twin_groups);
     return count;
 }
 
@@ -78,7 +69,6 @@ static Lookups *group_lookups(Bsdl *bsdl)
         for (auto *each = static_cast<TwinGroupEntry *>(link->data)->twin_groups; each;
              each = each->next)
             lookups->group_table[filled++] = static_cast<TwinGroup *>(each->data);
-
     // From the end, so that each group finds the next one of its associated port in place.
     while (filled-- > 0) {
         TwinGroup *group = lookups->group_table[filled];

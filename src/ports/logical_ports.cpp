@@ -8,29 +8,23 @@
 
 PortId *port_id_whole(Bsdl *bsdl, const char *name)
 {
-    auto *port = model_new<PortId>(bsdl);
-    port->name = name;
-    return port;
+    return model_new(bsdl, PortId{.name = name});
 }
 
 PortId *port_id_bit(Bsdl *bsdl, const char *name, int32_t subscript)
 {
-    auto *port = model_new<PortId>(bsdl);
-    *port = {.name = name, .subscripted = 1, .subscript = subscript};
-    return port;
+    return model_new(bsdl, PortId{.name = name, .subscripted = 1, .subscript = subscript});
 }
 
 PinSpec *pin_spec_new(Bsdl *bsdl, List names, int32_t pin_type, PortRange range, int32_t line)
 {
-    auto *spec = model_new<PinSpec>(bsdl);
-    *spec = {.names = names.head,
-             .pin_type = pin_type,
-             .range_start = range.start,
-             .range_direction = range.direction,
-             .range_end = range.end,
-             .line = line};
     bsdl->scan_mode = SCAN_MODE_NONE;
-    return spec;
+    return model_new(bsdl, PinSpec{.names = names.head,
+                                   .pin_type = pin_type,
+                                   .range_start = range.start,
+                                   .range_direction = range.direction,
+                                   .range_end = range.end,
+                                   .line = line});
 }
 
 void logical_ports_passed(Bsdl *bsdl, List pin_specs)
@@ -41,7 +35,6 @@ void logical_ports_passed(Bsdl *bsdl, List pin_specs)
 
 void logical_ports_skipped(Bsdl *bsdl)
 {
-    bsdl->data->logical_ports = nullptr;
     statement_skipped(bsdl, "Skipping logical port due to errors");
 }
 
@@ -156,8 +149,7 @@ const char *pin_function_name(int32_t function)
     }
 }
 
-// ------------------------------------------------------------------------------------- the pin
-// list
+// ----------------------------------------------------------------------------------- the pin list
 
 namespace
 {
@@ -209,9 +201,7 @@ static bool pin_count_matches(const PinMapEntry *pin_map, const char *name, cons
 {
     if (!pin_ids)
         return true;
-    int64_t mapped = 0;
-    for (const GSList *link = pin_ids; link; link = link->next)
-        mapped++;
+    int64_t mapped = list_length(pin_ids);
     if (mapped == range_width(spec))
         return true;
     rule_error(
@@ -346,31 +336,26 @@ int32_t bsdl_check_logical_port(Bsdl *bsdl)
 
 // ----------------------------------------------------------------------------------------- queries
 
-static bool has_pins(const Bsdl *bsdl) { return bsdl && bsdl->data && bsdl->data->pins; }
+static Iteration pins_of(const Bsdl *bsdl)
+{
+    BsdlData *data = bsdl ? bsdl->data : nullptr;
+    return data ? Iteration{&data->pin_walk, data->pins, &data->pin_cursor} : Iteration{};
+}
 
 int32_t bsdlGetNbrOfPins(Bsdl *bsdl)
 {
-    if (!has_pins(bsdl))
-        return -1;
-    return static_cast<int32_t>(list_count(&bsdl->data->pin_walk, bsdl->data->pins));
+    Iteration pins = pins_of(bsdl);
+    return pins.head ? iteration_count(pins) : -1;
 }
 
 PinEntry *bsdlGetFirstPin(Bsdl *bsdl)
 {
     // Without a list the cursor stays, unlike in the other iterations.
-    if (!has_pins(bsdl))
-        return nullptr;
-    BsdlData *data = bsdl->data;
-    return static_cast<PinEntry *>(list_first(&data->pin_walk, data->pins, &data->pin_cursor));
+    Iteration pins = pins_of(bsdl);
+    return pins.head ? iteration_first<PinEntry>(pins) : nullptr;
 }
 
-PinEntry *bsdlGetNextPin(Bsdl *bsdl)
-{
-    if (!bsdl || !bsdl->data)
-        return nullptr;
-    BsdlData *data = bsdl->data;
-    return static_cast<PinEntry *>(list_next(&data->pin_walk, data->pins, &data->pin_cursor));
-}
+PinEntry *bsdlGetNextPin(Bsdl *bsdl) { return iteration_next<PinEntry>(pins_of(bsdl)); }
 
 PortId *bsdlGetPinPortID(PinEntry *pin) { return pin ? pin->port_id : nullptr; }
 

@@ -6,10 +6,7 @@
 
 PortMap *port_map_new(Bsdl *bsdl, bool vector, List pin_ids)
 {
-    auto *port_map = model_new<PortMap>(bsdl);
-    port_map->vector = vector;
-    port_map->pin_ids = pin_ids.head;
-    return port_map;
+    return model_new(bsdl, PortMap{.vector = vector, .pin_ids = pin_ids.head});
 }
 
 PortMap *port_map_named(Bsdl *bsdl, const char *port_name, PortMap *port_map, int32_t line)
@@ -22,10 +19,8 @@ PortMap *port_map_named(Bsdl *bsdl, const char *port_name, PortMap *port_map, in
 
 PinMapEntry *pin_map_passed(Bsdl *bsdl, const char *name, List port_maps, int32_t line)
 {
-    auto *pin_map = model_new<PinMapEntry>(bsdl);
-    *pin_map = {.name = name, .port_maps = port_maps.head, .line = line};
     statement_passed(bsdl, "\tDevice package pin mappings statement passed");
-    return pin_map;
+    return model_new(bsdl, PinMapEntry{.name = name, .port_maps = port_maps.head, .line = line});
 }
 
 PinMapEntry *pin_map_skipped(Bsdl *bsdl)
@@ -36,7 +31,6 @@ PinMapEntry *pin_map_skipped(Bsdl *bsdl)
 
 void pin_maps_skipped(Bsdl *bsdl)
 {
-    bsdl->data->pin_maps = nullptr;
     statement_skipped(bsdl, "skipping pin_mappings due to errors");
 }
 
@@ -78,10 +72,12 @@ int32_t bsdl_check_generic(Bsdl *bsdl)
 
     const char *package = bsdl->default_package;
     if (!package) {
-        constexpr char text[] = "No default_device_package and no <pin mapping> name are specified";
+        int32_t result =
+            rule_message(bsdl->strict ? BSDL_LEVEL_ERROR : BSDL_LEVEL_WARNING, bsdl->strict ? 1 : 2,
+                         {"pin-mapping-unspecified"},
+                         "No default_device_package and no <pin mapping> name are specified");
         if (bsdl->strict)
-            return rule_message(BSDL_LEVEL_ERROR, 1, {"pin-mapping-unspecified"}, "%s", text);
-        rule_warning({"pin-mapping-unspecified"}, "%s", text);
+            return result;
     }
     data->selected_pin_map = nullptr;
     for (const GSList *link = data->pin_maps; link; link = link->next) {
@@ -101,8 +97,7 @@ int32_t bsdl_check_generic(Bsdl *bsdl)
                         multiple && !bsdl->strict ? " and multiple pinmaps defined" : "");
 }
 
-// ---------------------------------------------------------------------------------- one pin
-// mapping
+// -------------------------------------------------------------------------------- one pin mapping
 
 namespace
 {
@@ -129,10 +124,7 @@ static bool mapping_names_start(Bsdl *bsdl, Arena *arena, MappingNames *names)
 {
     *names = {};
     names->known = arena_array<uint8_t>(arena, bsdl->names.folds + size_t{1});
-    size_t specs = 0;
-    for (const GSList *link = bsdl->data->logical_ports; link; link = link->next)
-        specs++;
-    names->demanded = arena_array<const PinSpec *>(arena, specs);
+    names->demanded = arena_array<const PinSpec *>(arena, list_length(bsdl->data->logical_ports));
     if (!names->known || !names->demanded)
         return false;
     for (const GSList *link = bsdl->data->logical_ports; link; link = link->next) {
@@ -237,8 +229,7 @@ int32_t bsdl_check_pin_map(Bsdl *bsdl, const char *name)
                         "pin_mapping '%s' does not exist", shown(bsdl->default_package));
 }
 
-// --------------------------------------------------------------------------------- all pin
-// mappings
+// ------------------------------------------------------------------------------- all pin mappings
 
 static int32_t check_each_pin_map(Bsdl *bsdl, Arena *scratch)
 {
@@ -294,32 +285,25 @@ int32_t bsdl_check_all_pin_maps(Bsdl *bsdl)
 
 // ----------------------------------------------------------------------------------------- queries
 
-static const char *pin_map_name(const void *pin_map)
+static Iteration pin_maps_of(const Bsdl *bsdl)
 {
-    return pin_map ? static_cast<const PinMapEntry *>(pin_map)->name : nullptr;
+    BsdlData *data = bsdl ? bsdl->data : nullptr;
+    return data ? Iteration{&data->pin_map_walk, data->pin_maps, &data->pin_map_cursor}
+                : Iteration{};
 }
 
-int32_t bsdlGetNbrOfPinMaps(Bsdl *bsdl)
-{
-    if (!bsdl || !bsdl->data)
-        return 0;
-    return static_cast<int32_t>(list_count(&bsdl->data->pin_map_walk, bsdl->data->pin_maps));
-}
+static const char *name_of(const PinMapEntry *pin_map) { return pin_map ? pin_map->name : nullptr; }
+
+int32_t bsdlGetNbrOfPinMaps(Bsdl *bsdl) { return iteration_count(pin_maps_of(bsdl)); }
 
 const char *bsdlGetFirstPinMap(Bsdl *bsdl)
 {
-    if (!bsdl || !bsdl->data)
-        return nullptr;
-    BsdlData *data = bsdl->data;
-    return pin_map_name(list_first(&data->pin_map_walk, data->pin_maps, &data->pin_map_cursor));
+    return name_of(iteration_first<PinMapEntry>(pin_maps_of(bsdl)));
 }
 
 const char *bsdlGetNextPinMap(Bsdl *bsdl)
 {
-    if (!bsdl || !bsdl->data)
-        return nullptr;
-    BsdlData *data = bsdl->data;
-    return pin_map_name(list_next(&data->pin_map_walk, data->pin_maps, &data->pin_map_cursor));
+    return name_of(iteration_next<PinMapEntry>(pin_maps_of(bsdl)));
 }
 
 const char *bsdlGetDefaultDevicePackage(Bsdl *bsdl)

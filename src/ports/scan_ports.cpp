@@ -19,51 +19,36 @@ struct TapStatement {
 } // namespace
 
 // By TapPort.
-static constexpr TapStatement statements[] = {
-    {.port = &ScanPorts::tdi,
-     .line = &ScanPorts::tdi_line,
-     .passed = "\tScan port tdi statement passed",
-     .label = "TAP_SCAN_IN",
-     .function = PIN_FUNCTION_TDI,
-     .type = PIN_TYPE_IN},
-    {.port = &ScanPorts::tdo,
-     .line = &ScanPorts::tdo_line,
-     .passed = "\tScan port tdo statement passed",
-     .label = "TAP_SCAN_OUT",
-     .function = PIN_FUNCTION_TDO,
-     .type = PIN_TYPE_OUT},
-    {.port = &ScanPorts::trst,
-     .line = &ScanPorts::trst_line,
-     .passed = "\tScan port reset statement passed",
-     .label = "TAP_SCAN_RESET",
-     .function = PIN_FUNCTION_TRST,
-     .type = PIN_TYPE_IN},
-    {.port = &ScanPorts::tms,
-     .line = &ScanPorts::tms_line,
-     .passed = "\tScan port mode statement passed",
-     .label = "TAP_SCAN_MODE",
-     .function = PIN_FUNCTION_TMS,
-     .type = PIN_TYPE_IN},
-    {.port = &ScanPorts::tck,
-     .line = &ScanPorts::tck_line,
-     .passed = "\tScan port clock statement passed",
-     .label = "TAP_SCAN_CLOCK",
-     .function = PIN_FUNCTION_TCK,
-     .type = PIN_TYPE_IN},
+// clang-format off
+static constexpr TapStatement STATEMENTS[] = {
+    {.port = &ScanPorts::tdi, .line = &ScanPorts::tdi_line,
+     .passed = "\tScan port tdi statement passed", .label = "TAP_SCAN_IN",
+     .function = PIN_FUNCTION_TDI, .type = PIN_TYPE_IN},
+    {.port = &ScanPorts::tdo, .line = &ScanPorts::tdo_line,
+     .passed = "\tScan port tdo statement passed", .label = "TAP_SCAN_OUT",
+     .function = PIN_FUNCTION_TDO, .type = PIN_TYPE_OUT},
+    {.port = &ScanPorts::trst, .line = &ScanPorts::trst_line,
+     .passed = "\tScan port reset statement passed", .label = "TAP_SCAN_RESET",
+     .function = PIN_FUNCTION_TRST, .type = PIN_TYPE_IN},
+    {.port = &ScanPorts::tms, .line = &ScanPorts::tms_line,
+     .passed = "\tScan port mode statement passed", .label = "TAP_SCAN_MODE",
+     .function = PIN_FUNCTION_TMS, .type = PIN_TYPE_IN},
+    {.port = &ScanPorts::tck, .line = &ScanPorts::tck_line,
+     .passed = "\tScan port clock statement passed", .label = "TAP_SCAN_CLOCK",
+     .function = PIN_FUNCTION_TCK, .type = PIN_TYPE_IN},
 };
+// clang-format on
 
 // ----------------------------------------------------------------------------------- while parsing
 
 ClockRecord *clock_record_new(Bsdl *bsdl, double frequency, int32_t halt_state)
 {
-    auto *clock = model_new<ClockRecord>(bsdl);
-    *clock = {.frequency = frequency, .halt_state = halt_state};
-    return clock;
+    return model_new(bsdl, ClockRecord{.frequency = frequency, .halt_state = halt_state});
 }
 
 void tap_port_passed(Bsdl *bsdl, TapPort which, PortId *port, int32_t line)
 {
-    const TapStatement &statement = statements[which];
+    const TapStatement &statement = STATEMENTS[which];
     if (ScanPorts *ports = bsdl->data->scan_port) {
         ports->*statement.port = port;
         ports->*statement.line = line;
@@ -124,7 +109,7 @@ int32_t bsdl_check_scan_port(Bsdl *bsdl)
     if (!ports || !bsdl->data->boundary_register)
         return BSDL_RESULT_MISSING;
     int32_t result = BSDL_RESULT_OK;
-    for (const TapStatement &statement : statements)
+    for (const TapStatement &statement : STATEMENTS)
         if (const PortId *port = ports->*statement.port)
             result |= check_scan_port_role(bsdl, statement, port, ports->*statement.line);
     return lookups_of(bsdl)->arena.failed ? int32_t{BSDL_RESULT_FAILED} : result;
@@ -137,41 +122,27 @@ static const ScanPorts *scan_ports_of(const Bsdl *bsdl)
     return bsdl && bsdl->data ? bsdl->data->scan_port : nullptr;
 }
 
+static PortId *tap_port_of(const Bsdl *bsdl, TapPort which)
+{
+    const ScanPorts *ports = scan_ports_of(bsdl);
+    return ports ? ports->*STATEMENTS[which].port : nullptr;
+}
+
 static const ClockRecord *clock_of(const Bsdl *bsdl)
 {
     const ScanPorts *ports = scan_ports_of(bsdl);
     return ports ? ports->clock : nullptr;
 }
 
-PortId *bsdlGetTckPortId(Bsdl *bsdl)
-{
-    const ScanPorts *ports = scan_ports_of(bsdl);
-    return ports ? ports->tck : nullptr;
-}
+PortId *bsdlGetTckPortId(Bsdl *bsdl) { return tap_port_of(bsdl, TAP_TCK); }
 
-PortId *bsdlGetTdiPortId(Bsdl *bsdl)
-{
-    const ScanPorts *ports = scan_ports_of(bsdl);
-    return ports ? ports->tdi : nullptr;
-}
+PortId *bsdlGetTdiPortId(Bsdl *bsdl) { return tap_port_of(bsdl, TAP_TDI); }
 
-PortId *bsdlGetTmsPortId(Bsdl *bsdl)
-{
-    const ScanPorts *ports = scan_ports_of(bsdl);
-    return ports ? ports->tms : nullptr;
-}
+PortId *bsdlGetTmsPortId(Bsdl *bsdl) { return tap_port_of(bsdl, TAP_TMS); }
 
-PortId *bsdlGetTdoPortId(Bsdl *bsdl)
-{
-    const ScanPorts *ports = scan_ports_of(bsdl);
-    return ports ? ports->tdo : nullptr;
-}
+PortId *bsdlGetTdoPortId(Bsdl *bsdl) { return tap_port_of(bsdl, TAP_TDO); }
 
-PortId *bsdlGetTrstPortId(Bsdl *bsdl)
-{
-    const ScanPorts *ports = scan_ports_of(bsdl);
-    return ports ? ports->trst : nullptr;
-}
+PortId *bsdlGetTrstPortId(Bsdl *bsdl) { return tap_port_of(bsdl, TAP_TRST); }
 
 double bsdlGetTckFrequency(Bsdl *bsdl)
 {

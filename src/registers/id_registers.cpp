@@ -37,11 +37,7 @@ bool idcode_passed(Bsdl *bsdl, List patterns, int32_t line)
     return bsdl->fast_read != 0;
 }
 
-void idcode_skipped(Bsdl *bsdl)
-{
-    bsdl->data->id_registers->idcode_patterns = nullptr;
-    statement_skipped(bsdl, "Skipping idcode due to errors");
-}
+void idcode_skipped(Bsdl *bsdl) { statement_skipped(bsdl, "Skipping idcode due to errors"); }
 
 void usercode_passed(Bsdl *bsdl, List patterns, int32_t line)
 {
@@ -51,11 +47,7 @@ void usercode_passed(Bsdl *bsdl, List patterns, int32_t line)
     statement_passed(bsdl, "\tUsercode register statement passed");
 }
 
-void usercode_skipped(Bsdl *bsdl)
-{
-    bsdl->data->id_registers->usercode_patterns = nullptr;
-    statement_skipped(bsdl, "Skipping usercode due to errors");
-}
+void usercode_skipped(Bsdl *bsdl) { statement_skipped(bsdl, "Skipping usercode due to errors"); }
 
 // --------------------------------------------------------------------------------------- the check
 
@@ -148,52 +140,38 @@ static OptionalRegisters *codes_of(const Bsdl *bsdl)
     return bsdl && bsdl->data ? bsdl->data->id_registers : nullptr;
 }
 
-int32_t bsdlGetNbrOfIdcodePatterns(Bsdl *h)
+static Iteration idcodes_of(const Bsdl *bsdl)
 {
-    OptionalRegisters *codes = codes_of(h);
-    return codes ? static_cast<int32_t>(list_count(&codes->idcode_walk, codes->idcode_patterns))
-                 : 0;
+    OptionalRegisters *codes = codes_of(bsdl);
+    return codes ? Iteration{&codes->idcode_walk, codes->idcode_patterns, &codes->idcode_cursor}
+                 : Iteration{};
 }
+
+static Iteration usercodes_of(const Bsdl *bsdl)
+{
+    OptionalRegisters *codes = codes_of(bsdl);
+    return codes
+               ? Iteration{&codes->usercode_walk, codes->usercode_patterns, &codes->usercode_cursor}
+               : Iteration{};
+}
+
+int32_t bsdlGetNbrOfIdcodePatterns(Bsdl *h) { return iteration_count(idcodes_of(h)); }
 
 const char *bsdlGetFirstIdcodePattern(Bsdl *h)
 {
-    OptionalRegisters *codes = codes_of(h);
-    if (!codes)
-        return nullptr;
-    return static_cast<const char *>(
-        list_first(&codes->idcode_walk, codes->idcode_patterns, &codes->idcode_cursor));
+    return iteration_first<const char>(idcodes_of(h));
 }
 
-const char *bsdlGetNextIdcodePattern(Bsdl *h)
-{
-    OptionalRegisters *codes = codes_of(h);
-    if (!codes)
-        return nullptr;
-    return static_cast<const char *>(
-        list_next(&codes->idcode_walk, codes->idcode_patterns, &codes->idcode_cursor));
-}
+const char *bsdlGetNextIdcodePattern(Bsdl *h) { return iteration_next<const char>(idcodes_of(h)); }
 
-int32_t bsdlGetNbrOfUsercodePatterns(Bsdl *h)
-{
-    OptionalRegisters *codes = codes_of(h);
-    return codes ? static_cast<int32_t>(list_count(&codes->usercode_walk, codes->usercode_patterns))
-                 : 0;
-}
+int32_t bsdlGetNbrOfUsercodePatterns(Bsdl *h) { return iteration_count(usercodes_of(h)); }
 
 const char *bsdlGetFirstUsercodePattern(Bsdl *h)
 {
-    OptionalRegisters *codes = codes_of(h);
-    if (!codes)
-        return nullptr;
-    return static_cast<const char *>(
-        list_first(&codes->usercode_walk, codes->usercode_patterns, &codes->usercode_cursor));
+    return iteration_first<const char>(usercodes_of(h));
 }
 
 const char *bsdlGetNextUsercodePattern(Bsdl *h)
 {
-    OptionalRegisters *codes = codes_of(h);
-    if (!codes)
-        return nullptr;
-    return static_cast<const char *>(
-        list_next(&codes->usercode_walk, codes->usercode_patterns, &codes->usercode_cursor));
+    return iteration_next<const char>(usercodes_of(h));
 }

@@ -33,8 +33,7 @@ struct InstructionCheck {
 
 } // namespace
 
-// --------------------------------------------------------------------------------- instruction
-// types
+// ------------------------------------------------------------------------------ instruction types
 
 static bool is_mandatory_instruction(const char *name, bool is_2001)
 {
@@ -49,10 +48,7 @@ static bool is_mandatory_instruction(const char *name, bool is_2001)
 static void index_privates(InstructionCheck *check)
 {
     const GSList *names = check->instructions->private_instructions;
-    size_t count = 0;
-    for (const GSList *link = names; link; link = link->next)
-        count++;
-    index_start(&check->privates, &check->scratch, count);
+    index_start(&check->privates, &check->scratch, list_length(names));
     for (const GSList *link = names; link && link->data; link = link->next)
         index_first(&check->privates, name_fold(static_cast<const char *>(link->data)), 0);
 }
@@ -76,8 +72,7 @@ static void classify(InstructionCheck *check, InstructionEntry *entry)
         entry->flags |= INSTRUCTION_PRELOADS;
 }
 
-// ------------------------------------------------------------------------------- rules of an
-// opcode
+// ----------------------------------------------------------------------------- rules of an opcode
 
 static void check_reserved(InstructionCheck *check, const InstructionEntry *entry,
                            const Opcode *opcode)
@@ -222,10 +217,9 @@ static const char *add_instruction(InstructionCheck *check, const char *name, ch
         return nullptr;
     std::memset(opcode, bit, length);
 
-    auto *entry = model_new<InstructionEntry>(bsdl);
-    entry->name = model_name(bsdl, name);
-    entry->type = INSTRUCTION_TYPE_MANDATORY;
-    entry->patterns = model_list(bsdl, opcode).head;
+    auto *entry = model_new(bsdl, InstructionEntry{.name = model_name(bsdl, name),
+                                                   .type = INSTRUCTION_TYPE_MANDATORY,
+                                                   .patterns = model_list(bsdl, opcode).head});
     GSList *last = instructions->opcode_table;
     while (last->next)
         last = last->next;
@@ -264,8 +258,7 @@ static void check_presence(InstructionCheck *check)
             rule_error({"instruction-preload-missing"}, "no PRELOAD instruction specified");
 }
 
-// ------------------------------------------------------------------------------- the other
-// statements
+// --------------------------------------------------------------------------- the other statements
 
 static void check_captures(InstructionCheck *check)
 {

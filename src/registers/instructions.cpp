@@ -23,11 +23,7 @@ void instruction_length_passed(Bsdl *bsdl)
 InstructionEntry *instruction_entry(Bsdl *bsdl, const char *name, List patterns, int32_t line)
 {
     bsdl->scan_mode = SCAN_MODE_NONE;
-    auto *entry = model_new<InstructionEntry>(bsdl);
-    entry->name = name;
-    entry->patterns = patterns.head;
-    entry->line = line;
-    return entry;
+    return model_new(bsdl, InstructionEntry{.name = name, .patterns = patterns.head, .line = line});
 }
 
 void instruction_opcode_passed(Bsdl *bsdl, List table)
@@ -38,7 +34,6 @@ void instruction_opcode_passed(Bsdl *bsdl, List table)
 
 void instruction_opcode_skipped(Bsdl *bsdl)
 {
-    bsdl->data->instruction_register->opcode_table = nullptr;
     statement_skipped(bsdl, "Skipping instruction_opcode due to errors");
 }
 
@@ -52,7 +47,6 @@ void instruction_capture_passed(Bsdl *bsdl, List patterns, int32_t line)
 
 void instruction_capture_skipped(Bsdl *bsdl)
 {
-    bsdl->data->instruction_register->capture_patterns = nullptr;
     statement_skipped(bsdl, "Skipping instruction_capture due to errors");
 }
 
@@ -64,13 +58,11 @@ void instruction_disable_passed(Bsdl *bsdl, const char *name)
 
 void instruction_disable_skipped(Bsdl *bsdl)
 {
-    bsdl->data->instruction_register->disable_instruction = nullptr;
     statement_skipped(bsdl, "Skipping instruction_disable due to errors");
 }
 
 void instruction_disable_absent(Bsdl *bsdl)
 {
-    bsdl->data->instruction_register->disable_instruction = nullptr;
     statement_absent(bsdl, "\tNo instruction disable statement");
 }
 
@@ -82,13 +74,11 @@ void instruction_guard_passed(Bsdl *bsdl, const char *name)
 
 void instruction_guard_skipped(Bsdl *bsdl)
 {
-    bsdl->data->instruction_register->guard_instruction = nullptr;
     statement_skipped(bsdl, "Skipping instruction_guard due to errors");
 }
 
 void instruction_guard_absent(Bsdl *bsdl)
 {
-    bsdl->data->instruction_register->guard_instruction = nullptr;
     // The issue of 1990 is the one that has the statement; the text is sent for it alone all the
     // same.
     if (bsdlIs1990(bsdl))
@@ -103,13 +93,11 @@ void instruction_private_passed(Bsdl *bsdl, List names)
 
 void instruction_private_skipped(Bsdl *bsdl)
 {
-    bsdl->data->instruction_register->private_instructions = nullptr;
     statement_skipped(bsdl, "Skipping instruction_private due to errors");
 }
 
 void instruction_private_absent(Bsdl *bsdl)
 {
-    bsdl->data->instruction_register->private_instructions = nullptr;
     statement_absent(bsdl, "\tNo instruction private statement");
 }
 
@@ -151,44 +139,48 @@ bool associate_instruction(Bsdl *bsdl, const char *name, RegisterEntry *data_reg
 
 // ----------------------------------------------------------------------------------------- queries
 
-static InstructionRegister *instructions_of(const Bsdl *bsdl)
+static InstructionRegister *register_of(const Bsdl *bsdl)
 {
     return bsdl && bsdl->data ? bsdl->data->instruction_register : nullptr;
 }
 
-int32_t bsdlGetInstructionLength(Bsdl *h)
+static Iteration instructions_of(const Bsdl *bsdl)
 {
-    const InstructionRegister *instructions = instructions_of(h);
-    return instructions ? static_cast<int32_t>(instructions->length) : 0;
+    InstructionRegister *record = register_of(bsdl);
+    return record ? Iteration{&record->instruction_walk, record->opcode_table,
+                              &record->instruction_iterator}
+                  : Iteration{};
 }
 
-int32_t bsdlGetNbrOfInstructions(Bsdl *h)
+static Iteration captures_of(const Bsdl *bsdl)
 {
-    InstructionRegister *instructions = instructions_of(h);
-    if (!instructions)
-        return 0;
-    return static_cast<int32_t>(
-        list_count(&instructions->instruction_walk, instructions->opcode_table));
+    InstructionRegister *record = register_of(bsdl);
+    return record ? Iteration{&record->capture_walk, record->capture_patterns,
+                              &record->capture_iterator}
+                  : Iteration{};
 }
+
+static Iteration patterns_of(InstructionEntry *e)
+{
+    return e ? Iteration{&e->pattern_walk, e->patterns, &e->pattern_iterator} : Iteration{};
+}
+
+int32_t bsdlGetInstructionLength(Bsdl *h)
+{
+    const InstructionRegister *record = register_of(h);
+    return record ? static_cast<int32_t>(record->length) : 0;
+}
+
+int32_t bsdlGetNbrOfInstructions(Bsdl *h) { return iteration_count(instructions_of(h)); }
 
 InstructionEntry *bsdlGetFirstInstruction(Bsdl *h)
 {
-    InstructionRegister *instructions = instructions_of(h);
-    if (!instructions)
-        return nullptr;
-    return static_cast<InstructionEntry *>(list_first(&instructions->instruction_walk,
-                                                      instructions->opcode_table,
-                                                      &instructions->instruction_iterator));
+    return iteration_first<InstructionEntry>(instructions_of(h));
 }
 
 InstructionEntry *bsdlGetNextInstruction(Bsdl *h)
 {
-    InstructionRegister *instructions = instructions_of(h);
-    if (!instructions)
-        return nullptr;
-    return static_cast<InstructionEntry *>(list_next(&instructions->instruction_walk,
-                                                     instructions->opcode_table,
-                                                     &instructions->instruction_iterator));
+    return iteration_next<InstructionEntry>(instructions_of(h));
 }
 
 const char *bsdlGetInstructionName(InstructionEntry *e) { return e ? e->name : nullptr; }
@@ -197,54 +189,28 @@ int32_t bsdlGetInstructionType(InstructionEntry *e) { return e ? e->type : 0; }
 
 int32_t bsdlIsInstrPreload(InstructionEntry *e) { return e ? e->flags & INSTRUCTION_PRELOADS : 0; }
 
-int32_t bsdlGetNbrOfInstrPatterns(InstructionEntry *e)
-{
-    return e ? static_cast<int32_t>(list_count(&e->pattern_walk, e->patterns)) : 0;
-}
+int32_t bsdlGetNbrOfInstrPatterns(InstructionEntry *e) { return iteration_count(patterns_of(e)); }
 
 const char *bsdlGetFirstInstrPattern(InstructionEntry *e)
 {
-    if (!e)
-        return nullptr;
-    return static_cast<const char *>(
-        list_first(&e->pattern_walk, e->patterns, &e->pattern_iterator));
+    return iteration_first<const char>(patterns_of(e));
 }
 
 const char *bsdlGetNextInstrPattern(InstructionEntry *e)
 {
-    if (!e)
-        return nullptr;
-    return static_cast<const char *>(
-        list_next(&e->pattern_walk, e->patterns, &e->pattern_iterator));
+    return iteration_next<const char>(patterns_of(e));
 }
 
-int32_t bsdlGetNbrOfInstructionCaptures(Bsdl *h)
-{
-    InstructionRegister *instructions = instructions_of(h);
-    if (!instructions)
-        return 0;
-    return static_cast<int32_t>(
-        list_count(&instructions->capture_walk, instructions->capture_patterns));
-}
+int32_t bsdlGetNbrOfInstructionCaptures(Bsdl *h) { return iteration_count(captures_of(h)); }
 
 const char *bsdlGetFirstInstructionCapture(Bsdl *h)
 {
-    InstructionRegister *instructions = instructions_of(h);
-    if (!instructions)
-        return nullptr;
-    return static_cast<const char *>(list_first(&instructions->capture_walk,
-                                                instructions->capture_patterns,
-                                                &instructions->capture_iterator));
+    return iteration_first<const char>(captures_of(h));
 }
 
 const char *bsdlGetNextInstructionCapture(Bsdl *h)
 {
-    InstructionRegister *instructions = instructions_of(h);
-    if (!instructions)
-        return nullptr;
-    return static_cast<const char *>(list_next(&instructions->capture_walk,
-                                               instructions->capture_patterns,
-                                               &instructions->capture_iterator));
+    return iteration_next<const char>(captures_of(h));
 }
 
 const char *bsdlGetInstrRegisterName(InstructionEntry *e)

@@ -28,8 +28,7 @@ static bool collect_opcodes(OpcodeTable *table, Arena *arena)
 {
     uint32_t count = 0;
     for (uint32_t i = 0; i < table->entry_count; i++)
-        for (const GSList *link = table->entries[i]->patterns; link; link = link->next)
-            count++;
+        count += list_length(table->entries[i]->patterns);
     table->opcodes = arena_array<Opcode>(arena, count);
     if (!table->opcodes)
         return false;

@@ -15,12 +15,10 @@ constexpr uint32_t FIRST_CAPACITY = 16;
 
 RegisterEntry *register_named(Bsdl *bsdl, int32_t kind, const char *name, int32_t line)
 {
-    auto *entry = model_new<RegisterEntry>(bsdl);
-    entry->kind = kind;
-    entry->name = name_upper(&bsdl->names, model_name(bsdl, name));
-    entry->length = -1;
-    entry->line = line;
-    return entry;
+    return model_new(bsdl, RegisterEntry{.kind = kind,
+                                         .name = name_upper(&bsdl->names, model_name(bsdl, name)),
+                                         .length = -1,
+                                         .line = line});
 }
 
 RegisterEntry *register_sized(Bsdl *bsdl, RegisterEntry *entry, int32_t length)
@@ -48,11 +46,7 @@ RegisterEntry *register_association(RegisterEntry *entry, List captures)
 InstructionCapture *instruction_capture(Bsdl *bsdl, const char *name, const char *capture,
                                         int32_t line)
 {
-    auto *record = model_new<InstructionCapture>(bsdl);
-    record->name = name;
-    record->capture = capture;
-    record->line = line;
-    return record;
+    return model_new(bsdl, InstructionCapture{.name = name, .capture = capture, .line = line});
 }
 
 const char *capture_pattern(Bsdl *bsdl, const char *pattern)
@@ -64,9 +58,7 @@ const char *capture_pattern(Bsdl *bsdl, const char *pattern)
 // The first register stays outside the index: a repetition of it is a register of its own.
 RegisterList *register_list_start(Bsdl *bsdl, RegisterEntry *entry)
 {
-    auto *list = model_new<RegisterList>(bsdl);
-    list->registers = model_list(bsdl, entry);
-    return list;
+    return model_new(bsdl, RegisterList{.registers = model_list(bsdl, entry)});
 }
 
 static void register_list_grow(Bsdl *bsdl, RegisterList *list)
@@ -122,13 +114,11 @@ bool register_access_passed(Bsdl *bsdl, RegisterList *list)
 
 void register_access_skipped(Bsdl *bsdl)
 {
-    bsdl->data->register_access = nullptr;
     statement_skipped(bsdl, "Skipping register_access due to errors");
 }
 
 void register_access_absent(Bsdl *bsdl)
 {
-    bsdl->data->register_access = nullptr;
     statement_absent(bsdl, "\tNo register access statement");
 }
 

@@ -36,8 +36,7 @@ struct RegisterCheck {
 
 } // namespace
 
-// --------------------------------------------------------------------------------- implied
-// registers
+// ------------------------------------------------------------------------------ implied registers
 
 static void normalize_registers(RegisterCheck *check)
 {
@@ -63,10 +62,8 @@ static void add_register(RegisterCheck *check, const char *name, const char *ins
                          int32_t length, int32_t kind)
 {
     Bsdl *bsdl = check->bsdl;
-    auto *entry = model_new<RegisterEntry>(bsdl);
-    entry->kind = kind;
-    entry->name = model_name(bsdl, name);
-    entry->length = length;
+    auto *entry = model_new(
+        bsdl, RegisterEntry{.kind = kind, .name = model_name(bsdl, name), .length = length});
     if (!associate_instruction(bsdl, model_name(bsdl, instruction), entry))
         check->result |=
             rule_error({"register-instruction-missing"}, "instruction '%s' not found", instruction);
@@ -112,9 +109,7 @@ static uint32_t count_captures(const RegisterCheck *check)
 {
     uint32_t count = 0;
     for (const GSList *link = check->registers.head; link; link = link->next)
-        for (const GSList *at = static_cast<RegisterEntry *>(link->data)->captures; at;
-             at = at->next)
-            count++;
+        count += list_length(static_cast<const RegisterEntry *>(link->data)->captures);
     return count;
 }
 
@@ -313,8 +308,7 @@ static void check_lengths(RegisterCheck *check)
     }
 }
 
-// ------------------------------------------------------------------------------------ shared
-// opcodes
+// --------------------------------------------------------------------------------- shared opcodes
 
 static void check_merged(RegisterCheck *check, InstructionEntry *instruction)
 {
