@@ -231,10 +231,8 @@ std::function<int()> set_up_check(CLI::App &app)
     app.add_option("FILE", options->paths,
                    "Files, folders of .bsd, .bsdl, .bsm, .ppc and .prg files, or - for standard "
                    "input");
-    app.add_option(
-           "--format", options->format,
-           "How messages are written: text, gcc, json or sarif; for --list-rules text, json or "
-           "markdown")
+    app.add_option("--format", options->format,
+                   "How messages are written; markdown is for --list-rules alone")
         ->check(CLI::IsMember({"text", "gcc", "json", "sarif", "markdown"}))
         ->type_name("FORMAT");
     add_read_options(app, options->read);

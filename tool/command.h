@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <span>
 
 namespace CLI
 {
@@ -23,8 +24,12 @@ struct Command {
     std::function<int()> (*set_up)(CLI::App &app);
 };
 
+std::span<const Command> all_commands();
+
 std::function<int()> set_up_check(CLI::App &app);
 std::function<int()> set_up_ebst(CLI::App &app);
+std::function<int()> set_up_manual(CLI::App &app);
+std::function<int()> set_up_completion(CLI::App &app);
 std::function<int()> set_up_info(CLI::App &app);
 std::function<int()> set_up_pins(CLI::App &app);
 std::function<int()> set_up_cells(CLI::App &app);

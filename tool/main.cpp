@@ -23,11 +23,15 @@ constexpr Command COMMANDS[] = {
     {"registers", "List the data registers that the instructions select", set_up_registers},
     {"diff", "Show what differs between two descriptions of a device", set_up_diff},
     {"list", "List fields of many files, a row for each file", set_up_list},
+    {"manual", "Print a manual page", set_up_manual},
+    {"completion", "Print a completion script for a shell", set_up_completion},
 };
 
 constexpr const char *SUMMARY = "Reads, checks and queries boundary scan descriptions (BSDL).";
 
 } // namespace
+
+std::span<const Command> all_commands() { return COMMANDS; }
 
 static const Command *find_command(std::string_view name)
 {
