@@ -2,7 +2,7 @@
 # Installs with apt what a fresh Debian 12 lacks to build and test; does nothing when all is there.
 set -eu
 packages="g++ cmake ninja-build bison flex python3 pkg-config libglib2.0-dev libgtest-dev
-    libbenchmark-dev libcli11-dev nlohmann-json3-dev"
+    libbenchmark-dev libcli11-dev nlohmann-json3-dev python3-jsonschema"
 
 missing=
 for package in $packages; do
