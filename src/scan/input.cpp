@@ -129,28 +129,34 @@ static bool load_file(InputFile *file, const char *path)
             capacity = static_cast<size_t>(size) + 1;
         std::rewind(stream);
     }
-    auto *text = static_cast<char *>(memory_request(capacity + PADDING));
+    auto *text = static_cast<char *>(memory_request_large(capacity + PADDING));
     size_t length = 0;
     while (text) {
         length += std::fread(text + length, 1, capacity - length, stream);
         if (length < capacity)
             break;
         // A stream that cannot tell its size, or one that grows under our hands.
-        capacity *= 2;
-        auto *larger = static_cast<char *>(memory_request(capacity + PADDING));
+        auto *larger = static_cast<char *>(memory_request_large(2 * capacity + PADDING));
         if (larger)
             std::memcpy(larger, text, length);
-        memory_return(text);
+        memory_return_large(text, capacity + PADDING);
         text = larger;
+        capacity *= 2;
     }
     std::fclose(stream);
     if (!text)
         return false;
     text[length] = '\n';
     std::memset(text + length + 1, 0, PADDING - 1);
-    *file = {.text = text, .at = text, .end = text + length + 1, .path = path};
+    *file = {.text = text,
+             .size = capacity + PADDING,
+             .at = text,
+             .end = text + length + 1,
+             .path = path};
     return true;
 }
+
+void input_file_close(InputFile *file) { memory_return_large(file->text, file->size); }
 
 static void read_from(ScanState *reading)
 {
@@ -174,7 +180,7 @@ bool reading_start(Bsdl *bsdl, ScanState *reading)
 void reading_end(ScanState *reading)
 {
     for (int depth = reading->depth; depth >= 0; depth--)
-        memory_return(reading->files[depth].text);
+        input_file_close(&reading->files[depth]);
     memory_return(reading->strings.pieces);
     *reading = ScanState{};
 }

@@ -8,7 +8,8 @@
 // character and room beyond that for loads of eight bytes.
 struct InputFile {
     char *text;
-    char *at; // where reading goes on
+    size_t size; // of the buffer
+    char *at;    // where reading goes on
     char *end;
     const char *path;
 };
@@ -60,6 +61,8 @@ struct ScanState {
 void scan_enter_piece(ScanState *reading);
 void scan_leave_strings(ScanState *reading);
 void scan_no_piece(ScanState *reading);
+
+void input_file_close(InputFile *file);
 
 bool reading_start(Bsdl *bsdl, ScanState *reading);
 void reading_end(ScanState *reading);

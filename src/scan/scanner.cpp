@@ -263,7 +263,7 @@ static bool next_input(ScanState *reading)
     }
     if (reading->depth == 0)
         return false;
-    memory_return(current_file(reading)->text);
+    input_file_close(current_file(reading));
     reading->depth--;
     reading->at = current_file(reading)->at;
     reading->end = current_file(reading)->end;
