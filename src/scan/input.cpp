@@ -1,5 +1,5 @@
 #include "frame/files.h"
-#include "frame/messages.h"
+#include "frame/memory_error.h"
 #include "frame/model.h"
 #include "scan/scan_state.h"
 #include "scan/scanner.h"
@@ -19,20 +19,19 @@ constexpr uint32_t FIRST_PIECES = 64;
 
 // ------------------------------------------------------------------------------ the string store
 
-static bool piece_room(StringStore *strings)
+static void piece_room(StringStore *strings)
 {
     if (strings->count < strings->capacity)
-        return true;
+        return;
     uint32_t capacity = strings->capacity ? strings->capacity * 2 : FIRST_PIECES;
     auto *pieces = static_cast<StringPiece *>(memory_request(capacity * sizeof(StringPiece)));
     if (!pieces)
-        return false;
+        end_on_memory_error();
     if (strings->count)
         std::memcpy(pieces, strings->pieces, strings->count * sizeof(StringPiece));
     memory_return(strings->pieces);
     strings->pieces = pieces;
     strings->capacity = capacity;
-    return true;
 }
 
 void store_string(Bsdl *bsdl, QuotedText piece)
@@ -43,10 +42,7 @@ void store_string(Bsdl *bsdl, QuotedText piece)
     uint32_t length = piece.text && piece.length > 2 ? piece.length - 2 : 0;
     if (!length && strings->count)
         return;
-    if (!piece_room(strings)) {
-        bsdl->arena.failed = true;
-        return;
-    }
+    piece_room(strings);
     uint32_t offset = strings->count ? strings->pieces[strings->count - 1].end : 0;
     if (length && offset)
         std::memmove(strings->begin + offset, piece.text + 1, length);
@@ -99,7 +95,7 @@ const char *join_strings(Bsdl *bsdl)
         strings->count ? strings->pieces[strings->count - 1].end + strings->count - 1 : 0;
     auto *text = static_cast<char *>(arena_try(&bsdl->arena, length + 1, 1));
     if (!text)
-        return "";
+        end_on_memory_error();
     char *at = text;
     uint32_t from = 0;
     for (uint32_t i = 0; i < strings->count; i++) {

@@ -1,5 +1,6 @@
 #include "scan/scanner.h"
 
+#include "frame/memory_error.h"
 #include "frame/messages.h"
 #include "frame/reader_state.h"
 #include "grammar.h"
@@ -20,6 +21,7 @@ namespace
 {
 
 constexpr uint32_t TOKEN_SIZE = 16384; // a token has to be shorter
+constexpr size_t WITH_ALL = 4;         // any one character and ALL
 
 enum CharClass : uint8_t {
     OTHER, // not allowed at the start of a token
@@ -81,8 +83,7 @@ struct CharTables {
 
         for (int c = '#'; c <= '~'; c++)
             part_name[c] = 1;
-        for (char c : {'\'', '`', '\\'})
-            part_name[static_cast<int>(c)] = 0;
+        part_name['\''] = part_name['`'] = 0;
         for (int c = 0; c < 128; c++)
             if (word[c])
                 part_name[c] |= 2;
@@ -421,6 +422,20 @@ static int scan_attribute(const Scan &scan, const char *start, const char *behin
 
 static bool is_all(const char *at) { return equal_folded(at, "ALL", 3); }
 
+// The name of an extension's package, any one character and ALL are one token in every rule set.
+// The character may be one that words are made of. `row` is that of the whole word.
+static const Keyword *find_with_all(const char *start, size_t length, const Keyword *row)
+{
+    const char *end = start + length;
+    if (row)
+        return row->with_all && *end != '\n' && is_all(end + 1) ? row : nullptr;
+    if (length <= WITH_ALL || !is_all(end - 3))
+        return nullptr;
+    length -= WITH_ALL;
+    row = find_keyword(start, length, text_hash_padded(start, length));
+    return row && row->with_all ? row : nullptr;
+}
+
 // In the PRG rule set some words end in a number, which is the token's value.
 static int scan_numbered_word(const Scan &scan, const char *start, const char *end)
 {
@@ -493,9 +508,11 @@ static int scan_word(const Scan &scan, const char *start)
     uint64_t hash = text_hash_padded(start, length);
     const Keyword *row = find_keyword(start, length, hash);
 
-    if (row && row->with_all && *end != '\n' && is_all(end + 1) &&
-        (bsdl->scan_mode != SCAN_MODE_USE || use_name_end(start) <= end + 4))
-        return finish_name(scan, start, end + 4, row->with_all);
+    if (const Keyword *package = find_with_all(start, length, row)) {
+        const char *behind = start + std::strlen(package->word) + WITH_ALL;
+        if (bsdl->scan_mode != SCAN_MODE_USE || use_name_end(start) <= behind)
+            return finish_name(scan, start, behind, package->with_all);
+    }
     if (bsdl->scan_mode == SCAN_MODE_USE && use_name_end(start) > end) {
         bsdl->scan_mode = SCAN_MODE_INTEGER;
         return finish_name(scan, start, use_name_end(start), USE_IDENT);
@@ -788,6 +805,8 @@ int scan_token(BSDL_YYSTYPE *value, int32_t *line, Bsdl *bsdl)
         if (token == NO_TOKEN)
             token = scan_token_at(scan, at);
         if (token != NO_TOKEN) {
+            if (bsdl->arena.failed)
+                end_on_memory_error(); // no room for its text
             *line = reading->token_line;
             return token;
         }

@@ -1,14 +1,17 @@
 #include "scan/scanner.h"
 
+#include "frame/memory.h"
 #include "frame/reader_state.h"
 #include "grammar.h"
 #include "scan/keywords.h"
 #include "scan/scan_state.h"
 #include "support/description.h"
 
+#include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <sstream>
+#include <unistd.h>
 
 using namespace support;
 
@@ -125,7 +128,9 @@ std::string value_text(int token, const BSDL_YYSTYPE &value)
 class Scanning
 {
   public:
-    explicit Scanning(const std::string &input) : path_(new_folder() + "/input")
+    // Messages are also written to `log` when that is no -1.
+    explicit Scanning(const std::string &input, int log = -1)
+        : path_(new_folder() + "/input"), log_(log)
     {
         reset_reader_state();
         reader_state.context = &context_;
@@ -153,11 +158,15 @@ class Scanning
   private:
     static void sink(void *data, BsdlMessage *message)
     {
-        std::string &all = static_cast<Scanning *>(data)->messages_;
+        auto *scanning = static_cast<Scanning *>(data);
+        std::string &all = scanning->messages_;
         all += (all.empty() ? "" : " / ") + std::to_string(message->level) + " " + message->text;
+        if (scanning->log_ >= 0)
+            dprintf(scanning->log_, "%i %s", message->level, message->text);
     }
 
     std::string path_;
+    int log_;
     std::string messages_;
     BsdlContext context_ = {sink, this, 4};
     Bsdl bsdl_ = {};
@@ -196,6 +205,23 @@ TEST(Scanner, EndOfInputStaysTheEnd)
         EXPECT_EQ(scanning.next(), 0);
         EXPECT_EQ(scan_token_text(scanning.handle()).length, 0);
     }
+}
+
+// No room for the text of a token, or for one more piece of a string.
+TEST(ScannerDeathTest, MemoryRunsOut)
+{
+    const auto read_all = [](const std::string &input, int32_t mode) {
+        Scanning scanning(input, STDERR_FILENO);
+        scanning.handle()->scan_mode = mode;
+        memory_fail_after(0);
+        while (int token = scanning.next())
+            if (token == QUOTED_STRING)
+                store_string(scanning.handle(), scanning.value.quoted);
+    };
+    const auto ended = testing::ExitedWithCode(255);
+    EXPECT_EXIT(read_all(std::string(5000, 'A'), SCAN_MODE_NONE), ended, "^0 Memory error$");
+    EXPECT_EXIT(read_all(std::string(5000, '1'), SCAN_MODE_BIN), ended, "^0 Memory error$");
+    EXPECT_EXIT(read_all("\"a\"", SCAN_MODE_NONE), ended, "^0 Memory error$");
 }
 
 // The texts of the failures that end a reading.
