@@ -1,7 +1,8 @@
 #include "frame/arena.h"
 
+#include "frame/memory_error.h"
+
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 
 namespace
@@ -79,17 +80,18 @@ void *arena_grow(Arena *arena, size_t size)
 {
     const size_t room = size + sizeof(uint64_t) + ARENA_GUARD;
     size_t wanted = arena->block_size > room ? arena->block_size : room;
-    ArenaBlock *block = arena->failed ? nullptr : block_request(wanted);
+    ArenaBlock *block = block_request(wanted);
     if (block) {
         grow_blocks(arena, wanted);
     } else {
+        // A step that uses up the reserve has a path or a name of a caller's that is longer than
+        // any token, or is one of many that a host has gone on with. Writing out of range is no way
+        // on.
+        if (!arena->reserve || arena->reserve->size < room)
+            end_on_memory_error();
         arena->failed = true;
         block = arena->reserve;
         arena->reserve = nullptr;
-        if (!block)
-            // The step that met the failure has used up the reserve, which no step of the parser
-            // or of a check comes near: going on would write out of range.
-            std::abort();
     }
     block_enter(arena, block);
     return arena_alloc(arena, size);

@@ -20,22 +20,42 @@ constexpr size_t SMALLEST_LARGE = 2 * LARGE_PAGE; // at most half a page in five
 #endif
 
 long requests_left = -1;
+bool was_refused;
+long blocks_held;
 
 } // namespace
 
-void memory_fail_after(long requests) { requests_left = requests; }
+void memory_fail_after(long requests)
+{
+    requests_left = requests;
+    was_refused = false;
+}
+
+bool memory_was_refused() { return was_refused; }
 
 static bool refused()
 {
     if (requests_left < 0 || requests_left-- > 0)
         return false;
     requests_left = 0;
+    was_refused = true;
     return true;
 }
 
-void *memory_request(size_t size) { return refused() ? nullptr : std::calloc(1, size); }
+void *memory_request(size_t size)
+{
+    void *memory = refused() ? nullptr : std::calloc(1, size);
+    blocks_held += memory != nullptr;
+    return memory;
+}
 
-void memory_return(void *memory) { std::free(memory); }
+void memory_return(void *memory)
+{
+    blocks_held -= memory != nullptr;
+    std::free(memory);
+}
+
+long memory_held() { return blocks_held; }
 
 static size_t whole_pages(size_t size) { return (size + LARGE_PAGE - 1) & ~(LARGE_PAGE - 1); }
 
@@ -59,13 +79,16 @@ void *memory_request_large(size_t size)
         munmap(begin, front);
     munmap(begin + front + wanted, LARGE_PAGE - front);
     madvise(begin + front, wanted, MADV_HUGEPAGE);
+    blocks_held++;
     return begin + front;
 }
 
 void memory_return_large(void *memory, size_t size)
 {
-    if (size < SMALLEST_LARGE)
+    if (size < SMALLEST_LARGE) {
         memory_return(memory);
-    else if (memory)
+    } else if (memory) {
         munmap(memory, whole_pages(size));
+        blocks_held--;
+    }
 }

@@ -13,3 +13,5 @@ void *memory_request_large(size_t size);
 void memory_return_large(void *memory, size_t size); // NULL is ignored
 
 void memory_fail_after(long requests); // -1: never (the default)
+bool memory_was_refused();             // since memory_fail_after()
+long memory_held();                    // requests that were not returned yet
