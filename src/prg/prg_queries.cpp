@@ -3,14 +3,6 @@
 
 #include "prg/prg.h"
 
-namespace
-{
-
-// Where a key is not in the file.
-constexpr uint32_t NOWHERE = INDEX_NONE;
-
-} // namespace
-
 static PrgData *prg_of(Bsdl *h) { return h ? h->prg : nullptr; }
 
 // The list as an array with an index. A file's lists do not change once it has been read.
@@ -57,10 +49,16 @@ template <class T> static T *item_at(const PrgTable *table, uint32_t at)
     return at < table->count ? static_cast<T *>(table->items[at]) : nullptr;
 }
 
+template <class T, class Field>
+static Field field_of(const T *record, Field T::*field, Field without = Field{})
+{
+    return record ? record->*field : without;
+}
+
 static uint32_t find_named(Bsdl *h, const PrgTable *table, const char *name)
 {
     const char *known = name ? name_find(&h->names, name) : nullptr;
-    return known ? index_find(&table->by_key, name_fold(known)) : NOWHERE;
+    return known ? index_find(&table->by_key, name_fold(known)) : INDEX_NONE;
 }
 
 PrgPart *find_part_type(Bsdl *bsdl, const char *name)
@@ -73,14 +71,13 @@ PrgPart *find_part_type(Bsdl *bsdl, const char *name)
 
 // -------------------------------------------------------------------------------------- the design
 
-const char *bsdlPrgDesignName(Bsdl *h) { return prg_of(h) ? h->prg->design_name : nullptr; }
+const char *bsdlPrgDesignName(Bsdl *h) { return field_of(prg_of(h), &PrgData::design_name); }
 
-const char *bsdlPrgRevision(Bsdl *h) { return prg_of(h) ? h->prg->revision : nullptr; }
+const char *bsdlPrgRevision(Bsdl *h) { return field_of(prg_of(h), &PrgData::revision); }
 
-int32_t bsdlPrgFrequency(Bsdl *h) { return prg_of(h) ? h->prg->frequency : 0; }
+int32_t bsdlPrgFrequency(Bsdl *h) { return field_of(prg_of(h), &PrgData::frequency); }
 
-// -----------------------------------------------------------------------------------------
-// channels
+// ---------------------------------------------------------------------------------------- channels
 
 static PrgChannel *current_channel(Bsdl *h)
 {
@@ -113,7 +110,7 @@ int32_t bsdlPrgSelectTap(Bsdl *h, int32_t tap)
     if (!prg_of(h))
         return -1;
     uint32_t at = index_find(&channels_of(h)->by_key, static_cast<uint32_t>(tap));
-    if (at == NOWHERE)
+    if (at == INDEX_NONE)
         return -1;
     h->prg->tap_cursor = at;
     return static_cast<int32_t>(at);
@@ -121,8 +118,7 @@ int32_t bsdlPrgSelectTap(Bsdl *h, int32_t tap)
 
 int32_t bsdlPrgCurrTap(Bsdl *h)
 {
-    const PrgChannel *channel = current_channel(h);
-    return channel ? channel->channel_id : -1;
+    return field_of(current_channel(h), &PrgChannel::channel_id, -1);
 }
 
 // ------------------------------------------------------------------------------ component settings
@@ -163,7 +159,7 @@ PrgComponentSetting *bsdlPrgSelectComponent(Bsdl *h, const char *part_name)
     if (!channel)
         return nullptr;
     uint32_t at = find_named(h, settings_of(h, channel), part_name);
-    if (at == NOWHERE)
+    if (at == INDEX_NONE)
         return nullptr;
     channel->component_cursor = at;
     return current_setting(h);
@@ -171,14 +167,12 @@ PrgComponentSetting *bsdlPrgSelectComponent(Bsdl *h, const char *part_name)
 
 const char *bsdlPrgComponentName(Bsdl *h)
 {
-    const PrgComponentSetting *setting = current_setting(h);
-    return setting ? setting->part_name : nullptr;
+    return field_of(current_setting(h), &PrgComponentSetting::part_name);
 }
 
 const char *bsdlPrgComponentInstr(Bsdl *h)
 {
-    const PrgComponentSetting *setting = current_setting(h);
-    return setting ? setting->instruction_name : nullptr;
+    return field_of(current_setting(h), &PrgComponentSetting::instruction_name);
 }
 
 // ---------------------------------------------------------------------------------------- programs
@@ -228,7 +222,7 @@ PrgProgramSpec *bsdlPrgSelectProgPart(Bsdl *h, const char *part_name)
     if (!prg_of(h))
         return nullptr;
     uint32_t at = find_named(h, programs_of(h), part_name);
-    if (at == NOWHERE)
+    if (at == INDEX_NONE)
         return nullptr;
     h->prg->prog_part_cursor = at;
     PrgProgramSpec *program = select_program(h);
@@ -243,30 +237,25 @@ PrgProgramSpec *bsdlPrgCurrProgPart(Bsdl *h)
 
 int32_t bsdlPrgProgProgType(Bsdl *h)
 {
-    const PrgProgramSpec *program = bsdlPrgCurrProgPart(h);
-    return program ? program->program_type : -1;
+    return field_of(bsdlPrgCurrProgPart(h), &PrgProgramSpec::program_type, -1);
 }
 
 const char *bsdlPrgProgPartName(Bsdl *h)
 {
-    const PrgProgramSpec *program = bsdlPrgCurrProgPart(h);
-    return program ? program->part_name : nullptr;
+    return field_of(bsdlPrgCurrProgPart(h), &PrgProgramSpec::part_name);
 }
 
 const char *bsdlPrgProgPartType(Bsdl *h)
 {
-    const PrgProgramSpec *program = bsdlPrgCurrProgPart(h);
-    return program ? program->part_type : nullptr;
+    return field_of(bsdlPrgCurrProgPart(h), &PrgProgramSpec::part_type);
 }
 
 const char *bsdlPrgProgInFile(Bsdl *h)
 {
-    const PrgProgramSpec *program = bsdlPrgCurrProgPart(h);
-    return program ? program->in_file : nullptr;
+    return field_of(bsdlPrgCurrProgPart(h), &PrgProgramSpec::in_file);
 }
 
 const char *bsdlPrgProgOutFile(Bsdl *h)
 {
-    const PrgProgramSpec *program = bsdlPrgCurrProgPart(h);
-    return program ? program->out_file : nullptr;
+    return field_of(bsdlPrgCurrProgPart(h), &PrgProgramSpec::out_file);
 }

@@ -29,7 +29,7 @@ void keep_finding(void *lines, BsdlMessage *message)
         static_cast<Lines *>(lines)->push_back(std::string("warning: ") + message->text);
 }
 
-Verdict check_file(const std::string &path, uint32_t flags)
+Verdict check_file(const std::string &path, uint32_t flags, int32_t (*check)(Bsdl *) = bsdl_check)
 {
     Verdict verdict;
     BsdlContext context{
@@ -40,7 +40,7 @@ Verdict check_file(const std::string &path, uint32_t flags)
     if (h) {
         verdict.was_read = true;
         verdict.syntax_errors = bsdlGetNumErrors(h);
-        verdict.check = bsdl_check(h);
+        verdict.check = check(h);
         bsdlRelease(h);
     }
     g_slist_free(folders);
@@ -49,7 +49,8 @@ Verdict check_file(const std::string &path, uint32_t flags)
 
 struct Clean {
     const char *file;
-    uint32_t flags;
+    uint32_t flags = 0;
+    int32_t (*check)(Bsdl *) = bsdl_check;
 };
 
 class CleanExample : public testing::TestWithParam<Clean>
@@ -58,8 +59,9 @@ class CleanExample : public testing::TestWithParam<Clean>
 
 TEST_P(CleanExample, has_no_finding)
 {
-    const Verdict verdict = check_file(
-        std::string(TARNLET_SOURCE_DIR "/examples/") + GetParam().file, GetParam().flags);
+    const Verdict verdict =
+        check_file(std::string(TARNLET_SOURCE_DIR "/examples/") + GetParam().file, GetParam().flags,
+                   GetParam().check);
     EXPECT_TRUE(verdict.was_read);
     EXPECT_EQ(verdict.syntax_errors, 0);
     EXPECT_EQ(verdict.check, BSDL_RESULT_OK);
@@ -67,8 +69,11 @@ TEST_P(CleanExample, has_no_finding)
 }
 
 INSTANTIATE_TEST_SUITE_P(examples, CleanExample,
-                         testing::Values(Clean{"demo.bsd", 0}, Clean{"demo.bsd", BSDL_FLAG_STRICT},
-                                         Clean{"demo_1994.bsd", 0}, Clean{"demo_1990.bsd", 0}));
+                         testing::Values(Clean{"demo.bsd"}, Clean{"demo.bsd", BSDL_FLAG_STRICT},
+                                         Clean{"demo_1994.bsd"}, Clean{"demo_1990.bsd"},
+                                         Clean{"isc_2002.bsd", 0, bsdl_check_isc},
+                                         Clean{"aio_2003.bsd", BSDL_FLAG_STRICT, bsdl_check_aio},
+                                         Clean{"two_taps.prg", 0, bsdl_check_prg}));
 
 // Each mistake that the file marks is reported, and nothing else is.
 TEST(Examples, mistakes_are_all_found)
