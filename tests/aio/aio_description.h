@@ -67,12 +67,4 @@ inline Options options(unsigned flags = 0)
                                                         "/packages/std_1149_6_2003.all")}}};
 }
 
-// The lines that begin with one of these words, of all that came.
-inline Messages about_aio(const Messages &messages)
-{
-    return picked(messages, [](const Message &message) {
-        return message.text.find("AIO") != std::string::npos || message.level <= WARNING;
-    });
-}
-
 } // namespace aio

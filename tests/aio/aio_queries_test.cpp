@@ -46,8 +46,9 @@ Lines walk(Bsdl *handle)
     return lines;
 }
 
-const char *const PINS = "A[7], B : LP_TIME=0.5 HP_TIME=0.25; D[5,6], Q[4,10] : LP_TIME=0.0; "
-                         "D(1)[6], Y; U : AC_SELECT=8 HP_TIME=0.5 ON_CHIP LP_TIME=1.0; P[4,5]";
+const char *const PINS =
+    "A[7], B : LP_TIME=0.5 HP_TIME=0.25; D[5,6], Q[4,10] : LP_TIME=0.0; D(1)[6], Y; "
+    "U : AC_SELECT=8 LP_TIME=1.0 HP_TIME=0.5 ON_CHIP; P[4,5]";
 
 TEST(AioQueries, PulseAndTrain)
 {
@@ -77,22 +78,17 @@ TEST(AioQueries, PulseAndTrain)
 
 TEST(AioQueries, WalkOverAll)
 {
-    std::string value = PINS;
-    value.replace(value.find("HP_TIME=0.5 ON_CHIP LP_TIME=1.0"), 31,
-                  "LP_TIME=1.0 HP_TIME=0.5 ON_CHIP");
-    Reading reading(with_pins(value), options());
+    Reading reading(with_pins(PINS), options());
+    EXPECT_EQ(bsdlAioNextPinBehavior(reading), nullptr);
+    EXPECT_EQ(bsdlAioNextACPort(reading), nullptr);
+    EXPECT_EQ(bsdlAioNextInputCell(reading), nullptr);
     ASSERT_EQ(bsdlGetNumErrors(reading), 0);
     EXPECT_EQ(bsdlAioNbrOfPinBehaviorDescriptions(reading), 5);
     // Before the check a vector is not known as one.
-    const Lines before = {"A 16 lp 0.500000 hp 0.250000 cell 7",
-                          "B 6 lp 0.500000 hp 0.250000",
-                          "D 10 cell 5",
-                          "Q 10 cell 4",
-                          "D(1) 10 cell 6",
-                          "Y 0",
-                          "U f select 8 lp 1.000000 hp 0.500000",
-                          "P 10 cell 4"};
-    EXPECT_EQ(walk(reading), before);
+    EXPECT_EQ(walk(reading),
+              (Lines{"A 16 lp 0.500000 hp 0.250000 cell 7", "B 6 lp 0.500000 hp 0.250000",
+                     "D 10 cell 5", "Q 10 cell 4", "D(1) 10 cell 6", "Y 0",
+                     "U f select 8 lp 1.000000 hp 0.500000", "P 10 cell 4"}));
     bsdl_check_aio_pin_behavior(reading);
     const Lines after = {"A 16 lp 0.500000 hp 0.250000 cell 7",
                          "B 6 lp 0.500000 hp 0.250000",
@@ -107,14 +103,6 @@ TEST(AioQueries, WalkOverAll)
                          "P(0) 10 cell 4"};
     EXPECT_EQ(walk(reading), after);
     EXPECT_EQ(walk(reading), after);
-    EXPECT_EQ(bsdlAioNextPinBehavior(reading), nullptr);
-    EXPECT_EQ(bsdlAioNextACPort(reading), nullptr);
-    EXPECT_EQ(bsdlAioNextInputCell(reading), nullptr);
-}
-
-TEST(AioQueries, NextBeforeFirst)
-{
-    Reading reading(with_pins(PINS), options());
     EXPECT_EQ(bsdlAioNextPinBehavior(reading), nullptr);
     EXPECT_EQ(bsdlAioNextACPort(reading), nullptr);
     EXPECT_EQ(bsdlAioNextInputCell(reading), nullptr);
@@ -158,57 +146,33 @@ struct ThisPinCase {
     std::vector<Wanted> wanted; // one after the other, on one handle
 };
 
+// clang-format off
 const ThisPinCase this_pin_cases[] = {
     {"ports without cells stand for as long as one asks",
-     "A, B : LP_TIME=0.5; Y : AC_SELECT=8",
-     true,
-     {{"a", WHOLE, "a 2 lp 0.500000"},
-      {"Y", WHOLE, "Y 1 select 8"},
-      {"B", WHOLE, "B 2 lp 0.500000"},
-      {"A", WHOLE, "A 2 lp 0.500000"},
-      {"A", 0, "none"},
-      {"NONE", WHOLE, "none"}}},
-    {"each bit that is passed costs a cell",
-     "Q[4,7,10], D[5,6]",
-     true,
-     {{"Q", 2, "Q(2) 10 cell 4"},
-      {"Q", 2, "Q(2) 10 cell 4"},
-      // The cells begin with the range again, whichever are left.
-      {"Q", 1, "Q(1) 10 cell 7"},
-      {"Q", 1, "Q(1) 10 cell 10"},
-      {"Q", 1, "none"},
-      {"Q", 2, "Q(2) 0"},
-      {"D", 0, "D(0) 0"},
+     "A, B : LP_TIME=0.5; Y : AC_SELECT=8", true,
+     {{"a", WHOLE, "a 2 lp 0.500000"}, {"Y", WHOLE, "Y 1 select 8"},
+      {"B", WHOLE, "B 2 lp 0.500000"}, {"A", WHOLE, "A 2 lp 0.500000"},
+      {"A", 0, "none"}, {"NONE", WHOLE, "none"}}},
+    // The cells begin with the range again, whichever are left.
+    {"each bit that is passed costs a cell", "Q[4,7,10], D[5,6]", true,
+     {{"Q", 2, "Q(2) 10 cell 4"}, {"Q", 2, "Q(2) 10 cell 4"}, {"Q", 1, "Q(1) 10 cell 7"},
+      {"Q", 1, "Q(1) 10 cell 10"}, {"Q", 1, "none"}, {"Q", 2, "Q(2) 0"}, {"D", 0, "D(0) 0"},
       {"D", 1, "none"}}},
-    {"the way to a port uses up those before it",
-     "A[7], Q[4,7,10], D[5,6]",
-     true,
-     {{"D", 1, "D(1) 10 cell 6"},
-      {"A", WHOLE, "A 0"},
-      {"Q", 2, "Q(2) 0"},
-      {"Q", 1, "none"},
+    {"the way to a port uses up those before it", "A[7], Q[4,7,10], D[5,6]", true,
+     {{"D", 1, "D(1) 10 cell 6"}, {"A", WHOLE, "A 0"}, {"Q", 2, "Q(2) 0"}, {"Q", 1, "none"},
       {"Q", WHOLE, "Q 0"}}},
-    {"a bit of its own and the vector's first",
-     "D(1)[6], D(0)",
-     true,
-     {{"D", 0, "D(0) 10 cell 6"}, // the counter stands at the range, not at the subscript
-      {"D", 1, "D(1) 10 cell 6"},
-      {"NONE", WHOLE, "none"},
-      {"D", 0, "D(0) 0"},
-      {"D", 1, "D(1) 0"}}},
-    {"before the check only the reference itself",
-     "Q[4,7,10], D(1)[6]",
-     false,
+    // The counter stands at the range, not at the subscript.
+    {"a bit of its own and the vector's first", "D(1)[6], D(0)", true,
+     {{"D", 0, "D(0) 10 cell 6"}, {"D", 1, "D(1) 10 cell 6"}, {"NONE", WHOLE, "none"},
+      {"D", 0, "D(0) 0"}, {"D", 1, "D(1) 0"}}},
+    {"before the check only the reference itself", "Q[4,7,10], D(1)[6]", false,
      {{"Q", 2, "none"}, {"D", 1, "D(1) 0"}, {"Q", WHOLE, "Q 0"}}},
-    {"a low-pass time below zero is one here",
-     "A : LP_TIME=-0.5",
-     false,
+    {"a low-pass time below zero is one here", "A : LP_TIME=-0.5", false,
      {{"A", WHOLE, "A 2 lp -0.500000"}}},
-    {"the first of two descriptions",
-     "A[7] : LP_TIME=0.5; a[4] : LP_TIME=0.25",
-     true,
+    {"the first of two descriptions", "A[7] : LP_TIME=0.5; a[4] : LP_TIME=0.25", true,
      {{"A", WHOLE, "A 12 lp 0.500000 cell 7"}, {"A", WHOLE, "A 12 lp 0.500000 cell 7"}}},
 };
+// clang-format on
 
 TEST(AioQueries, ThisPin)
 {

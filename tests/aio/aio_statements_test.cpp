@@ -9,62 +9,37 @@ namespace
 
 using support::Reading;
 
-const Expected FOUND = {INFORMATION, "\tBSDL AIO extensions found", 2};
-const Expected CONFORMANCE_PASSED = {INFORMATION, "\tAIO_Component_Conformance statement passed",
-                                     3};
-const Expected PULSE_PASSED = {INFORMATION, "\tAIO_EXTEST_Pulse_Execution statement passed", 3};
-const Expected TRAIN_PASSED = {INFORMATION, "\tAIO_EXTEST_Train_Execution statement passed", 3};
-const Expected PINS_PASSED = {INFORMATION, "\tAIO_Pin_Behavior statement passed", 3};
-
 struct StatementCase {
     const char *name;
     std::string text;
-    int errors;
-    ExpectedMessages messages;
+    std::vector<std::string> lines; // names of statements that passed, and errors
 };
 
 const std::string UNQUOTED = " of DEV : entity is STD;";
+const char *const NO_STRING =
+    "parse error, expecting `error' or `QUOTED_STRING', found 'STD' on line 19\n";
 
+// clang-format off
 const StatementCase statement_cases[] = {
     {"all of them",
      CONFORMANCE_1149_6 + pulse("WAIT_DURATION 1.0e-6") + train("TRAIN 2") + pins("A"),
-     0,
-     {CONFORMANCE_PASSED, PULSE_PASSED, TRAIN_PASSED, PINS_PASSED, FOUND}},
+     {"AIO_Component_Conformance", "AIO_EXTEST_Pulse_Execution", "AIO_EXTEST_Train_Execution",
+      "AIO_Pin_Behavior"}},
     {"the train first, without a word",
      CONFORMANCE_1149_6 + train("TRAIN 2") + pulse("WAIT_DURATION TCK 4"),
-     0,
-     {CONFORMANCE_PASSED, TRAIN_PASSED, PULSE_PASSED, FOUND}},
-    {"conformance alone", CONFORMANCE_1149_6, 0, {CONFORMANCE_PASSED, FOUND}},
-    {"conformance given up",
-     "attribute AIO_COMPONENT_CONFORMANCE" + UNQUOTED + train("TRAIN 2"),
-     1,
-     {{ERROR, "parse error, expecting `error' or `QUOTED_STRING', found 'STD' on line 19\n", 1},
-      {ERROR, "Skipping AIO_Component_Conformance due to errors", 1},
-      TRAIN_PASSED,
-      FOUND}},
+     {"AIO_Component_Conformance", "AIO_EXTEST_Train_Execution", "AIO_EXTEST_Pulse_Execution"}},
+    {"conformance given up", "attribute AIO_COMPONENT_CONFORMANCE" + UNQUOTED + train("TRAIN 2"),
+     {NO_STRING, "Skipping AIO_Component_Conformance due to errors", "AIO_EXTEST_Train_Execution"}},
     {"pulse given up",
      CONFORMANCE_1149_6 + ("attribute AIO_EXTEST_PULSE_EXECUTION" + UNQUOTED) + train("TRAIN 2"),
-     1,
-     {CONFORMANCE_PASSED,
-      {ERROR, "parse error, expecting `error' or `QUOTED_STRING', found 'STD' on line 19\n", 1},
-      {ERROR, "Skipping AIO_EXTEST_Pulse_Execution due to errors", 1},
-      TRAIN_PASSED,
-      FOUND}},
+     {"AIO_Component_Conformance", NO_STRING, "Skipping AIO_EXTEST_Pulse_Execution due to errors",
+      "AIO_EXTEST_Train_Execution"}},
     {"train given up",
-     CONFORMANCE_1149_6 + ("attribute AIO_EXTEST_TRAIN_EXECUTION" + UNQUOTED),
-     1,
-     {CONFORMANCE_PASSED,
-      {ERROR, "parse error, expecting `error' or `QUOTED_STRING', found 'STD' on line 19\n", 1},
-      {ERROR, "Skipping AIO_EXTEST_Train_Execution due to errors", 1},
-      FOUND}},
-    {"a value that is not above zero is kept",
-     CONFORMANCE_1149_6 + pulse("WAIT_DURATION TCK 0"),
-     0,
-     {CONFORMANCE_PASSED,
-      {ERROR, "Value of cycle_count in duration spec should be greater than 0 (now 0)", 1},
-      PULSE_PASSED,
-      FOUND}},
+     CONFORMANCE_1149_6 + ("attribute AIO_EXTEST_TRAIN_EXECUTION" + UNQUOTED) + pins("A"),
+     {"AIO_Component_Conformance", NO_STRING, "Skipping AIO_EXTEST_Train_Execution due to errors",
+      "AIO_Pin_Behavior"}},
 };
+// clang-format on
 
 TEST(AioStatements, Messages)
 {
@@ -72,14 +47,19 @@ TEST(AioStatements, Messages)
         SCOPED_TRACE(row.name);
         Reading reading(statements(row.text), options());
         ASSERT_NE(reading.handle(), nullptr);
-        EXPECT_EQ(bsdlGetNumErrors(reading), row.errors);
+        ExpectedMessages expected;
+        for (const std::string &line : row.lines)
+            expected.push_back(line.find("AIO") == 0
+                                   ? Expected{INFORMATION, "\t" + line + " statement passed", 3}
+                                   : Expected{ERROR, line, 1});
+        expected.push_back({INFORMATION, "\tBSDL AIO extensions found", 2});
         expect_messages(picked(reading.messages(),
                                [](const Message &message) {
-                                   return message.level == ERROR ||
+                                   return message.level <= WARNING ||
                                           message.text.find("\tAIO") == 0 ||
                                           message.text.find("\tBSDL AIO") == 0;
                                }),
-                        row.messages);
+                        expected);
     }
 }
 
@@ -92,6 +72,7 @@ TEST(AioStatements, TextsThatTheGrammarRefuses)
         CONFORMANCE_1149_6 + train("TRAIN 2.5"),
         CONFORMANCE_1149_6 + train("TRAIN 2 MAXIMUM_TIME 1.0"),
         CONFORMANCE_1149_6 + pins("A[]"),
+        CONFORMANCE_1149_6 + pins("A[1 2]"),
         CONFORMANCE_1149_6 + pins("A : HP_TIME=1.0 LP_TIME=1.0"),
         CONFORMANCE_1149_6 + pins("A : ON_CHIP"),
         CONFORMANCE_1149_6 + pins("A : LP_TIME=1.0;"),
@@ -103,12 +84,6 @@ TEST(AioStatements, TextsThatTheGrammarRefuses)
         Reading reading(statements(text), options());
         EXPECT_GE(bsdlGetNumErrors(reading), 1);
     }
-}
-
-TEST(AioStatements, WhatAListWouldHaveTaken)
-{
-    Reading reading(with_pins("A[1 2]"), options());
-    EXPECT_TRUE(reading.has("parse error, expecting `']'', found '2' on line 19\n"));
 }
 
 TEST(AioStatements, NamesStandInTheListOfExtensions)
