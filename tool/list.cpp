@@ -2,6 +2,7 @@
 
 #include "command.h"
 #include "files.h"
+#include "guarded.h"
 #include "output.h"
 #include "table.h"
 #include "words.h"
@@ -12,6 +13,7 @@
 #include <cstdio>
 #include <memory>
 #include <strings.h>
+#include <utility>
 
 namespace
 {
@@ -209,8 +211,8 @@ static Json row_of(Reading &reading, const std::string &path, const ListJob &job
     return row;
 }
 
-// Adds the row of a file and gives the status that the file leads to.
-static int add_row(const std::string &path, const ListJob &job, Depth depth, Json &rows)
+// The row of a file, null for one that cannot be read, and the status that the file leads to.
+static Json read_row(const std::string &path, const ListJob &job, Depth depth)
 {
     std::string first_error;
     ReadOptions options = job.read;
@@ -221,15 +223,36 @@ static int add_row(const std::string &path, const ListJob &job, Depth depth, Jso
     });
     if (!reading.handle()) {
         complain(escaped(path) + ": " + (first_error.empty() ? "cannot be read" : first_error));
-        return STATUS_UNUSABLE;
+        return {{"row", nullptr}, {"status", STATUS_UNUSABLE}};
     }
     const int32_t syntax_errors = bsdlGetNumErrors(reading.handle());
     if (syntax_errors > 0)
         complain(escaped(path) + ": " +
                  counted(static_cast<size_t>(syntax_errors), "syntax error"));
     const bool passed = depth == Depth::CHECKS && reading.check();
-    rows.push_back(row_of(reading, path, job, passed));
-    return syntax_errors > 0 ? STATUS_FINDINGS : STATUS_CLEAN;
+    return {{"row", row_of(reading, path, job, passed)},
+            {"status", syntax_errors > 0 ? STATUS_FINDINGS : STATUS_CLEAN}};
+}
+
+static int read_rows(const std::vector<std::string> &files, const ListJob &job, Json &rows)
+{
+    int status = STATUS_CLEAN;
+    const Depth depth = depth_of(job.fields);
+    const auto done = [&](size_t, const std::string &line) {
+        Json result = Json::parse(line);
+        status = std::max(status, result["status"].get<int>());
+        if (!result["row"].is_null())
+            rows.push_back(std::move(result["row"]));
+    };
+    const auto lost = [&](size_t item) {
+        complain(escaped(files[item]) + ": ended the process that read it");
+        status = STATUS_UNUSABLE;
+    };
+    run_guarded(files.size(),
+                {.work = [&](size_t item) { return read_row(files[item], job, depth).dump(); },
+                 .done = done,
+                 .lost = lost});
+    return status;
 }
 
 static void print_fields()
@@ -258,10 +281,8 @@ static int run(const ListJob &job)
         complain(escaped(folder));
         status = STATUS_UNUSABLE;
     }
-    const Depth depth = depth_of(job.fields);
     Json rows = Json::array();
-    for (const std::string &path : files)
-        status = std::max(status, add_row(path, job, depth, rows));
+    status = std::max(status, read_rows(files, job, rows));
     print_table(rows, job.fields, job.form);
     return status;
 }

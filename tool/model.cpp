@@ -1,10 +1,12 @@
 #include "model.h"
 
+#include "command.h"
 #include "idcode.h"
 #include "output.h"
 #include "words.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
@@ -294,6 +296,19 @@ static Json document_of(Reading &reading, const std::string &path)
     return json;
 }
 
+// The library may end the process in the middle of a reading: when packages nest too deep, and when
+// memory runs out. What was said until then is said here, and the status tells it.
+static const std::string *reading_now;
+static const Model *model_now;
+
+static void tell_end()
+{
+    if (!reading_now)
+        return;
+    complain(escaped(*reading_now) + ": " + model_now->last_error);
+    std::_Exit(STATUS_UNUSABLE);
+}
+
 Model read_model(const std::string &path, const ReadOptions &options)
 {
     Model model;
@@ -306,13 +321,20 @@ Model read_model(const std::string &path, const ReadOptions &options)
                 message.line > 0 ? "line " + std::to_string(message.line) + ": " : std::string();
             model.first_error = place + escaped_line(message.text);
         }
+        if (message.level == BSDL_LEVEL_ERROR)
+            model.last_error = escaped_line(message.text);
         if (checking && !message.rule.empty()) {
             errors += message.level == BSDL_LEVEL_ERROR;
             warnings += message.level == BSDL_LEVEL_WARNING;
         }
     };
+    static const bool registered = std::atexit(tell_end) == 0;
+    (void)registered;
+    reading_now = &path;
+    model_now = &model;
     Reading reading(path, options, SINK_VERBOSITY, keep);
     if (!reading.handle()) {
+        reading_now = nullptr;
         complain(escaped(path) + ": " +
                  (model.first_error.empty() ? "cannot be read" : model.first_error));
         return model;
@@ -323,6 +345,7 @@ Model read_model(const std::string &path, const ReadOptions &options)
     checking = true;
     const bool passed = reading.check();
     checking = false;
+    reading_now = nullptr;
     model.json = document_of(reading, path);
     model.json["check"] = {{"passed", passed}, {"errors", errors}, {"warnings", warnings}};
     if (model.is_prg)

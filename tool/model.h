@@ -42,7 +42,8 @@ struct Model {
     bool is_prg = false;
     int syntax_errors = 0;
     std::string first_error; // the first message of an error, with its line
-    Json json;               // of a file that was read: the document of `tarnlet info --json`
+    std::string last_error;
+    Json json; // of a file that was read: the document of `tarnlet info --json`
 };
 
 // The `json` of the result stays null when the file cannot be read; that has been said then.

@@ -139,6 +139,32 @@ TEST(ToolInfo, FilesThatCannotBeRead)
     EXPECT_EQ(list.out, "component\r\ntarn_demo\r\n");
 }
 
+// Eleven package files, each of which goes on with the next, are one too many for the library.
+TEST(ToolInfo, FileThatEndsItsProcess)
+{
+    for (int i = 1; i <= 11; i++) {
+        const std::string name = "nest" + std::to_string(i);
+        scratch_file(name + ".all", "package " + name + " is\nend " + name + ";\npackage body " +
+                                        name + " is\nend " + name + ";\n;\nuse nest" +
+                                        std::to_string(i + 1) + ".all\n");
+    }
+    const std::string standard = "use STD_1149_1_2001.all;";
+    const std::string path =
+        scratch_file("deep.bsd", replaced(source_text("examples/demo.bsd"), standard,
+                                          standard + "\nuse nest1.all;"));
+    const ToolRun info = run_tool({"info", path});
+    EXPECT_EQ(info.status, 2);
+    EXPECT_EQ(info.out, "");
+    EXPECT_EQ(info.err, "tarnlet: " + path + ": Includes nested too deep\n");
+
+    const ToolRun list = run_tool({"list", "--csv", "--fields", "component,pins", path,
+                                   "examples/demo.bsd", path, "examples/demo_1990.bsd"});
+    EXPECT_EQ(list.status, 2);
+    EXPECT_EQ(list.out, "component,pins\r\ntarn_demo,41\r\ntarn_demo_1990,15\r\n");
+    const std::string said = "tarnlet: " + path + ": ended the process that read it\n";
+    EXPECT_EQ(list.err, said + said);
+}
+
 TEST(ToolInfo, WrongUse)
 {
     const std::vector<std::string> cases[] = {
