@@ -1,18 +1,20 @@
 #pragma once
 
 #include "support/description.h"
+#include "support/iteration.h"
 
 #include <string>
 #include <utility>
 #include <vector>
 
-// A valid description with some statements replaced, what a check of it gives and all that it says.
+using Replacement = std::pair<support::Statement, std::string>;
+
+// A valid description with some statements replaced, and all that a check says of it.
 struct CheckCase {
     std::string name;
-    support::Issue issue = support::Issue::BSDL_2001;
-    std::vector<std::pair<support::Statement, std::string>> statements;
-    int32_t result = 0;
+    std::vector<Replacement> statements = {};
     support::ExpectedMessages messages = {};
+    support::Issue issue = support::Issue::BSDL_2001;
 };
 
 inline support::Description described(const CheckCase &row)
@@ -23,22 +25,68 @@ inline support::Description described(const CheckCase &row)
     return description;
 }
 
-inline std::string opcodes(const std::string &table)
+// That an instruction has its register already is an error by its level alone.
+inline int32_t expected_result(const support::ExpectedMessages &messages)
 {
-    return support::attribute("INSTRUCTION_OPCODE", table);
+    for (const support::Expected &message : messages)
+        if (message.level == support::ERROR &&
+            message.text.find("is already associated") == std::string::npos)
+            return 100;
+    return 0;
 }
 
-inline std::string captures(const std::string &patterns)
+// `before` completes the model for the check.
+template <size_t n>
+void expect_cases(const CheckCase (&rows)[n], int32_t (*check)(Bsdl *),
+                  int32_t (*before)(Bsdl *) = nullptr)
 {
-    return support::attribute("INSTRUCTION_CAPTURE", patterns);
+    for (const CheckCase &row : rows) {
+        SCOPED_TRACE(row.name);
+        support::Reading reading(described(row));
+        ASSERT_NE(reading.handle(), nullptr);
+        if (before)
+            before(reading);
+        EXPECT_EQ(reading.check(check), expected_result(row.messages));
+        support::expect_messages(reading.messages(), row.messages);
+    }
 }
 
-inline std::string privates(const std::string &names)
+inline Replacement opcodes(const std::string &table)
 {
-    return support::attribute("INSTRUCTION_PRIVATE", names);
+    return {support::INSTRUCTION_OPCODE, support::attribute("INSTRUCTION_OPCODE", table)};
 }
 
-inline std::string access(const std::string &registers)
+inline Replacement captures(const std::string &patterns)
 {
-    return support::attribute("REGISTER_ACCESS", registers);
+    return {support::INSTRUCTION_CAPTURE, support::attribute("INSTRUCTION_CAPTURE", patterns)};
 }
+
+inline Replacement privates(const std::string &names)
+{
+    return {support::INSTRUCTION_PRIVATE, support::attribute("INSTRUCTION_PRIVATE", names)};
+}
+
+inline Replacement idcode(const std::string &patterns)
+{
+    return {support::IDCODE_REGISTER, support::attribute("IDCODE_REGISTER", patterns)};
+}
+
+inline Replacement usercode(const std::string &patterns)
+{
+    return {support::USERCODE_REGISTER, support::attribute("USERCODE_REGISTER", patterns)};
+}
+
+inline Replacement access(const std::string &registers)
+{
+    return {support::REGISTER_ACCESS, support::attribute("REGISTER_ACCESS", registers)};
+}
+
+// A statement whose value is no string.
+inline Replacement unread(support::Statement statement, const std::string &attribute)
+{
+    return {statement, "attribute " + attribute + " of DEV : entity is BAD;"};
+}
+
+// The instructions that every description has, of four bits.
+inline const std::string BASE = "BYPASS (1111), EXTEST (0000), SAMPLE (0001)";
+inline const std::string BASE_2001 = BASE + ", PRELOAD (0010)";
