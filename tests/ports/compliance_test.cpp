@@ -16,15 +16,11 @@ Description compliant(const std::string &value)
     return pins::description(PORTS, PINS).with(COMPLIANCE, attribute("COMPLIANCE_PATTERNS", value));
 }
 
-struct ComplianceCase {
-    const char *name;
-    const char *value;
-    std::vector<std::string> cells; // empty: the register of the valid description
-    unsigned flags;
-    int32_t result;
-    ExpectedMessages messages;
-    std::string functions;
-};
+Description compliant(const std::string &value, const std::vector<std::string> &cells)
+{
+    Description text = compliant(value);
+    return with_cells(text, cells);
+}
 
 const char *const NOT_IN = "<compliance port> CO <pin type> in <logical portmap> has to be type IN";
 const char *const BIT_NOT_IN =
@@ -32,75 +28,49 @@ const char *const BIT_NOT_IN =
 const char *const LINKAGE_NOT_IN =
     "<compliance port> CL <pin type> in <logical portmap> has to be type IN";
 
-const ComplianceCase compliance_cases[] = {
-    {"good", "(c1, CV(1)) (0X, 11)", {}, 0, 0, {}, "C1=8 CV(1)=8"},
-    {"missing: nothing else about that port",
-     "(NONE, CV(3), C1(0), CV) (0000)",
-     {"NONE, input, X"},
-     0,
-     100,
-     {{ERROR, "<compliance port> NONE does not exist in <logical portmap>", 2},
-      {ERROR, "<compliance port> CV(3) does not exist in <logical portmap>", 2},
-      {ERROR, "<compliance port> C1(0) does not exist in <logical portmap>", 2},
-      {ERROR, "<compliance port> CV does not exist in <logical portmap>", 2}},
-     ""},
-    {"other types are a warning",
-     "(CO, CW(1), CL) (000)",
-     {},
-     0,
-     0,
-     {{WARNING, NOT_IN, 3}, {WARNING, BIT_NOT_IN, 3}, {WARNING, LINKAGE_NOT_IN, 3}},
-     "CO=8 CL=8 CW(1)=8"},
-    {"other types, strict",
-     "(CO, CW(1), CL) (000)",
-     {},
-     STRICT,
-     100,
-     {{ERROR, NOT_IN, 2}, {ERROR, BIT_NOT_IN, 2}, {ERROR, LINKAGE_NOT_IN, 2}},
-     "CO=8 CL=8 CW(1)=8"},
-    {"the same port twice",
-     "(C1, CV(0), c1, CV(0)) (0000)",
-     {},
-     0,
-     100,
-     {{ERROR, "<compliance port> <port id> 'c1' is already used as compliance enable", 2},
-      {ERROR, "<compliance port> <port id> 'CV(0)' is already used as compliance enable", 2}},
-     "C1=8 CV(0)=8"},
-    {"cells, a bit 0 for the scalar too",
-     "(C1, C2, CV(1), CV(2)) (0000)",
-     {"C1, input, X", "C2(0), input, X", "cv(1), input, X"},
-     0,
-     100,
-     {{ERROR, "<compliance port> <port id> 'C1' cannot appear in <boundary-scan register>", 2},
-      {ERROR, "<compliance port> <port id> 'C2' cannot appear in <boundary-scan register>", 2},
-      {ERROR, "<compliance port> <port id> 'CV(1)' cannot appear in <boundary-scan register>", 2}},
-     "C1=8 C2=8 CV(1)=8 CV(2)=8"},
-    {"pattern lengths, behind the ports",
-     "(C1, NONE) (1, 01, 01X, X)",
-     {},
-     0,
-     100,
-     {{ERROR, "<compliance port> NONE does not exist in <logical portmap>", 2},
-      {ERROR, "<compliance port> <pattern> '1' has incorrect length 1, should be 2", 2},
-      {ERROR, "<compliance port> <pattern> '01X' has incorrect length 3, should be 2", 2},
-      {ERROR, "<compliance port> <pattern> 'X' has incorrect length 1, should be 2", 2}},
-     "C1=8"},
-};
-
 TEST(Compliance, Rules)
 {
-    for (const ComplianceCase &row : compliance_cases) {
-        SCOPED_TRACE(row.name);
-        Description text = compliant(row.value);
-        if (!row.cells.empty())
-            with_cells(text, row.cells);
-        Reading reading(text, {.flags = row.flags});
-        ASSERT_EQ(bsdlGetNumErrors(reading), 0);
-        ASSERT_EQ(build(reading), 0);
-        EXPECT_EQ(reading.check(bsdl_check_compliance), row.result);
-        expect_messages(reading.messages(), row.messages);
-        EXPECT_EQ(functions(reading), row.functions);
-    }
+    const PortCase cases[] = {
+        {"good", compliant("(c1, CV(1)) (0X, 11)"), {}, "C1=8 CV(1)=8"},
+        {"missing: nothing else about that port",
+         compliant("(NONE, CV(3), C1(0), CV) (0000)", {"NONE, input, X"}),
+         {{ERROR, "<compliance port> NONE does not exist in <logical portmap>", 2},
+          {ERROR, "<compliance port> CV(3) does not exist in <logical portmap>", 2},
+          {ERROR, "<compliance port> C1(0) does not exist in <logical portmap>", 2},
+          {ERROR, "<compliance port> CV does not exist in <logical portmap>", 2}},
+         ""},
+        {"other types are a warning",
+         compliant("(CO, CW(1), CL) (000)"),
+         {{WARNING, NOT_IN, 3}, {WARNING, BIT_NOT_IN, 3}, {WARNING, LINKAGE_NOT_IN, 3}},
+         "CO=8 CL=8 CW(1)=8"},
+        {"other types, strict",
+         compliant("(CO, CW(1), CL) (000)"),
+         {{ERROR, NOT_IN, 2}, {ERROR, BIT_NOT_IN, 2}, {ERROR, LINKAGE_NOT_IN, 2}},
+         "CO=8 CL=8 CW(1)=8",
+         STRICT},
+        {"the same port twice",
+         compliant("(C1, CV(0), c1, CV(0)) (0000)"),
+         {{ERROR, "<compliance port> <port id> 'c1' is already used as compliance enable", 2},
+          {ERROR, "<compliance port> <port id> 'CV(0)' is already used as compliance enable", 2}},
+         "C1=8 CV(0)=8"},
+        {"cells, a bit 0 for the scalar too",
+         compliant("(C1, C2, CV(1), CV(2)) (0000)",
+                   {"C1, input, X", "C2(0), input, X", "cv(1), input, X"}),
+         {{ERROR, "<compliance port> <port id> 'C1' cannot appear in <boundary-scan register>", 2},
+          {ERROR, "<compliance port> <port id> 'C2' cannot appear in <boundary-scan register>", 2},
+          {ERROR, "<compliance port> <port id> 'CV(1)' cannot appear in <boundary-scan register>",
+           2}},
+         "C1=8 C2=8 CV(1)=8 CV(2)=8"},
+        {"pattern lengths, behind the ports",
+         compliant("(C1, NONE) (1, 01, 01X, X)"),
+         {{ERROR, "<compliance port> NONE does not exist in <logical portmap>", 2},
+          {ERROR, "<compliance port> <pattern> '1' has incorrect length 1, should be 2", 2},
+          {ERROR, "<compliance port> <pattern> '01X' has incorrect length 3, should be 2", 2},
+          {ERROR, "<compliance port> <pattern> 'X' has incorrect length 1, should be 2", 2}},
+         "C1=8"},
+    };
+    for (const PortCase &row : cases)
+        expect_case(row, bsdl_check_compliance);
 }
 
 TEST(Compliance, PortsOfOtherStatements)
@@ -125,51 +95,38 @@ TEST(Compliance, PortsOfOtherStatements)
     EXPECT_EQ(functions(reading), "TCK=3 TMS=4 TDI=1 TDO=2 C1=6 C2=7");
 }
 
-TEST(Compliance, Absent)
+TEST(Compliance, WithoutAStatementOrPins)
 {
-    Reading reading{Description()};
-    EXPECT_TRUE(reading.has("\tNo compliance enable statement"));
-    EXPECT_EQ(bsdlGetNbrOfComplPorts(reading), -1);
-    EXPECT_EQ(bsdlGetNbrOfComplPatterns(reading), -1);
-    EXPECT_EQ(bsdlGetFirstComplPort(reading), nullptr);
-    EXPECT_EQ(bsdlGetNextComplPattern(reading), nullptr);
+    Reading absent{Description()};
+    EXPECT_TRUE(absent.has("\tNo compliance enable statement"));
+    EXPECT_EQ(bsdlGetNbrOfComplPorts(absent), -1);
+    EXPECT_EQ(bsdlGetNbrOfComplPatterns(absent), -1);
+    expect_iteration(absent.handle(), bsdlGetFirstComplPort, bsdlGetNextComplPort, {});
+    expect_iteration(absent.handle(), bsdlGetFirstComplPattern, bsdlGetNextComplPattern, {});
     // Being absent comes ahead of the missing pin list.
-    EXPECT_EQ(reading.check(bsdl_check_compliance), 1);
-    expect_messages(reading.messages(), {});
+    EXPECT_EQ(absent.check(bsdl_check_compliance), 1);
+    expect_messages(absent.messages(), {});
+
+    Reading no_pins(compliant("(C1) (0)"));
+    EXPECT_EQ(no_pins.check(bsdl_check_compliance), 5);
+    expect_messages(no_pins.messages(), {});
+
+    Reading skipped(compliant("(C1) (2)"));
+    EXPECT_EQ(bsdlGetNumErrors(skipped), 1);
+    EXPECT_TRUE(skipped.has("Skipping compliance_enable due to errors"));
+    EXPECT_EQ(bsdlGetNbrOfComplPorts(skipped), -1);
 }
 
-TEST(Compliance, WithoutAPinList)
-{
-    Reading reading(compliant("(C1) (0)"));
-    EXPECT_EQ(reading.check(bsdl_check_compliance), 5);
-    expect_messages(reading.messages(), {});
-}
-
-TEST(Compliance, StatementWithAnErrorIsSkipped)
-{
-    Reading reading(compliant("(C1) (2)"));
-    EXPECT_EQ(bsdlGetNumErrors(reading), 1);
-    EXPECT_TRUE(reading.has("Skipping compliance_enable due to errors"));
-    EXPECT_EQ(bsdlGetNbrOfComplPorts(reading), -1);
-}
-
-TEST(Compliance, Iterations)
+TEST(Compliance, Queries)
 {
     Reading reading(compliant("(c1, C2, CV(1)) (1X0, 000)"));
+    EXPECT_TRUE(reading.has("\tCompliance enable statement passed"));
     EXPECT_EQ(bsdlGetNbrOfComplPorts(reading), 3);
     EXPECT_EQ(bsdlGetNbrOfComplPatterns(reading), 2);
-    EXPECT_EQ(port_name(bsdlGetNextComplPort(reading)), "C2") << "without First";
-    for (int round = 0; round < 2; round++) {
-        EXPECT_EQ(port_name(bsdlGetFirstComplPort(reading)), "c1");
-        EXPECT_STREQ(bsdlGetFirstComplPattern(reading), "1X0");
-        EXPECT_EQ(port_name(bsdlGetNextComplPort(reading)), "C2");
-        EXPECT_EQ(port_name(bsdlGetNextComplPort(reading)), "CV(1)");
-        EXPECT_STREQ(bsdlGetNextComplPattern(reading), "000");
-        for (int i = 0; i < 3; i++) {
-            EXPECT_EQ(bsdlGetNextComplPort(reading), nullptr);
-            EXPECT_EQ(bsdlGetNextComplPattern(reading), nullptr);
-        }
-    }
+    expect_iteration(reading.handle(), bsdlGetFirstComplPort, bsdlGetNextComplPort,
+                     {"c1", "C2", "CV(1)"});
+    expect_iteration(reading.handle(), bsdlGetFirstComplPattern, bsdlGetNextComplPattern,
+                     {"1X0", "000"});
 }
 
 } // namespace

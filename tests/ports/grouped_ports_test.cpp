@@ -20,95 +20,66 @@ Description grouped(const std::string &groups, const std::vector<std::string> &c
     return text.with(PORT_GROUPING, attribute("PORT_GROUPING", groups));
 }
 
-struct GroupCase {
-    const char *name;
-    std::string groups;
-    std::vector<std::string> cells;
-    unsigned flags;
-    ExpectedMessages messages; // of levels 0 and 1
-    std::string functions;
-};
-
-const GroupCase group_cases[] = {
-    {"good pairs",
-     "DIFFERENTIAL_VOLTAGE ((P1, n1), (V(1), W(0)))",
-     {},
-     0,
-     {},
-     "P1=6 N1=7 V(1)=6 W(0)=7"},
-    {"absent ports: the associated one first, then the cell of the missing representative",
-     "DIFFERENTIAL_VOLTAGE ((NONE, P1(0)), (V, W(2)))",
-     {},
-     STRICT,
-     {{ERROR, "<associated port> P1(0) does not exist in <logical portmap>", 2},
-      {ERROR, "<representative port> NONE does not exist in <logical portmap>", 2},
-      {ERROR, "<representative port> 'NONE' must appear in <boundary-scan register>", 2},
-      {ERROR, "<associated port> W(2) does not exist in <logical portmap>", 2},
-      {ERROR, "<representative port> V does not exist in <logical portmap>", 2},
-      {ERROR, "<representative port> 'V' must appear in <boundary-scan register>", 2}},
-     ""},
-    {"LINKAGE is as good as absent, but has a type",
-     "DIFFERENTIAL_CURRENT ((P1, L), (L, N1), (L, GND))",
-     {},
-     0,
-     {{ERROR, "<associated port> L does not exist in <logical portmap>", 2},
-      {ERROR, "Pin types of <twin group> (P1, L) must match", 2},
-      {ERROR, "<representative port> L does not exist in <logical portmap>", 2},
-      {ERROR, "Pin types of <twin group> (L, N1) must match", 2},
-      {ERROR, "<associated port> GND does not exist in <logical portmap>", 2},
-      {ERROR, "<representative port> L does not exist in <logical portmap>", 2}},
-     "P1=6 N1=7"},
-    {"types, in the form of the representative",
-     "DIFFERENTIAL_VOLTAGE ((P1, Q), (V(1), U(0)), (V(0), Q), (P2, U(1)))",
-     {},
-     0,
-     {{ERROR, "Pin types of <twin group> (P1, Q) must match", 2},
-      {ERROR, "Pin types of <twin group> (V(1), U(0)) must match", 2},
-      {ERROR, "Pin types of <twin group> (V(0), Q(0)) must match", 2},
-      {ERROR, "Pin types of <twin group> (P2, U) must match", 2}},
-     "P1=6 P2=6 Q=7 V(0)=6 V(1)=6 U(0)=7 U(1)=7"},
-    {"cell of the representative, strict",
-     "DIFFERENTIAL_VOLTAGE ((P1, N1), (P2, N2), (V(0), W(0)), (V(1), W(1)))",
-     {"p1, input, X", "V(1), input, X"},
-     STRICT,
-     {{ERROR, "<representative port> 'P2' must appear in <boundary-scan register>", 2},
-      {ERROR, "<representative port> 'V(0)' must appear in <boundary-scan register>", 2}},
-     "P1=6 N1=7 P2=6 N2=7 V(0)=6 V(1)=6 W(0)=7 W(1)=7"},
-    {"cells of the associated port",
-     "DIFFERENTIAL_VOLTAGE ((P1, N1), (P2, N2), (V(0), W(1)), (Q, U(1)), (V(1), N2))",
-     {"N1, observe_only, X", "N2, input, X", "N2, observe_only, X", "W(1), clock, X",
-      "W(1), input, X", "U(1), output2, X"},
-     0,
-     {{ERROR, "<associated port> 'N2' cannot appear in <boundary-scan register>", 2},
-      {ERROR, "<associated port> 'W(1)' cannot appear in <boundary-scan register>", 2},
-      {ERROR, "<associated port> 'U' cannot appear in <boundary-scan register>", 2},
-      {ERROR, "<associated port> 'N2(0)' cannot appear in <boundary-scan register>", 2}},
-     "P1=6 N1=9 P2=6 N2=7 Q=6 V(0)=6 V(1)=6 W(1)=9 U(1)=7"},
-    {"a cell of bit 0 stands for a scalar too",
-     "DIFFERENTIAL_VOLTAGE ((P1, N1))",
-     {"N1(0), input, X"},
-     0,
-     {{ERROR, "<associated port> 'N1' cannot appear in <boundary-scan register>", 2}},
-     "P1=6 N1=7"},
-    {"the later pair wins",
-     "DIFFERENTIAL_VOLTAGE ((P1, N1), (N1, P2))",
-     {},
-     0,
-     {},
-     "P1=6 N1=6 P2=7"},
-};
-
 TEST(GroupedPorts, Rules)
 {
-    for (const GroupCase &row : group_cases) {
-        SCOPED_TRACE(row.name);
-        Reading reading(grouped(row.groups, row.cells), {.flags = row.flags});
-        ASSERT_EQ(bsdlGetNumErrors(reading), 0);
-        ASSERT_EQ(build(reading), 0);
-        EXPECT_EQ(reading.check(bsdl_check_grouped_port), row.messages.empty() ? 0 : 100);
-        expect_messages(errors_and_warnings(reading.messages()), row.messages);
-        EXPECT_EQ(functions(reading), row.functions);
-    }
+    const PortCase cases[] = {
+        {"good pairs",
+         grouped("DIFFERENTIAL_VOLTAGE ((P1, n1), (V(1), W(0)))"),
+         {},
+         "P1=6 N1=7 V(1)=6 W(0)=7"},
+        {"absent ports: the associated one first, then the cell of the missing representative",
+         grouped("DIFFERENTIAL_VOLTAGE ((NONE, P1(0)), (V, W(2)))"),
+         {{ERROR, "<associated port> P1(0) does not exist in <logical portmap>", 2},
+          {ERROR, "<representative port> NONE does not exist in <logical portmap>", 2},
+          {ERROR, "<representative port> 'NONE' must appear in <boundary-scan register>", 2},
+          {ERROR, "<associated port> W(2) does not exist in <logical portmap>", 2},
+          {ERROR, "<representative port> V does not exist in <logical portmap>", 2},
+          {ERROR, "<representative port> 'V' must appear in <boundary-scan register>", 2}},
+         "",
+         STRICT},
+        {"LINKAGE is as good as absent, but has a type",
+         grouped("DIFFERENTIAL_CURRENT ((P1, L), (L, N1), (L, GND))"),
+         {{ERROR, "<associated port> L does not exist in <logical portmap>", 2},
+          {ERROR, "Pin types of <twin group> (P1, L) must match", 2},
+          {ERROR, "<representative port> L does not exist in <logical portmap>", 2},
+          {ERROR, "Pin types of <twin group> (L, N1) must match", 2},
+          {ERROR, "<associated port> GND does not exist in <logical portmap>", 2},
+          {ERROR, "<representative port> L does not exist in <logical portmap>", 2}},
+         "P1=6 N1=7"},
+        {"types, in the form of the representative",
+         grouped("DIFFERENTIAL_VOLTAGE ((P1, Q), (V(1), U(0)), (V(0), Q), (P2, U(1)))"),
+         {{ERROR, "Pin types of <twin group> (P1, Q) must match", 2},
+          {ERROR, "Pin types of <twin group> (V(1), U(0)) must match", 2},
+          {ERROR, "Pin types of <twin group> (V(0), Q(0)) must match", 2},
+          {ERROR, "Pin types of <twin group> (P2, U) must match", 2}},
+         "P1=6 P2=6 Q=7 V(0)=6 V(1)=6 U(0)=7 U(1)=7"},
+        {"cell of the representative, strict",
+         grouped("DIFFERENTIAL_VOLTAGE ((P1, N1), (P2, N2), (V(0), W(0)), (V(1), W(1)))",
+                 {"p1, input, X", "V(1), input, X"}),
+         {{ERROR, "<representative port> 'P2' must appear in <boundary-scan register>", 2},
+          {ERROR, "<representative port> 'V(0)' must appear in <boundary-scan register>", 2}},
+         "P1=6 N1=7 P2=6 N2=7 V(0)=6 V(1)=6 W(0)=7 W(1)=7",
+         STRICT},
+        {"cells of the associated port",
+         grouped("DIFFERENTIAL_VOLTAGE ((P1, N1), (P2, N2), (V(0), W(1)), (Q, U(1)), (V(1), N2))",
+                 {"N1, observe_only, X", "N2, input, X", "N2, observe_only, X", "W(1), clock, X",
+                  "W(1), input, X", "U(1), output2, X"}),
+         {{ERROR, "<associated port> 'N2' cannot appear in <boundary-scan register>", 2},
+          {ERROR, "<associated port> 'W(1)' cannot appear in <boundary-scan register>", 2},
+          {ERROR, "<associated port> 'U' cannot appear in <boundary-scan register>", 2},
+          {ERROR, "<associated port> 'N2(0)' cannot appear in <boundary-scan register>", 2}},
+         "P1=6 N1=9 P2=6 N2=7 Q=6 V(0)=6 V(1)=6 W(1)=9 U(1)=7"},
+        {"a cell of bit 0 stands for a scalar too",
+         grouped("DIFFERENTIAL_VOLTAGE ((P1, N1))", {"N1(0), input, X"}),
+         {{ERROR, "<associated port> 'N1' cannot appear in <boundary-scan register>", 2}},
+         "P1=6 N1=7"},
+        {"the later pair wins",
+         grouped("DIFFERENTIAL_VOLTAGE ((P1, N1), (N1, P2))"),
+         {},
+         "P1=6 N1=6 P2=7"},
+    };
+    for (const PortCase &row : cases)
+        expect_case(row, bsdl_check_grouped_port);
 }
 
 TEST(GroupedPorts, HeadingOfEachEntry)
@@ -193,9 +164,16 @@ TEST(GroupedPorts, MembershipAndGroupsOfAnAssociatedPort)
     std::string representatives;
     for (TwinGroup *group = first_group_of_associated(bsdl, whole("N1")); group;
          group = next_group_of_associated(group))
-        representatives += port_name(group->representative) + " ";
+        representatives += text_of(group->representative) + " ";
     EXPECT_EQ(representatives, "P1 P2 N2 ");
     EXPECT_EQ(first_group_of_associated(bsdl, whole("P1")), nullptr);
+}
+
+std::string text_of(const PortGroup *group)
+{
+    return group ? std::to_string(group->type) + support::text_of(group->representative) +
+                       support::text_of(group->associated)
+                 : "none";
 }
 
 TEST(GroupedPorts, IterationGoesThroughAllEntries)
@@ -203,19 +181,14 @@ TEST(GroupedPorts, IterationGoesThroughAllEntries)
     Reading reading(grouped("DIFFERENTIAL_VOLTAGE ((P1, N1), (P2, N2)), DIFFERENTIAL_CURRENT "
                             "((V(0), W(0)), (V(1), W(1)))"));
     EXPECT_EQ(bsdlGetNbrOfPortGroups(reading), 4);
-    auto shown = [](const PortGroup *group) {
-        return group ? std::to_string(group->type) + port_name(group->representative) +
-                           port_name(group->associated)
-                     : "none";
-    };
-    EXPECT_EQ(shown(bsdlGetNextPortGroup(reading)), "0P1N1") << "without First it begins here";
+    EXPECT_EQ(text_of(bsdlGetNextPortGroup(reading)), "0P1N1") << "without First it begins here";
     for (int round = 0; round < 2; round++) {
         PortGroup *first = bsdlGetFirstPortGroup(reading);
-        EXPECT_EQ(shown(first), "0P1N1");
+        EXPECT_EQ(text_of(first), "0P1N1");
         EXPECT_EQ(bsdlGetNextPortGroup(reading), first) << "one record for all";
-        EXPECT_EQ(shown(first), "0P2N2");
-        EXPECT_EQ(shown(bsdlGetNextPortGroup(reading)), "1V(0)W(0)");
-        EXPECT_EQ(shown(bsdlGetNextPortGroup(reading)), "1V(1)W(1)");
+        EXPECT_EQ(text_of(first), "0P2N2");
+        EXPECT_EQ(text_of(bsdlGetNextPortGroup(reading)), "1V(0)W(0)");
+        EXPECT_EQ(text_of(bsdlGetNextPortGroup(reading)), "1V(1)W(1)");
         EXPECT_EQ(bsdlGetNextPortGroup(reading), nullptr);
         EXPECT_EQ(bsdlGetNextPortGroup(reading), nullptr);
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "support/description.h"
+#include "support/iteration.h"
 
 #include <string>
 #include <vector>
@@ -36,13 +37,6 @@ inline Description &with_cells(Description &text, const std::vector<std::string>
         .with(BOUNDARY_REGISTER, attribute("BOUNDARY_REGISTER", table));
 }
 
-inline std::string port_name(const PortId *port)
-{
-    if (!port)
-        return "none";
-    return port->name + (port->subscripted ? "(" + std::to_string(port->subscript) + ")" : "");
-}
-
 // Chooses the mapping and builds the pins; result of the second.
 inline int32_t build(Reading &reading)
 {
@@ -57,8 +51,7 @@ inline std::string physical(Bsdl *bsdl, size_t from)
     std::vector<PinEntry *> all = all_of(bsdl, bsdlGetFirstPin, bsdlGetNextPin);
     for (size_t i = from; i < all.size(); i++) {
         const char *name = bsdlGetPinPhysicalName(all[i]);
-        text += (text.empty() ? "" : " ") + port_name(bsdlGetPinPortID(all[i])) + "=" +
-                (name ? name : "-");
+        text += (text.empty() ? "" : " ") + text_of(all[i]) + "=" + (name ? name : "-");
     }
     return text;
 }
@@ -69,12 +62,35 @@ inline std::string functions(Bsdl *bsdl)
     std::string text;
     for (PinEntry *pin : all_of(bsdl, bsdlGetFirstPin, bsdlGetNextPin))
         if (int32_t function = bsdlGetPinFunction(pin))
-            text += (text.empty() ? "" : " ") + port_name(bsdlGetPinPortID(pin)) + "=" +
-                    std::to_string(function);
+            text += (text.empty() ? "" : " ") + text_of(pin) + "=" + std::to_string(function);
     return text;
 }
 
 // The pins of the valid description come first.
 constexpr size_t OWN_PINS = 11;
+
+// What a check of the ports says, and the functions that the pins have behind it.
+struct PortCase {
+    const char *name;
+    Description text;
+    ExpectedMessages messages;
+    std::string functions;
+    unsigned flags = 0;
+};
+
+// The result is 100 with an error.
+inline void expect_case(const PortCase &row, int32_t (*check)(Bsdl *))
+{
+    SCOPED_TRACE(row.name);
+    Reading reading(row.text, {.flags = row.flags});
+    ASSERT_EQ(bsdlGetNumErrors(reading), 0);
+    ASSERT_EQ(build(reading), 0);
+    bool fails = false;
+    for (const Expected &message : row.messages)
+        fails |= message.level == ERROR;
+    EXPECT_EQ(reading.check(check), fails ? 100 : 0);
+    expect_messages(errors_and_warnings(reading.messages()), row.messages);
+    EXPECT_EQ(functions(reading), row.functions);
+}
 
 } // namespace pins

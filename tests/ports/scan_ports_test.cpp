@@ -21,6 +21,11 @@ Description with_reset(const std::string &type = "in bit")
         .with(SCAN_RESET, "attribute TAP_SCAN_RESET of TRST : signal is true;");
 }
 
+Expected refused(const std::string &role, const std::string &port, const std::string &why)
+{
+    return {ERROR, "<scan port> TAP_SCAN_" + role + " <port id> '" + port + "' " + why, 2};
+}
+
 // The valid description with the statements of the test access port in this order.
 std::string ordered(const Description &from, const std::vector<int> &order)
 {
@@ -62,14 +67,7 @@ TEST(ScanPorts, EachStatementStandsOnce)
     }
 }
 
-struct ScanCase {
-    const char *name;
-    Description text;
-    ExpectedMessages messages; // of levels 0 and 1
-    std::string functions;
-};
-
-std::vector<ScanCase> scan_cases()
+std::vector<PortCase> scan_cases()
 {
     Description reused = with_reset();
     reused.replace(SCAN_CLOCK, "TCK", "tms").replace(SCAN_OUT, "TDO", "D(1)");
@@ -91,81 +89,56 @@ std::vector<ScanCase> scan_cases()
         {"good", with_reset(), {}, "TCK=3 TMS=4 TDI=1 TDO=2 TRST=5"},
         {"used twice, the first in the order of the check keeps it",
          reused,
-         {{ERROR, "<scan port> TAP_SCAN_OUT <port id> 'D(1)' must be <pin type> 'OUT'", 2},
-          {ERROR,
-           "<scan port> TAP_SCAN_OUT <port id> 'D(1)' cannot appear in <boundary-scan register>",
-           2},
-          {ERROR, "<scan port> TAP_SCAN_RESET <port id> 'D(1)' is already used as tap scan TDO", 2},
-          {ERROR,
-           "<scan port> TAP_SCAN_RESET <port id> 'D(1)' cannot appear in <boundary-scan register>",
-           2},
-          {ERROR, "<scan port> TAP_SCAN_CLOCK <port id> 'tms' is already used as tap scan TMS", 2}},
+         {refused("OUT", "D(1)", "must be <pin type> 'OUT'"),
+          refused("OUT", "D(1)", "cannot appear in <boundary-scan register>"),
+          refused("RESET", "D(1)", "is already used as tap scan TDO"),
+          refused("RESET", "D(1)", "cannot appear in <boundary-scan register>"),
+          refused("CLOCK", "tms", "is already used as tap scan TMS")},
          "TMS=4 TDI=1 D(1)=2"},
         {"types; the function is given all the same",
          types,
-         {{ERROR, "<scan port> TAP_SCAN_IN <port id> 'TDI' must be <pin type> 'IN'", 2},
-          {ERROR, "<scan port> TAP_SCAN_OUT <port id> 'TDO' must be <pin type> 'OUT'", 2},
-          {ERROR, "<scan port> TAP_SCAN_RESET <port id> 'TRST' must be <pin type> 'IN'", 2}},
+         {refused("IN", "TDI", "must be <pin type> 'IN'"),
+          refused("OUT", "TDO", "must be <pin type> 'OUT'"),
+          refused("RESET", "TRST", "must be <pin type> 'IN'")},
          "TCK=3 TMS=4 TDI=1 TDO=2 TRST=5"},
         {"missing, LINKAGE, wrong form: without a subscript in the text",
          missing,
-         {{ERROR, "<scan port> TAP_SCAN_IN <port id> 'NONE' not found in <logical port>", 2},
-          {ERROR, "<scan port> TAP_SCAN_OUT <port id> 'GND' not found in <logical port>", 2},
-          {ERROR, "<scan port> TAP_SCAN_MODE <port id> 'TMS' not found in <logical port>", 2},
-          {ERROR, "<scan port> TAP_SCAN_CLOCK <port id> 'D' not found in <logical port>", 2}},
+         {refused("IN", "NONE", "not found in <logical port>"),
+          refused("OUT", "GND", "not found in <logical port>"),
+          refused("MODE", "TMS", "not found in <logical port>"),
+          refused("CLOCK", "D", "not found in <logical port>")},
          ""},
         {"members of groups, ports with cells",
          elsewhere,
-         {{ERROR, "<scan port> TAP_SCAN_IN <port id> 'NONE' not found in <logical port>", 2},
-          {ERROR, "<scan port> TAP_SCAN_IN <port id> 'NONE' cannot appear in <grouped port>", 2},
-          {ERROR, "<scan port> TAP_SCAN_OUT <port id> 'D(0)' must be <pin type> 'OUT'", 2},
-          {ERROR, "<scan port> TAP_SCAN_OUT <port id> 'D(0)' cannot appear in <grouped port>", 2},
-          {ERROR,
-           "<scan port> TAP_SCAN_OUT <port id> 'D(0)' cannot appear in <boundary-scan register>",
-           2},
-          {ERROR, "<scan port> TAP_SCAN_MODE <port id> 'TMS' cannot appear in <grouped port>", 2},
-          {ERROR,
-           "<scan port> TAP_SCAN_CLOCK <port id> 'TCK' cannot appear in <boundary-scan register>",
-           2}},
+         {refused("IN", "NONE", "not found in <logical port>"),
+          refused("IN", "NONE", "cannot appear in <grouped port>"),
+          refused("OUT", "D(0)", "must be <pin type> 'OUT'"),
+          refused("OUT", "D(0)", "cannot appear in <grouped port>"),
+          refused("OUT", "D(0)", "cannot appear in <boundary-scan register>"),
+          refused("MODE", "TMS", "cannot appear in <grouped port>"),
+          refused("CLOCK", "TCK", "cannot appear in <boundary-scan register>")},
          "TCK=3 TMS=4 D(0)=2"},
     };
 }
 
 TEST(ScanPorts, Rules)
 {
-    for (const ScanCase &row : scan_cases()) {
-        SCOPED_TRACE(row.name);
-        Reading reading(row.text);
-        ASSERT_EQ(bsdlGetNumErrors(reading), 0);
-        ASSERT_EQ(build(reading), 0);
-        EXPECT_EQ(reading.check(bsdl_check_scan_port), row.messages.empty() ? 0 : 100);
-        expect_messages(reading.messages(), row.messages);
-        EXPECT_EQ(functions(reading), row.functions);
-    }
+    for (const PortCase &row : scan_cases())
+        expect_case(row, bsdl_check_scan_port);
 }
 
-TEST(ScanPorts, WithoutAPinListNoPortIsFound)
-{
-    Reading reading{Description()};
-    EXPECT_EQ(reading.check(bsdl_check_scan_port), 100);
-    expect_messages(
-        reading.messages(),
-        {{ERROR, "<scan port> TAP_SCAN_IN <port id> 'TDI' not found in <logical port>", 2},
-         {ERROR, "<scan port> TAP_SCAN_OUT <port id> 'TDO' not found in <logical port>", 2},
-         {ERROR, "<scan port> TAP_SCAN_MODE <port id> 'TMS' not found in <logical port>", 2},
-         {ERROR, "<scan port> TAP_SCAN_CLOCK <port id> 'TCK' not found in <logical port>", 2}});
-}
-
-TEST(ScanPorts, MessagesPointAtTheStatement)
+TEST(ScanPorts, WithoutPinsNoPortIsFound)
 {
     Description text = with_reset().replace(SCAN_RESET, "TRST", "NONE");
-    text.replace(SCAN_CLOCK, "TCK", "NONE");
     Reading reading(text);
-    build(reading);
-    reading.check(bsdl_check_scan_port);
-    ASSERT_EQ(reading.messages().size(), 2u);
-    EXPECT_EQ(reading.messages()[0].line, text.line(SCAN_RESET));
-    EXPECT_EQ(reading.messages()[1].line, text.line(SCAN_CLOCK));
+    EXPECT_EQ(reading.check(bsdl_check_scan_port), 100);
+    expect_messages(reading.messages(), {refused("IN", "TDI", "not found in <logical port>"),
+                                         refused("OUT", "TDO", "not found in <logical port>"),
+                                         refused("RESET", "NONE", "not found in <logical port>"),
+                                         refused("MODE", "TMS", "not found in <logical port>"),
+                                         refused("CLOCK", "TCK", "not found in <logical port>")});
+    EXPECT_EQ(reading.messages()[2].line, text.line(SCAN_RESET));
+    EXPECT_EQ(reading.messages()[4].line, text.line(SCAN_CLOCK));
 }
 
 TEST(ScanPorts, WithoutABoundaryRegisterNothingIsGiven)
@@ -194,17 +167,12 @@ TEST(ScanPorts, Queries)
         EXPECT_EQ(bsdlGetTckHaltState(reading), row.halt_state);
     }
     Reading reading(with_reset().replace(SCAN_OUT, "TDO", "D(1)"));
-    EXPECT_EQ(port_name(bsdlGetTckPortId(reading)), "TCK");
-    EXPECT_EQ(port_name(bsdlGetTdiPortId(reading)), "TDI");
-    EXPECT_EQ(port_name(bsdlGetTmsPortId(reading)), "TMS");
-    EXPECT_EQ(port_name(bsdlGetTdoPortId(reading)), "D(1)");
-    EXPECT_EQ(port_name(bsdlGetTrstPortId(reading)), "TRST");
-}
-
-TEST(ScanPorts, QueriesOfAnAbsentStatement)
-{
-    Reading no_reset{Description()};
-    EXPECT_EQ(bsdlGetTrstPortId(no_reset), nullptr);
+    EXPECT_EQ(text_of(bsdlGetTckPortId(reading)), "TCK");
+    EXPECT_EQ(text_of(bsdlGetTdiPortId(reading)), "TDI");
+    EXPECT_EQ(text_of(bsdlGetTmsPortId(reading)), "TMS");
+    EXPECT_EQ(text_of(bsdlGetTdoPortId(reading)), "D(1)");
+    EXPECT_EQ(text_of(bsdlGetTrstPortId(reading)), "TRST");
+    EXPECT_EQ(bsdlGetTrstPortId(Reading(Description())), nullptr);
     // The clock's own statement is the first to fail.
     Reading no_clock(Description().replace(SCAN_CLOCK, "BOTH", "HIGH"));
     EXPECT_EQ(bsdlGetTckPortId(no_clock), nullptr);
