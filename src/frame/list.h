@@ -70,5 +70,12 @@ template <class T> T *iteration_next(const Iteration &list)
     return list.walk ? static_cast<T *>(list_next(list.walk, list.head, list.cursor)) : nullptr;
 }
 
+// The form that comes to rest at the length.
+template <class T> T *iteration_next_below(const Iteration &list)
+{
+    return list.walk ? static_cast<T *>(list_next_below(list.walk, list.head, list.cursor))
+                     : nullptr;
+}
+
 // To be called by whoever changes a list that has been iterated.
 inline void list_changed(ListWalk *walk) { *walk = ListWalk{}; }

@@ -85,11 +85,10 @@ struct IscVariable {
 
 struct IscFlow {
     IscFlowDescriptor *descriptor;
-    GSList *blocks; // IscBlock: initialize, repeat blocks in their order, terminate
-    int32_t block_cursor;
+    GSList *blocks;          // IscBlock: initialize, repeat blocks in their order, terminate
+    int32_t block_cursor;    // the block that the queries for activities see
     IscVariable **variables; // ends in NULL; NULL for a flow without variables
     int32_t variable_count;
-    IscBlock *current_block;
 };
 
 struct IscTables;
@@ -156,7 +155,8 @@ inline uint64_t isc_name_key(const char *name, const char *data_name)
 int32_t isc_check_begin(const Bsdl *bsdl);
 // And how they end: out of memory some rule may not have been tried, which is no pass.
 int32_t isc_check_end(Bsdl *bsdl, int32_t result);
-// The checks of a part of a PPC/PRG file, whose statements stand in the model. True when all passed.
+// The checks of a part of a PPC/PRG file, whose statements stand in the model. True when all
+// passed.
 bool isc_check_part(Bsdl *bsdl);
 
 // ------------------------------------------------- statements other than ISC_Flow (isc_statements)

@@ -23,27 +23,156 @@ static IscData *current_isc(Bsdl *bsdl)
     return part ? part->isc : nullptr;
 }
 
-static uint32_t *unsigned_cursor(int32_t *cursor) { return reinterpret_cast<uint32_t *>(cursor); }
+// ------------------------------------------------------------------------------------- the lists
 
-// The element at the cursor. After a walk to the end the last element is still the current one.
-static void *current_element(ListWalk *walk, GSList *list, int32_t *cursor)
+// Most of these lists keep their cursor as the records of the callers do.
+static Iteration iteration_of(ListWalk *walk, const GSList *list, int32_t *cursor)
 {
-    uint32_t length = list_count(walk, list);
-    if (length && static_cast<uint32_t>(*cursor) == length)
-        --*cursor;
-    return list_at(walk, list, static_cast<uint32_t>(*cursor));
+    return {walk, list, reinterpret_cast<uint32_t *>(cursor)};
 }
 
-// ---------------------------------------------------------------------------- names from a host
+static int32_t count_of(const Iteration &list) { return list.walk ? iteration_count(list) : -1; }
 
-// A name and its data name; `key` is 0 when the description does not hold them.
+// The element at the cursor. After a walk to the end the last element is still the current one.
+template <class T> static T *current_of(const Iteration &list)
+{
+    if (!list.walk)
+        return nullptr;
+    uint32_t length = list_count(list.walk, list.head);
+    if (length && *list.cursor == length)
+        --*list.cursor;
+    return static_cast<T *>(list_at(list.walk, list.head, *list.cursor));
+}
+
+// A name and its data name; 0 when the description does not hold them.
 static uint64_t host_key(const Bsdl *bsdl, const char *name, const char *data_name)
 {
-    const char *known = name_find(&bsdl->names, name);
+    const char *known = name ? name_find(&bsdl->names, name) : nullptr;
     const char *known_data = data_name ? name_find(&bsdl->names, data_name) : nullptr;
     if (!known || (data_name && !known_data))
         return 0;
     return isc_name_key(known, known_data);
+}
+
+// The first element of these names, where the cursor goes then; a miss leaves it.
+template <class T>
+static T *select_of(const Bsdl *bsdl, const Iteration &list, const char *T::*own_name,
+                    const char *name, const char *data_name)
+{
+    uint64_t key = list.walk ? host_key(bsdl, name, data_name) : 0;
+    uint32_t position = 0;
+    for (const auto *link = static_cast<const GSList *>(list.head); key && link;
+         link = link->next, position++) {
+        auto *element = static_cast<T *>(link->data);
+        if (isc_name_key(element->*own_name, element->data_name) == key) {
+            *list.cursor = position;
+            return element;
+        }
+    }
+    return nullptr;
+}
+
+// ------------------------------------------------------------------------------- single values
+
+template <class T> static T value_of(Bsdl *bsdl, T IscData::*value)
+{
+    const IscData *isc = current_isc(bsdl);
+    return isc ? isc->*value : T{};
+}
+
+int32_t bsdlIscConformance(Bsdl *h) { return value_of(h, &IscData::conformance); }
+
+int32_t bsdlIscPinBehavior(Bsdl *h) { return value_of(h, &IscData::pin_behavior); }
+
+int32_t bsdlIscStatus(Bsdl *h) { return value_of(h, &IscData::status); }
+
+const char *bsdlIscBlankUserStream(Bsdl *h) { return value_of(h, &IscData::blank_usercode); }
+
+IscSecurity *bsdlIscSecurity(Bsdl *h) { return value_of(h, &IscData::security); }
+
+const char *bsdlIscDesignWarning(Bsdl *h) { return value_of(h, &IscData::design_warning); }
+
+// -------------------------------------------------------------------- fixed pins, illegal exits
+
+static Iteration fixed_pins(Bsdl *bsdl)
+{
+    IscData *isc = current_isc(bsdl);
+    return isc ? Iteration{&isc->fixed_pin_walk, isc->fixed_pins, &isc->fixed_pin_cursor}
+               : Iteration{};
+}
+
+PortId *bsdlIscFirstFixedPin(Bsdl *h) { return iteration_first<PortId>(fixed_pins(h)); }
+
+PortId *bsdlIscNextFixedPin(Bsdl *h) { return iteration_next<PortId>(fixed_pins(h)); }
+
+static Iteration illegal_exits(Bsdl *bsdl)
+{
+    IscData *isc = current_isc(bsdl);
+    return isc ? Iteration{&isc->illegal_exit_walk, isc->illegal_exits, &isc->illegal_exit_cursor}
+               : Iteration{};
+}
+
+const char *bsdlIscFirstIllegalExit(Bsdl *h) { return iteration_first<char>(illegal_exits(h)); }
+
+const char *bsdlIscNextIllegalExit(Bsdl *h) { return iteration_next<char>(illegal_exits(h)); }
+
+// ------------------------------------------------------------------------------------- actions
+
+static Iteration actions(IscData *isc)
+{
+    return isc ? iteration_of(&isc->action_walk, isc->actions, &isc->action_cursor) : Iteration{};
+}
+
+int32_t bsdlIscNbrOfActions(Bsdl *h) { return count_of(actions(current_isc(h))); }
+
+IscAction *bsdlIscFirstAction(Bsdl *h)
+{
+    return iteration_first<IscAction>(actions(current_isc(h)));
+}
+
+IscAction *bsdlIscNextAction(Bsdl *h) { return iteration_next<IscAction>(actions(current_isc(h))); }
+
+IscAction *bsdlIscSelectAction(Bsdl *h, const char *name, const char *data_name)
+{
+    return select_of(h, actions(current_isc(h)), &IscAction::action_name, name, data_name);
+}
+
+// ---------------------------------------------------------------------------------- procedures
+
+// Those of the current action.
+static Iteration procedures(IscData *isc)
+{
+    auto *action = current_of<IscAction>(actions(isc));
+    return action ? iteration_of(&isc->spec_walk, action->specs, &action->spec_cursor)
+                  : Iteration{};
+}
+
+// The same, which count again in place of one taken directly, also when none of them is found.
+static Iteration procedures_again(IscData *isc)
+{
+    if (isc && isc->actions)
+        isc->procedure_cursor = 0;
+    return procedures(isc);
+}
+
+int32_t bsdlIscNbrOfProcedures(Bsdl *h) { return count_of(procedures(current_isc(h))); }
+
+IscActionSpec *bsdlIscFirstProc(Bsdl *h)
+{
+    return iteration_first<IscActionSpec>(procedures_again(current_isc(h)));
+}
+
+IscActionSpec *bsdlIscNextProc(Bsdl *h)
+{
+    return iteration_next_below<IscActionSpec>(procedures_again(current_isc(h)));
+}
+
+IscActionSpec *bsdlIscSelectProc(Bsdl *h, const char *name, const char *data_name)
+{
+    IscData *isc = current_isc(h);
+    if (!name)
+        return nullptr;
+    return select_of(h, procedures_again(isc), &IscActionSpec::procedure_name, name, data_name);
 }
 
 static IscFlowInfo *flow_info_new(const char *name, const char *data_name, uint32_t flags,
@@ -59,193 +188,6 @@ static IscFlowInfo *flow_info_new(const char *name, const char *data_name, uint3
 }
 
 void bsdlIscFreeFlow(IscFlowInfo *info) { g_free(info); }
-
-void bsdlIscFreeActivity(IscActivityInfo *info) { g_free(info); }
-
-// ------------------------------------------------------------------------------- single values
-
-int32_t bsdlIscConformance(Bsdl *h)
-{
-    const IscData *isc = current_isc(h);
-    return isc ? isc->conformance : ISC_CONFORMANCE_NONE;
-}
-
-int32_t bsdlIscPinBehavior(Bsdl *h)
-{
-    const IscData *isc = current_isc(h);
-    return isc ? isc->pin_behavior : ISC_PIN_BEHAVIOR_NONE;
-}
-
-int32_t bsdlIscStatus(Bsdl *h)
-{
-    const IscData *isc = current_isc(h);
-    return isc ? isc->status : ISC_STATUS_NONE;
-}
-
-const char *bsdlIscBlankUserStream(Bsdl *h)
-{
-    const IscData *isc = current_isc(h);
-    return isc ? isc->blank_usercode : nullptr;
-}
-
-IscSecurity *bsdlIscSecurity(Bsdl *h)
-{
-    const IscData *isc = current_isc(h);
-    return isc ? isc->security : nullptr;
-}
-
-const char *bsdlIscDesignWarning(Bsdl *h)
-{
-    const IscData *isc = current_isc(h);
-    return isc ? isc->design_warning : nullptr;
-}
-
-// -------------------------------------------------------------------- fixed pins, illegal exits
-
-PortId *bsdlIscFirstFixedPin(Bsdl *h)
-{
-    IscData *isc = current_isc(h);
-    if (!isc)
-        return nullptr;
-    return static_cast<PortId *>(
-        list_first(&isc->fixed_pin_walk, isc->fixed_pins, &isc->fixed_pin_cursor));
-}
-
-PortId *bsdlIscNextFixedPin(Bsdl *h)
-{
-    IscData *isc = current_isc(h);
-    if (!isc)
-        return nullptr;
-    return static_cast<PortId *>(
-        list_next(&isc->fixed_pin_walk, isc->fixed_pins, &isc->fixed_pin_cursor));
-}
-
-const char *bsdlIscFirstIllegalExit(Bsdl *h)
-{
-    IscData *isc = current_isc(h);
-    if (!isc)
-        return nullptr;
-    return static_cast<const char *>(
-        list_first(&isc->illegal_exit_walk, isc->illegal_exits, &isc->illegal_exit_cursor));
-}
-
-const char *bsdlIscNextIllegalExit(Bsdl *h)
-{
-    IscData *isc = current_isc(h);
-    if (!isc)
-        return nullptr;
-    return static_cast<const char *>(
-        list_next(&isc->illegal_exit_walk, isc->illegal_exits, &isc->illegal_exit_cursor));
-}
-
-// ------------------------------------------------------------------------------------- actions
-
-static IscAction *current_action(IscData *isc)
-{
-    if (!isc)
-        return nullptr;
-    return static_cast<IscAction *>(
-        current_element(&isc->action_walk, isc->actions, &isc->action_cursor));
-}
-
-int32_t bsdlIscNbrOfActions(Bsdl *h)
-{
-    IscData *isc = current_isc(h);
-    return isc ? static_cast<int32_t>(list_count(&isc->action_walk, isc->actions)) : -1;
-}
-
-IscAction *bsdlIscFirstAction(Bsdl *h)
-{
-    IscData *isc = current_isc(h);
-    if (!isc)
-        return nullptr;
-    return static_cast<IscAction *>(
-        list_first(&isc->action_walk, isc->actions, unsigned_cursor(&isc->action_cursor)));
-}
-
-IscAction *bsdlIscNextAction(Bsdl *h)
-{
-    IscData *isc = current_isc(h);
-    if (!isc)
-        return nullptr;
-    return static_cast<IscAction *>(
-        list_next(&isc->action_walk, isc->actions, unsigned_cursor(&isc->action_cursor)));
-}
-
-IscAction *bsdlIscSelectAction(Bsdl *h, const char *name, const char *data_name)
-{
-    IscData *isc = current_isc(h);
-    if (!isc || !name)
-        return nullptr;
-    uint64_t key = host_key(h, name, data_name);
-    int32_t position = 0;
-    for (const GSList *link = isc->actions; key && link; link = link->next, position++) {
-        auto *action = static_cast<IscAction *>(link->data);
-        if (isc_name_key(action->action_name, action->data_name) == key) {
-            isc->action_cursor = position;
-            return action;
-        }
-    }
-    return nullptr;
-}
-
-// ---------------------------------------------------------------------------------- procedures
-
-int32_t bsdlIscNbrOfProcedures(Bsdl *h)
-{
-    IscData *isc = current_isc(h);
-    const IscAction *action = current_action(isc);
-    return action ? static_cast<int32_t>(list_count(&isc->spec_walk, action->specs)) : -1;
-}
-
-// The action's procedures count again, also when none is found.
-static IscAction *action_for_procedures(IscData *isc)
-{
-    if (!isc || !isc->actions)
-        return nullptr;
-    isc->procedure_cursor = 0;
-    return current_action(isc);
-}
-
-IscActionSpec *bsdlIscFirstProc(Bsdl *h)
-{
-    IscData *isc = current_isc(h);
-    IscAction *action = action_for_procedures(isc);
-    if (!action)
-        return nullptr;
-    return static_cast<IscActionSpec *>(
-        list_first(&isc->spec_walk, action->specs, unsigned_cursor(&action->spec_cursor)));
-}
-
-IscActionSpec *bsdlIscNextProc(Bsdl *h)
-{
-    IscData *isc = current_isc(h);
-    IscAction *action = action_for_procedures(isc);
-    if (!action)
-        return nullptr;
-    return static_cast<IscActionSpec *>(
-        list_next_below(&isc->spec_walk, action->specs, unsigned_cursor(&action->spec_cursor)));
-}
-
-IscActionSpec *bsdlIscSelectProc(Bsdl *h, const char *name, const char *data_name)
-{
-    IscData *isc = current_isc(h);
-    if (!isc || !name)
-        return nullptr;
-    IscAction *action = action_for_procedures(isc);
-    if (!action)
-        return nullptr;
-    uint64_t key = host_key(h, name, data_name);
-    int32_t position = 0;
-    for (const GSList *link = action->specs; key && link; link = link->next, position++) {
-        auto *spec = static_cast<IscActionSpec *>(link->data);
-        if (isc_name_key(spec->procedure_name, spec->data_name) == key) {
-            action->spec_cursor = position;
-            return spec;
-        }
-    }
-    return nullptr;
-}
 
 IscFlowInfo *bsdlIscGetProc(Bsdl *h, const char *name, const char *data_name)
 {
@@ -270,33 +212,30 @@ static IscProcedure *current_procedure(Bsdl *bsdl, IscData *isc)
         return nullptr;
     const IscTables *tables = isc_tables(bsdl, isc);
     uint32_t position = INDEX_NONE;
-    if (isc->procedure_cursor) {
+    if (isc->procedure_cursor)
         position = static_cast<uint32_t>(isc->procedure_cursor) - 1;
-    } else if (IscAction *action = current_action(isc)) {
-        const auto *spec = static_cast<const IscActionSpec *>(
-            current_element(&isc->spec_walk, action->specs, &action->spec_cursor));
-        if (spec)
-            position = index_find(&tables->procedures_by_name,
-                                  isc_name_key(spec->procedure_name, spec->data_name));
-    }
+    else if (const auto *spec = current_of<IscActionSpec>(procedures(isc)))
+        position = index_find(&tables->procedures_by_name,
+                              isc_name_key(spec->procedure_name, spec->data_name));
     return position < tables->procedure_count ? tables->procedures[position] : nullptr;
 }
 
 // --------------------------------------------------------------------------------------- flows
 
-static IscFlow *current_flow(Bsdl *bsdl, IscData *isc)
+static Iteration flows(Bsdl *bsdl, IscData *isc)
 {
-    if (!isc)
-        return nullptr;
-    const IscTables *tables = isc_tables(bsdl, isc);
-    auto position = static_cast<uint32_t>(isc->flow_cursor);
-    return position < tables->flow_count ? tables->flows[position] : nullptr;
+    IscProcedure *procedure = current_procedure(bsdl, isc);
+    return procedure
+               ? iteration_of(&isc->procedure_flow_walk, procedure->flows, &procedure->flow_cursor)
+               : Iteration{};
 }
 
-// Makes the flow that the procedure's descriptor names the current one. Name and data name are
+// Makes the flow that the procedure's next descriptor names the current one. Name and data name are
 // given as the procedure writes them.
-static IscFlowInfo *select_flow(Bsdl *bsdl, IscData *isc, const IscFlowDescriptor *descriptor)
+static IscFlowInfo *enter_flow(Bsdl *bsdl, IscFlowDescriptor *(*step)(const Iteration &))
 {
+    IscData *isc = current_isc(bsdl);
+    const IscFlowDescriptor *descriptor = step(flows(bsdl, isc));
     if (!descriptor)
         return nullptr;
     const IscTables *tables = isc_tables(bsdl, isc);
@@ -311,53 +250,36 @@ static IscFlowInfo *select_flow(Bsdl *bsdl, IscData *isc, const IscFlowDescripto
     return flow_info_new(descriptor->flow_name, descriptor->data_name, flags, flow->variable_count);
 }
 
-int32_t bsdlIscNbrOfFlows(Bsdl *h)
-{
-    IscData *isc = current_isc(h);
-    const IscProcedure *procedure = current_procedure(h, isc);
-    if (!procedure)
-        return -1;
-    return static_cast<int32_t>(list_count(&isc->procedure_flow_walk, procedure->flows));
-}
+int32_t bsdlIscNbrOfFlows(Bsdl *h) { return count_of(flows(h, current_isc(h))); }
 
-IscFlowInfo *bsdlIscFirstFlow(Bsdl *h)
-{
-    IscData *isc = current_isc(h);
-    IscProcedure *procedure = current_procedure(h, isc);
-    if (!procedure)
-        return nullptr;
-    return select_flow(h, isc,
-                       static_cast<const IscFlowDescriptor *>(
-                           list_first(&isc->procedure_flow_walk, procedure->flows,
-                                      unsigned_cursor(&procedure->flow_cursor))));
-}
+IscFlowInfo *bsdlIscFirstFlow(Bsdl *h) { return enter_flow(h, iteration_first<IscFlowDescriptor>); }
 
 IscFlowInfo *bsdlIscNextFlow(Bsdl *h)
 {
-    IscData *isc = current_isc(h);
-    IscProcedure *procedure = current_procedure(h, isc);
-    if (!procedure)
+    return enter_flow(h, iteration_next_below<IscFlowDescriptor>);
+}
+
+static IscFlow *current_flow(Bsdl *bsdl, IscData *isc)
+{
+    if (!isc)
         return nullptr;
-    return select_flow(h, isc,
-                       static_cast<const IscFlowDescriptor *>(
-                           list_next_below(&isc->procedure_flow_walk, procedure->flows,
-                                           unsigned_cursor(&procedure->flow_cursor))));
+    const IscTables *tables = isc_tables(bsdl, isc);
+    auto position = static_cast<uint32_t>(isc->flow_cursor);
+    return position < tables->flow_count ? tables->flows[position] : nullptr;
 }
 
 // -------------------------------------------------------------------------------------- blocks
 
-static IscBlock *current_block(Bsdl *bsdl, IscData *isc)
+static Iteration blocks(IscData *isc, IscFlow *flow)
 {
-    const IscFlow *flow = current_flow(bsdl, isc);
-    if (!flow)
-        return nullptr;
-    return static_cast<IscBlock *>(
-        list_at(&isc->block_walk, flow->blocks, static_cast<uint32_t>(flow->block_cursor)));
+    return flow ? iteration_of(&isc->block_walk, flow->blocks, &flow->block_cursor) : Iteration{};
 }
 
-static int32_t enter_block(IscFlow *flow, IscBlock *block)
+static int32_t enter_block(Bsdl *bsdl, IscBlock *(*step)(const Iteration &))
 {
-    flow->current_block = block;
+    IscData *isc = current_isc(bsdl);
+    IscFlow *flow = current_flow(bsdl, isc);
+    const IscBlock *block = step(blocks(isc, flow));
     if (!block)
         return ISC_BLOCK_NONE;
     switch (block->block_type) {
@@ -373,30 +295,18 @@ static int32_t enter_block(IscFlow *flow, IscBlock *block)
 int32_t bsdlIscNbrOfFlowBlocks(Bsdl *h)
 {
     IscData *isc = current_isc(h);
-    const IscFlow *flow = current_flow(h, isc);
-    return flow ? static_cast<int32_t>(list_count(&isc->block_walk, flow->blocks)) : -1;
+    return count_of(blocks(isc, current_flow(h, isc)));
 }
 
-int32_t bsdlIscFirstFlowBlock(Bsdl *h)
-{
-    IscData *isc = current_isc(h);
-    IscFlow *flow = current_flow(h, isc);
-    if (!flow)
-        return ISC_BLOCK_NONE;
-    return enter_block(flow,
-                       static_cast<IscBlock *>(list_first(&isc->block_walk, flow->blocks,
-                                                          unsigned_cursor(&flow->block_cursor))));
-}
+int32_t bsdlIscFirstFlowBlock(Bsdl *h) { return enter_block(h, iteration_first<IscBlock>); }
 
-int32_t bsdlIscNextFlowBlock(Bsdl *h)
+int32_t bsdlIscNextFlowBlock(Bsdl *h) { return enter_block(h, iteration_next_below<IscBlock>); }
+
+static IscBlock *current_block(Bsdl *bsdl, IscData *isc)
 {
-    IscData *isc = current_isc(h);
-    IscFlow *flow = current_flow(h, isc);
-    if (!flow)
-        return ISC_BLOCK_NONE;
-    return enter_block(
-        flow, static_cast<IscBlock *>(list_next_below(&isc->block_walk, flow->blocks,
-                                                      unsigned_cursor(&flow->block_cursor))));
+    Iteration list = blocks(isc, current_flow(bsdl, isc));
+    return list.walk ? static_cast<IscBlock *>(list_at(list.walk, list.head, *list.cursor))
+                     : nullptr;
 }
 
 // ---------------------------------------------------------------------------------- activities
@@ -439,9 +349,20 @@ static void describe_activity(const IscActivity *activity, IscActivityInfo *info
     info->v[3] = whole_microseconds(microseconds(longest));
 }
 
-// An activity whose wait was in error has no record, and is the current one all the same.
-static IscActivityInfo *enter_activity(IscBlock *block, IscActivity *activity)
+static Iteration activities(IscData *isc, IscBlock *block)
 {
+    return block ? iteration_of(&isc->activity_walk, block->activities, &block->activity_cursor)
+                 : Iteration{};
+}
+
+// An activity whose wait was in error has no record, and is the current one all the same.
+static IscActivityInfo *enter_activity(Bsdl *bsdl, IscActivity *(*step)(const Iteration &))
+{
+    IscData *isc = current_isc(bsdl);
+    IscBlock *block = current_block(bsdl, isc);
+    if (!block)
+        return nullptr;
+    IscActivity *activity = step(activities(isc, block));
     block->current_activity = activity;
     if (!activity || (activity->kind == ISC_ACTIVITY_PLAIN && !activity->wait))
         return nullptr;
@@ -451,33 +372,22 @@ static IscActivityInfo *enter_activity(IscBlock *block, IscActivity *activity)
     return info;
 }
 
+void bsdlIscFreeActivity(IscActivityInfo *info) { g_free(info); }
+
 int32_t bsdlIscNbrOfActivities(Bsdl *h)
 {
     IscData *isc = current_isc(h);
-    const IscBlock *block = current_block(h, isc);
-    return block ? static_cast<int32_t>(list_count(&isc->activity_walk, block->activities)) : -1;
+    return count_of(activities(isc, current_block(h, isc)));
 }
 
 IscActivityInfo *bsdlIscFirstActivity(Bsdl *h)
 {
-    IscData *isc = current_isc(h);
-    IscBlock *block = current_block(h, isc);
-    if (!block)
-        return nullptr;
-    return enter_activity(
-        block, static_cast<IscActivity *>(list_first(&isc->activity_walk, block->activities,
-                                                     unsigned_cursor(&block->activity_cursor))));
+    return enter_activity(h, iteration_first<IscActivity>);
 }
 
 IscActivityInfo *bsdlIscNextActivity(Bsdl *h)
 {
-    IscData *isc = current_isc(h);
-    IscBlock *block = current_block(h, isc);
-    if (!block)
-        return nullptr;
-    return enter_activity(block, static_cast<IscActivity *>(
-                                     list_next_below(&isc->activity_walk, block->activities,
-                                                     unsigned_cursor(&block->activity_cursor))));
+    return enter_activity(h, iteration_next_below<IscActivity>);
 }
 
 // -------------------------------------------------------------------------------------- fields
@@ -488,60 +398,44 @@ static IscActivity *current_activity(Bsdl *bsdl, IscData *isc)
     return block ? block->current_activity : nullptr;
 }
 
-int32_t bsdlIscNbrOfUpdateStreams(Bsdl *h)
+static Iteration updates(Bsdl *bsdl)
 {
-    IscData *isc = current_isc(h);
-    const IscActivity *activity = current_activity(h, isc);
-    if (!activity)
-        return -1;
-    return static_cast<int32_t>(list_count(&isc->update_walk, activity->update_fields));
+    IscData *isc = current_isc(bsdl);
+    IscActivity *activity = current_activity(bsdl, isc);
+    return activity
+               ? Iteration{&isc->update_walk, activity->update_fields, &activity->update_cursor}
+               : Iteration{};
 }
+
+int32_t bsdlIscNbrOfUpdateStreams(Bsdl *h) { return count_of(updates(h)); }
 
 IscUpdateField *bsdlIscFirstUpdateStream(Bsdl *h)
 {
-    IscData *isc = current_isc(h);
-    IscActivity *activity = current_activity(h, isc);
-    if (!activity)
-        return nullptr;
-    return static_cast<IscUpdateField *>(
-        list_first(&isc->update_walk, activity->update_fields, &activity->update_cursor));
+    return iteration_first<IscUpdateField>(updates(h));
 }
 
 IscUpdateField *bsdlIscNextUpdateStream(Bsdl *h)
 {
-    IscData *isc = current_isc(h);
-    IscActivity *activity = current_activity(h, isc);
-    if (!activity)
-        return nullptr;
-    return static_cast<IscUpdateField *>(
-        list_next_below(&isc->update_walk, activity->update_fields, &activity->update_cursor));
+    return iteration_next_below<IscUpdateField>(updates(h));
 }
 
-int32_t bsdlIscNbrOfCaptureStreams(Bsdl *h)
+static Iteration captures(Bsdl *bsdl)
 {
-    IscData *isc = current_isc(h);
-    const IscActivity *activity = current_activity(h, isc);
-    if (!activity)
-        return -1;
-    return static_cast<int32_t>(list_count(&isc->capture_walk, activity->capture_fields));
+    IscData *isc = current_isc(bsdl);
+    IscActivity *activity = current_activity(bsdl, isc);
+    return activity
+               ? Iteration{&isc->capture_walk, activity->capture_fields, &activity->capture_cursor}
+               : Iteration{};
 }
+
+int32_t bsdlIscNbrOfCaptureStreams(Bsdl *h) { return count_of(captures(h)); }
 
 IscCaptureField *bsdlIscFirstCaptureStream(Bsdl *h)
 {
-    IscData *isc = current_isc(h);
-    IscActivity *activity = current_activity(h, isc);
-    if (!activity)
-        return nullptr;
-    return static_cast<IscCaptureField *>(
-        list_first(&isc->capture_walk, activity->capture_fields, &activity->capture_cursor));
+    return iteration_first<IscCaptureField>(captures(h));
 }
 
 IscCaptureField *bsdlIscNextCaptureStream(Bsdl *h)
 {
-    IscData *isc = current_isc(h);
-    IscActivity *activity = current_activity(h, isc);
-    if (!activity)
-        return nullptr;
-    return static_cast<IscCaptureField *>(
-        list_next_below(&isc->capture_walk, activity->capture_fields, &activity->capture_cursor));
+    return iteration_next_below<IscCaptureField>(captures(h));
 }
