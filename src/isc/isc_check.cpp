@@ -236,27 +236,23 @@ static bool exceeds(int32_t position, int32_t length)
 
 static int32_t check_security_positions(const IscSecurity *security, int32_t length, int32_t line)
 {
+    static constexpr struct {
+        const char *rule;
+        const char *bit;
+        int32_t IscSecurity::*position;
+    } BITS[] = {
+        {"isc-security-read-range", "disable_read", &IscSecurity::disable_read},
+        {"isc-security-program-range", "disable_program", &IscSecurity::disable_program},
+        {"isc-security-erase-range", "disable_erase", &IscSecurity::disable_erase},
+        {"isc-security-key-lsb-range", "disable_key lsb", &IscSecurity::disable_key_lsb},
+        {"isc-security-key-msb-range", "disable_key msb", &IscSecurity::disable_key_msb},
+    };
     int32_t result = 0;
-    if (exceeds(security->disable_read, length))
-        result |= rule_error({"isc-security-read-range", line},
-                             "security bit disable_read (%i) exceeds ISC_PDATA length %i",
-                             security->disable_read, length);
-    if (exceeds(security->disable_program, length))
-        result |= rule_error({"isc-security-program-range", line},
-                             "security bit disable_program (%i) exceeds ISC_PDATA length %i",
-                             security->disable_program, length);
-    if (exceeds(security->disable_erase, length))
-        result |= rule_error({"isc-security-erase-range", line},
-                             "security bit disable_erase (%i) exceeds ISC_PDATA length %i",
-                             security->disable_erase, length);
-    if (exceeds(security->disable_key_lsb, length))
-        result |= rule_error({"isc-security-key-lsb-range", line},
-                             "security bit disable_key lsb (%i) exceeds ISC_PDATA length %i",
-                             security->disable_key_lsb, length);
-    if (exceeds(security->disable_key_msb, length))
-        result |= rule_error({"isc-security-key-msb-range", line},
-                             "security bit disable_key msb (%i) exceeds ISC_PDATA length %i",
-                             security->disable_key_msb, length);
+    for (const auto &bit : BITS)
+        if (int32_t position = security->*bit.position; exceeds(position, length))
+            result |=
+                rule_error({bit.rule, line}, "security bit %s (%i) exceeds ISC_PDATA length %i",
+                           bit.bit, position, length);
     return result;
 }
 

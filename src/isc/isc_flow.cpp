@@ -75,48 +75,32 @@ static int32_t define_variable(Bsdl *bsdl, const char *name, const char *value)
     return reading->variable_count++;
 }
 
-static IscExpression *expression_new(Bsdl *bsdl, const IscExpression &values)
-{
-    auto *expression = model_new<IscExpression>(bsdl);
-    *expression = values;
-    return expression;
-}
-
 IscExpression *isc_literal(Bsdl *bsdl, const char *hex_string)
 {
-    return expression_new(bsdl, {.operation = ISC_OPERATION_HEX,
-                                 .variable_index = -1,
-                                 .operand = 0,
-                                 .hex_string = hex_string,
-                                 .is_definition = 0});
+    return model_new<IscExpression>(
+        bsdl, {.operation = ISC_OPERATION_HEX, .variable_index = -1, .hex_string = hex_string});
 }
 
 IscExpression *isc_input(Bsdl *bsdl, int32_t operation)
 {
-    return expression_new(bsdl, {.operation = operation,
-                                 .variable_index = -1,
-                                 .operand = 0,
-                                 .hex_string = nullptr,
-                                 .is_definition = 0});
+    return model_new<IscExpression>(bsdl, {.operation = operation, .variable_index = -1});
 }
 
 IscExpression *isc_variable_assigned(Bsdl *bsdl, const char *name, const char *hex_string)
 {
-    return expression_new(bsdl, {.operation = ISC_OPERATION_ASSIGN,
-                                 .variable_index = define_variable(bsdl, name, hex_string),
-                                 .operand = 0,
-                                 .hex_string = hex_string,
-                                 .is_definition = 1});
+    return model_new<IscExpression>(bsdl,
+                                    {.operation = ISC_OPERATION_ASSIGN,
+                                     .variable_index = define_variable(bsdl, name, hex_string),
+                                     .hex_string = hex_string,
+                                     .is_definition = 1});
 }
 
 IscExpression *isc_variable_set(Bsdl *bsdl, const char *name, int32_t input)
 {
     bool io = input == ISC_OPERATION_IO;
-    return expression_new(
+    return model_new<IscExpression>(
         bsdl, {.operation = io ? ISC_OPERATION_VARIABLE_IO : ISC_OPERATION_VARIABLE_INPUT,
                .variable_index = define_variable(bsdl, name, io ? "?!" : "?"),
-               .operand = 0,
-               .hex_string = nullptr,
                .is_definition = 1});
 }
 
@@ -129,11 +113,8 @@ IscExpression *isc_variable_used(Bsdl *bsdl, const char *name, int32_t operation
         bsdl->error_count++;
         return nullptr;
     }
-    return expression_new(bsdl, {.operation = operation,
-                                 .variable_index = index,
-                                 .operand = operand,
-                                 .hex_string = nullptr,
-                                 .is_definition = 0});
+    return model_new<IscExpression>(
+        bsdl, {.operation = operation, .variable_index = index, .operand = operand});
 }
 
 // ---------------------------------------------------------------------------- fields and waits
@@ -156,9 +137,7 @@ IscUpdateField *isc_update_field(Bsdl *bsdl, int32_t width, IscExpression *expre
 {
     bsdl->scan_mode = SCAN_MODE_INTEGER;
     apply_width(bsdl, expression, width);
-    auto *field = model_new<IscUpdateField>(bsdl);
-    *field = {.field_width = width, .expression = expression};
-    return field;
+    return model_new<IscUpdateField>(bsdl, {.field_width = width, .expression = expression});
 }
 
 IscCaptureField *isc_capture_field(Bsdl *bsdl, int32_t width, IscFieldData expected,
@@ -166,14 +145,12 @@ IscCaptureField *isc_capture_field(Bsdl *bsdl, int32_t width, IscFieldData expec
 {
     apply_width(bsdl, expected.expression, width);
     apply_width(bsdl, mask.expression, width);
-    auto *field = model_new<IscCaptureField>(bsdl);
-    *field = {.field_width = width,
-              .expected = expected.expression,
-              .expected_output = expected.output,
-              .mask = mask.expression,
-              .mask_output = mask.output,
-              .tag = tag};
-    return field;
+    return model_new<IscCaptureField>(bsdl, {.field_width = width,
+                                             .expected = expected.expression,
+                                             .expected_output = expected.output,
+                                             .mask = mask.expression,
+                                             .mask_output = mask.output,
+                                             .tag = tag});
 }
 
 int32_t isc_tags_turned(Bsdl *bsdl)
@@ -187,9 +164,7 @@ IscDuration *isc_duration_new(Bsdl *bsdl, IscClockCycles *clock_cycles, double t
 {
     // Behind a duration comes a field width, whatever the duration was.
     bsdl->scan_mode = SCAN_MODE_INTEGER;
-    auto *duration = model_new<IscDuration>(bsdl);
-    *duration = {.clock_cycles = clock_cycles, .time = seconds_from(time)};
-    return duration;
+    return model_new<IscDuration>(bsdl, {.clock_cycles = clock_cycles, .time = seconds_from(time)});
 }
 
 // This and the next say their one word once for each token that recovery drops.
@@ -208,9 +183,7 @@ IscWait *isc_wait_refused(Bsdl *bsdl)
 
 IscWait *isc_wait_new(Bsdl *bsdl, IscDuration *min_duration, IscDuration *max_duration)
 {
-    auto *wait = model_new<IscWait>(bsdl);
-    *wait = {.min_duration = min_duration, .max_duration = max_duration};
-    return wait;
+    return model_new<IscWait>(bsdl, {.min_duration = min_duration, .max_duration = max_duration});
 }
 
 int32_t isc_field_width(Bsdl *bsdl, int32_t width)
@@ -239,37 +212,30 @@ int32_t isc_loop_count(Bsdl *bsdl, int32_t count)
 IscActivity *isc_activity_new(Bsdl *bsdl, const char *instruction_name, List update_fields,
                               IscWait *wait, List capture_fields, int32_t line)
 {
-    auto *activity = model_new<IscActivity>(bsdl);
-    activity->instruction_name = instruction_name;
-    activity->update_fields = update_fields.head;
-    activity->wait = wait;
-    activity->capture_fields = capture_fields.head;
-    activity->line = line;
-    return activity;
+    return model_new<IscActivity>(bsdl, {.instruction_name = instruction_name,
+                                         .update_fields = update_fields.head,
+                                         .wait = wait,
+                                         .capture_fields = capture_fields.head,
+                                         .line = line});
 }
 
 List isc_loop(Bsdl *bsdl, int32_t min_loop, int32_t max_loop, List activities, int32_t line)
 {
-    auto *start = model_new<IscActivity>(bsdl);
-    start->kind = ISC_ACTIVITY_LOOP_START;
-    start->max_loop = max_loop;
-    start->min_loop = min_loop;
-    start->line = line;
-    auto *end = model_new<IscActivity>(bsdl);
-    end->kind = ISC_ACTIVITY_LOOP_END;
-    end->line = line;
+    auto *start = model_new<IscActivity>(bsdl, {.kind = ISC_ACTIVITY_LOOP_START,
+                                                .max_loop = max_loop,
+                                                .min_loop = min_loop,
+                                                .line = line});
+    auto *end = model_new<IscActivity>(bsdl, {.kind = ISC_ACTIVITY_LOOP_END, .line = line});
     return model_append(bsdl, list_join(model_list(bsdl, start), activities), end);
 }
 
 IscBlock *isc_block_new(Bsdl *bsdl, int32_t block_type, int32_t repeat_count, List activities,
                         int32_t line)
 {
-    auto *block = model_new<IscBlock>(bsdl);
-    block->block_type = block_type;
-    block->repeat_count = repeat_count;
-    block->activities = activities.head;
-    block->line = line;
-    return block;
+    return model_new<IscBlock>(bsdl, {.block_type = block_type,
+                                      .repeat_count = repeat_count,
+                                      .activities = activities.head,
+                                      .line = line});
 }
 
 // --------------------------------------------------------------------------------------- flows
@@ -284,13 +250,11 @@ const char *isc_data_name(Bsdl *bsdl, const char *name)
 IscFlowDescriptor *isc_flow_descriptor_new(Bsdl *bsdl, const char *flow_name, const char *data_name,
                                            int32_t unprocessed, int32_t exit_on_error, int32_t line)
 {
-    auto *descriptor = model_new<IscFlowDescriptor>(bsdl);
-    *descriptor = {.flow_name = flow_name,
-                   .data_name = data_name,
-                   .unprocessed = unprocessed,
-                   .exit_on_error = exit_on_error,
-                   .line = line};
-    return descriptor;
+    return model_new<IscFlowDescriptor>(bsdl, {.flow_name = flow_name,
+                                               .data_name = data_name,
+                                               .unprocessed = unprocessed,
+                                               .exit_on_error = exit_on_error,
+                                               .line = line});
 }
 
 void isc_flow_begins(Bsdl *bsdl) { reading_of(bsdl)->variable_count = 0; }
@@ -351,10 +315,9 @@ static void keep_variables(Bsdl *bsdl, IscFlow *flow)
     if (!flow->variables)
         return;
     for (size_t i = 0; i < count; i++) {
-        auto *variable = model_new<IscVariable>(bsdl);
-        variable->name = reading->variables[i].name;
-        variable->value = reading->variables[i].value;
-        flow->variables[i] = variable;
+        const IscVariable &variable = reading->variables[i];
+        flow->variables[i] =
+            model_new<IscVariable>(bsdl, {.name = variable.name, .value = variable.value});
     }
 }
 
@@ -376,9 +339,7 @@ IscFlow *isc_flow_new(Bsdl *bsdl, IscFlowDescriptor *descriptor, IscBlock *initi
     if (terminate)
         blocks = model_append(bsdl, blocks, terminate);
 
-    auto *flow = model_new<IscFlow>(bsdl);
-    flow->descriptor = descriptor;
-    flow->blocks = blocks.head;
+    auto *flow = model_new<IscFlow>(bsdl, {.descriptor = descriptor, .blocks = blocks.head});
     keep_variables(bsdl, flow);
     return flow;
 }

@@ -24,10 +24,8 @@ void isc_family_begins(Bsdl *bsdl) { bsdl->standards_filter = FILTER_ALL_BUT_153
 
 void isc_family_passed(Bsdl *bsdl, const IscData &values)
 {
-    auto *isc = model_new<IscData>(bsdl);
-    *isc = values;
     // A second family replaces the first; in a PPC/PRG file each part keeps its own.
-    bsdl->data->isc = isc;
+    bsdl->data->isc = model_new<IscData>(bsdl, values);
     bsdl->standards_filter = 0;
 }
 
@@ -95,12 +93,10 @@ struct PinOrderTexts {
     bool no_fixed_pins;
 };
 
-#define ORDER_OF_TWO                                                                               \
-    "Wrong ordening of ISC ATTRIBUTES \"PIN_BEHAVIOR\" and \"STATUS\"" /* as is                    \
-                                                                        */
-#define ORDER_OF_THREE                                                                             \
-    "Wrong ordening of ISC ATTRIBUTES \"PIN_BEHAVIOR\" and \"FIXED_SYSTEM_PINS\" and "             \
-    "\"STATUS\"" /* as is */
+static constexpr char ORDER_OF_TWO[] =
+    "Wrong ordening of ISC ATTRIBUTES \"PIN_BEHAVIOR\" and \"STATUS\""; /* as is */
+static constexpr char ORDER_OF_THREE[] = "Wrong ordening of ISC ATTRIBUTES \"PIN_BEHAVIOR\" and "
+                                         "\"FIXED_SYSTEM_PINS\" and \"STATUS\""; /* as is */
 
 // By IscPinOrder.
 static constexpr PinOrderTexts PIN_ORDERS[] = {
@@ -126,12 +122,10 @@ IscPinBehaviorSet *isc_pin_set(Bsdl *bsdl, IscPinOrder order, int32_t pin_behavi
     if (texts.no_fixed_pins)
         statement_absent(bsdl, "\tNo ISC_Fixed_System_Pins statement");
 
-    auto *set = model_new<IscPinBehaviorSet>(bsdl);
-    *set = {.pin_behavior = pin_behavior,
-            .fixed_pins = fixed_pins.head,
-            .status = status,
-            .fixed_pins_line = fixed_pins_line};
-    return set;
+    return model_new<IscPinBehaviorSet>(bsdl, {.pin_behavior = pin_behavior,
+                                               .fixed_pins = fixed_pins.head,
+                                               .status = status,
+                                               .fixed_pins_line = fixed_pins_line});
 }
 
 // ----------------------------------------------------------- ISC_Blank_Usercode, ISC_Security
@@ -168,10 +162,7 @@ IscSecurity *isc_security_skipped(Bsdl *bsdl)
 
 IscSecurity *isc_security_key(Bsdl *bsdl, int32_t msb, int32_t lsb)
 {
-    auto *security = model_new<IscSecurity>(bsdl);
-    security->disable_key_msb = msb;
-    security->disable_key_lsb = lsb;
-    return security;
+    return model_new<IscSecurity>(bsdl, {.disable_key_lsb = lsb, .disable_key_msb = msb});
 }
 
 IscSecurity *isc_security_new(Bsdl *bsdl, int32_t read, int32_t program, int32_t erase,
@@ -201,12 +192,8 @@ List isc_procedures_skipped(Bsdl *bsdl)
 IscProcedure *isc_procedure_new(Bsdl *bsdl, const char *name, const char *data_name, List flows,
                                 int32_t line)
 {
-    auto *procedure = model_new<IscProcedure>(bsdl);
-    procedure->procedure_name = name;
-    procedure->data_name = data_name;
-    procedure->flows = flows.head;
-    procedure->line = line;
-    return procedure;
+    return model_new<IscProcedure>(
+        bsdl, {.procedure_name = name, .data_name = data_name, .flows = flows.head, .line = line});
 }
 
 List isc_actions_passed(Bsdl *bsdl, List actions)
@@ -218,21 +205,20 @@ List isc_actions_passed(Bsdl *bsdl, List actions)
 IscAction *isc_action_new(Bsdl *bsdl, const char *name, const char *data_name, int32_t exclusivity,
                           List specs, int32_t line)
 {
-    auto *entry = model_new<IscActionEntry>(bsdl);
-    entry->action.action_name = name;
-    entry->action.data_name = data_name;
-    entry->action.exclusivity = exclusivity;
-    entry->action.specs = specs.head;
-    entry->line = line;
+    auto *entry = model_new<IscActionEntry>(bsdl, {.action = {.action_name = name,
+                                                              .data_name = data_name,
+                                                              .exclusivity = exclusivity,
+                                                              .specs = specs.head},
+                                                   .line = line});
     return &entry->action;
 }
 
 IscActionSpec *isc_action_spec_new(Bsdl *bsdl, const char *name, const char *data_name,
                                    int32_t attributes, int32_t line)
 {
-    auto *entry = model_new<IscActionSpecEntry>(bsdl);
-    entry->spec = {.procedure_name = name, .data_name = data_name, .attributes = attributes};
-    entry->line = line;
+    auto *entry = model_new<IscActionSpecEntry>(
+        bsdl, {.spec = {.procedure_name = name, .data_name = data_name, .attributes = attributes},
+               .line = line});
     return &entry->spec;
 }
 
