@@ -1,5 +1,6 @@
 #include "isc_family.h"
 
+#include <set>
 #include <sstream>
 
 using namespace support;
@@ -7,21 +8,21 @@ using namespace support;
 namespace isc_family
 {
 
-const char *const OPCODES =
+static const char *const OPCODES =
     "BYPASS (11111), EXTEST (00000), SAMPLE (00001), PRELOAD (00010), IDCODE (00011), "
     "USERCODE (00100), ISC_ENABLE (10000), ISC_DISABLE (10001), ISC_PROGRAM (10010), "
     "ISC_NOOP (10011), ISC_READ (10100), ISC_PROGRAM_SECURITY (10101), MINE (10110)";
-const char *const REGISTERS =
+static const char *const REGISTERS =
     "ISC_DEFAULT[1] (ISC_ENABLE, ISC_DISABLE, ISC_NOOP), "
     "ISC_PDATA[16] (ISC_PROGRAM, ISC_READ, ISC_PROGRAM_SECURITY), MINE[8] (MINE)";
 
-static const char *const NAMES[] = {
+const char *const NAMES[PART_COUNT] = {
     "ISC_Conformance",  "ISC_Pin_Behavior",   "ISC_Fixed_System_Pins",
     "ISC_Status",       "ISC_Blank_Usercode", "ISC_Security",
     "ISC_Flow",         "ISC_Procedure",      "ISC_Action",
     "ISC_Illegal_Exit", "ISC_Design_Warning"};
 
-Family::Family()
+Family::Family() : opcodes_(OPCODES), registers_(REGISTERS)
 {
     for (int part = 0; part < PART_COUNT; part++)
         order_.push_back(static_cast<Part>(part));
@@ -59,6 +60,18 @@ Family &Family::with_flow(const std::string &flow)
     return with(ACTION, "PROGRAM = (PROC_ERROR_EXIT)");
 }
 
+Family &Family::renamed(const std::string &from, const std::string &to)
+{
+    bool found = false;
+    for (std::string *text : {&opcodes_, &registers_})
+        if (size_t at = text->find(from); at != std::string::npos) {
+            text->replace(at, from.size(), to);
+            found = true;
+        }
+    EXPECT_TRUE(found) << from;
+    return *this;
+}
+
 std::string Family::text() const
 {
     std::string text;
@@ -68,16 +81,15 @@ std::string Family::text() const
     return text;
 }
 
-Description Family::description() const { return description(Description()); }
-
-Description Family::description(Description base) const
+Description Family::description() const
 {
-    return base.with(USES, "use STD_1532_2002.all;")
+    return Description()
+        .with(USES, "use STD_1532_2002.all;")
         .with(INSTRUCTION_LENGTH, "attribute INSTRUCTION_LENGTH of DEV : entity is 5;")
-        .with(INSTRUCTION_OPCODE, attribute("INSTRUCTION_OPCODE", OPCODES))
+        .with(INSTRUCTION_OPCODE, attribute("INSTRUCTION_OPCODE", opcodes_))
         .with(INSTRUCTION_CAPTURE, attribute("INSTRUCTION_CAPTURE", "XXX01"))
         .with(USERCODE_REGISTER, attribute("USERCODE_REGISTER", "00001111000011110000111100001111"))
-        .with(REGISTER_ACCESS, attribute("REGISTER_ACCESS", REGISTERS))
+        .with(REGISTER_ACCESS, attribute("REGISTER_ACCESS", registers_))
         .with(EXTENSIONS, text());
 }
 
@@ -92,6 +104,21 @@ int Family::line(Part part) const
                             std::count(texts_[before].begin(), texts_[before].end(), '\n'));
     }
     return line;
+}
+
+void expect_rows(int32_t (*check)(Bsdl *), const std::vector<CheckRow> &rows)
+{
+    for (const CheckRow &row : rows) {
+        SCOPED_TRACE(row.name);
+        Reading reading(row.family.description());
+        EXPECT_EQ(bsdl_check(reading), 0);
+        EXPECT_EQ(reading.check(check), row.errors.empty() ? 0 : 100);
+        ExpectedMessages expected;
+        std::istringstream lines(row.errors);
+        for (std::string error; std::getline(lines, error);)
+            expected.push_back({ERROR, error, 2});
+        expect_messages(reading.messages(), expected);
+    }
 }
 
 void expect_passed(Reading &reading)
@@ -114,58 +141,61 @@ static std::string named(const char *name, const char *data_name)
     return std::string(name ? name : "-") + (data_name ? "(" + std::string(data_name) + ")" : "");
 }
 
-std::string expression_text(const IscExpression *expression)
+static std::string expression_text(const IscExpression *expression)
 {
     if (!expression)
         return "-";
     std::ostringstream out;
     out << expression->operation << "/" << expression->variable_index << "/" << expression->operand
-        << "/" << (expression->hex_string ? expression->hex_string : "-") << "/"
-        << expression->is_definition;
+        << "/" << named(expression->hex_string, nullptr) << "/" << expression->is_definition;
     return out.str();
 }
 
-static void print_fields(std::ostream &out, Bsdl *handle)
+std::string update_text(const IscUpdateField *field)
 {
-    out << "          updates " << bsdlIscNbrOfUpdateStreams(handle) << "\n";
-    for (const IscUpdateField *field :
-         all_of(handle, bsdlIscFirstUpdateStream, bsdlIscNextUpdateStream))
-        out << "            " << field->field_width << ": " << expression_text(field->expression)
-            << "\n";
-    out << "          captures " << bsdlIscNbrOfCaptureStreams(handle) << "\n";
-    for (const IscCaptureField *field :
-         all_of(handle, bsdlIscFirstCaptureStream, bsdlIscNextCaptureStream))
-        out << "            " << field->field_width << ": " << field->expected_output << " "
-            << expression_text(field->expected) << " * " << field->mask_output << " "
-            << expression_text(field->mask) << " : " << field->tag << "\n";
+    return std::to_string(field->field_width) + ":" + expression_text(field->expression);
+}
+
+std::string capture_text(const IscCaptureField *field)
+{
+    std::ostringstream out;
+    out << field->field_width << ":" << field->expected_output << expression_text(field->expected)
+        << "*" << field->mask_output << expression_text(field->mask) << ":" << field->tag;
+    return out.str();
 }
 
 static void print_activities(std::ostream &out, Bsdl *handle)
 {
     for (IscActivityInfo *info = bsdlIscFirstActivity(handle); info;
          info = bsdlIscNextActivity(handle)) {
-        out << "        activity " << named(info->instruction_name, nullptr);
+        out << "        " << named(info->instruction_name, nullptr);
         for (int32_t value : info->v)
             out << " " << value;
+        out << " |" << bsdlIscNbrOfUpdateStreams(handle);
+        for (const IscUpdateField *field :
+             all_of(handle, bsdlIscFirstUpdateStream, bsdlIscNextUpdateStream))
+            out << " " << update_text(field);
+        out << " |" << bsdlIscNbrOfCaptureStreams(handle);
+        for (const IscCaptureField *field :
+             all_of(handle, bsdlIscFirstCaptureStream, bsdlIscNextCaptureStream))
+            out << " " << capture_text(field);
         out << "\n";
-        if (info->instruction_name)
-            print_fields(out, handle);
         bsdlIscFreeActivity(info);
     }
 }
 
-static void print_flows(std::ostream &out, Bsdl *handle)
+static void print_flows(std::ostream &out, Bsdl *handle, std::set<std::string> *shown)
 {
-    out << "    flows " << bsdlIscNbrOfFlows(handle) << "\n";
     for (IscFlowInfo *info = bsdlIscFirstFlow(handle); info; info = bsdlIscNextFlow(handle)) {
-        out << "    flow " << named(info->flow_name, info->data_name) << " flags " << info->flags
-            << " variables " << info->variable_count << " blocks " << bsdlIscNbrOfFlowBlocks(handle)
-            << "\n";
+        std::string name = named(info->flow_name, info->data_name);
+        out << "    " << name << " flags " << info->flags << " variables " << info->variable_count
+            << " blocks " << bsdlIscNbrOfFlowBlocks(handle) << "\n";
         bsdlIscFreeFlow(info);
+        if (!shown->insert(name).second)
+            continue;
         for (int32_t code = bsdlIscFirstFlowBlock(handle); code;
              code = bsdlIscNextFlowBlock(handle)) {
-            out << "      block " << code << " activities " << bsdlIscNbrOfActivities(handle)
-                << "\n";
+            out << "      " << code << " activities " << bsdlIscNbrOfActivities(handle) << "\n";
             print_activities(out, handle);
         }
     }
@@ -181,10 +211,8 @@ static void print_scalars(std::ostream &out, Bsdl *handle)
             << security->disable_erase << " " << security->disable_key_msb << "-"
             << security->disable_key_lsb << "\n";
     for (const PortId *pin : all_of(handle, bsdlIscFirstFixedPin, bsdlIscNextFixedPin)) {
-        out << "fixed pin " << pin->name;
-        if (pin->subscripted)
-            out << "(" << pin->subscript << ")";
-        out << "\n";
+        out << "fixed pin " << pin->name << "/" << pin->subscripted << "/" << pin->subscript
+            << "\n";
     }
     for (const char *name : all_of(handle, bsdlIscFirstIllegalExit, bsdlIscNextIllegalExit))
         out << "illegal exit " << name << "\n";
@@ -196,15 +224,16 @@ std::string tree_text(Bsdl *handle)
     std::ostringstream out;
     print_scalars(out, handle);
     out << "actions " << bsdlIscNbrOfActions(handle) << "\n";
+    std::set<std::string> shown;
     for (const IscAction *action = bsdlIscFirstAction(handle); action;
          action = bsdlIscNextAction(handle)) {
-        out << "action " << named(action->action_name, action->data_name) << " exclusivity "
+        out << named(action->action_name, action->data_name) << " exclusivity "
             << action->exclusivity << " procedures " << bsdlIscNbrOfProcedures(handle) << "\n";
         for (const IscActionSpec *spec = bsdlIscFirstProc(handle); spec;
              spec = bsdlIscNextProc(handle)) {
-            out << "  procedure " << named(spec->procedure_name, spec->data_name) << " attributes "
-                << spec->attributes << "\n";
-            print_flows(out, handle);
+            out << "  " << named(spec->procedure_name, spec->data_name) << " attributes "
+                << spec->attributes << " flows " << bsdlIscNbrOfFlows(handle) << "\n";
+            print_flows(out, handle, &shown);
         }
     }
     return out.str();

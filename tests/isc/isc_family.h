@@ -25,6 +25,9 @@ enum Part {
     PART_COUNT,
 };
 
+// Of the attributes.
+extern const char *const NAMES[PART_COUNT];
+
 class Family
 {
   public:
@@ -38,30 +41,41 @@ class Family
     Family &in_order(const std::vector<Part> &order);
     // One flow, and procedures and an action that run it.
     Family &with_flow(const std::string &flow);
+    // Another name, or any other text, in INSTRUCTION_OPCODE and REGISTER_ACCESS, where it comes
+    // first.
+    Family &renamed(const std::string &from, const std::string &to);
 
     std::string text() const;
     support::Description description() const;
-    support::Description description(support::Description base) const;
     // The line of the description on which a part stands.
     int line(Part part) const;
 
   private:
     std::array<std::string, PART_COUNT> texts_;
     std::vector<Part> order_;
+    std::string opcodes_;
+    std::string registers_;
 };
 
-// Instructions and registers as Family::description() has them, to be replaced in part.
-extern const char *const OPCODES;
-extern const char *const REGISTERS;
+// A family that passes bsdl_check(), and all that a check of its own says then, a line each: errors
+// of verbosity 2, which make it give 100.
+struct CheckRow {
+    const char *name;
+    Family family;
+    std::string errors = "";
+};
+void expect_rows(int32_t (*check)(Bsdl *), const std::vector<CheckRow> &rows);
 
 // A reading that has passed both checks.
 void expect_passed(support::Reading &reading);
 // Goes to the first flow of a procedure by name.
 void open_flow(Bsdl *handle, const char *procedure, const char *data_name = nullptr);
 
-// All that the queries give, one record a line, indented by its depth.
+// The fields of an activity: width and data; expressions with all their values, "-" for none.
+std::string update_text(const IscUpdateField *field);
+std::string capture_text(const IscCaptureField *field);
+// All that the queries give, one record a line, indented by its depth; what a flow holds is shown
+// where it first comes.
 std::string tree_text(Bsdl *handle);
-// One field's expression; "-" for none.
-std::string expression_text(const IscExpression *expression);
 
 } // namespace isc_family
