@@ -91,7 +91,6 @@ struct Bsdl {
     const char *ebst_file_name;
     uint32_t standards; // bits of BSDL_STANDARD_BIT_*
     uint32_t option_bit0;
-    int32_t skip_package_search;
     int32_t strict;
     int32_t fast_read; // 2 once the parser skips quoted strings
     uint32_t option_bit2;
@@ -138,5 +137,8 @@ inline List model_append(Bsdl *bsdl, List list, const void *data)
     return list_append(&bsdl->arena, list, data);
 }
 
-// A GList append in constant time for the two lists that are doubly linked.
+// Appends to a list that grows statement by statement, so that its tail is kept in a record.
+void model_append_to(Bsdl *bsdl, GSList **head, GSList **tail, const void *data);
+
+// The same for the two lists that are doubly linked.
 void model_append_linked(Bsdl *bsdl, GList **head, GList **tail, const void *data);

@@ -197,8 +197,7 @@ void bsdlRelease(Bsdl *h)
 
 int32_t bsdlGetNumErrors(Bsdl *h) { return h ? h->error_count : -1; }
 
-// ------------------------------------------------------------------------ actions of the whole
-// file
+// --------------------------------------------------------------------- actions of the whole file
 
 void description_read(Bsdl *bsdl)
 {

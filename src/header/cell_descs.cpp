@@ -7,18 +7,15 @@
 CaptDesc *capt_desc_new(Bsdl *bsdl, int32_t context, int32_t instruction, int32_t source,
                         int32_t line)
 {
-    auto *capt = model_new<CaptDesc>(bsdl);
-    *capt = {
-        .cell_context = context, .capt_instr = instruction, .data_source = source, .line = line};
-    return capt;
+    return model_new<CaptDesc>(
+        bsdl,
+        {.cell_context = context, .capt_instr = instruction, .data_source = source, .line = line});
 }
 
 CellDesc *cell_desc_new(Bsdl *bsdl, const char *name, List capt_descs, int32_t line)
 {
-    auto *desc = model_new<CellDesc>(bsdl);
-    desc->name = name;
-    desc->capt_descs = capt_descs.head;
-    desc->line = line;
+    auto *desc =
+        model_new<CellDesc>(bsdl, {.name = name, .capt_descs = capt_descs.head, .line = line});
     for (const GSList *link = capt_descs.head; link; link = link->next)
         desc->contexts |= 1U << static_cast<const CaptDesc *>(link->data)->cell_context;
     return desc;
@@ -27,9 +24,7 @@ CellDesc *cell_desc_new(Bsdl *bsdl, const char *name, List capt_descs, int32_t l
 void cell_desc_enter(Bsdl *bsdl, CellDesc *desc)
 {
     BsdlData *data = bsdl->data;
-    const List descs = model_append(bsdl, {data->cell_descs, data->cell_descs_tail}, desc);
-    data->cell_descs = descs.head;
-    data->cell_descs_tail = descs.tail;
+    model_append_to(bsdl, &data->cell_descs, &data->cell_descs_tail, desc);
 }
 
 // Both are kept whatever the standard.

@@ -18,9 +18,7 @@ constexpr size_t FIRST_BLOCK = size_t{16} << 10;
 
 PackageName *package_name(Bsdl *bsdl, const char *text, int32_t standard_bit)
 {
-    auto *name = model_new<PackageName>(bsdl);
-    *name = {.text = text, .standard_bit = standard_bit};
-    return name;
+    return model_new<PackageName>(bsdl, {.text = text, .standard_bit = standard_bit});
 }
 
 void package_header_begun(Bsdl *bsdl, const PackageName *name)
@@ -41,9 +39,7 @@ bool package_header_ends(Bsdl *bsdl, const PackageName *name, const PackageName 
 
 DeferredConstant *deferred_constant(Bsdl *bsdl, const char *name, int32_t line)
 {
-    auto *constant = model_new<DeferredConstant>(bsdl);
-    *constant = {.name = name, .line = line};
-    return constant;
+    return model_new<DeferredConstant>(bsdl, {.name = name, .line = line});
 }
 
 UserPackage *package_body_read(Bsdl *bsdl, const PackageName *name, const PackageName *end_name,
@@ -56,14 +52,11 @@ UserPackage *package_body_read(Bsdl *bsdl, const PackageName *name, const Packag
                       name->text, end_name->text);
         return nullptr;
     }
-    auto *package = model_new<UserPackage>(bsdl);
-    *package = {.standard = standard,
-                .name = name->text,
-                .file_name = bsdl->data->current_package,
-                .standard_file = name->standard_bit,
-                .body_cells = cells.head,
-                .line = line};
-    return package;
+    return model_new<UserPackage>(bsdl, {.standard = standard,
+                                         .name = name->text,
+                                         .file_name = bsdl->data->current_package,
+                                         .body_cells = cells.head,
+                                         .line = line});
 }
 
 static const char *issue_text(uint32_t bits)
@@ -101,9 +94,7 @@ bool package_read(Bsdl *bsdl, const PackageName *name, int32_t standard, List ex
     body->deferred_constants = deferred_constants.head;
     body->file_path = data->package_file;
     body->standard_file = name->standard_bit;
-    const List packages = model_append(bsdl, {data->user_packages, data->user_packages_tail}, body);
-    data->user_packages = packages.head;
-    data->user_packages_tail = packages.tail;
+    model_append_to(bsdl, &data->user_packages, &data->user_packages_tail, body);
     data->current_package = nullptr;
     data->current_package_body = nullptr;
     data->package_file = nullptr;

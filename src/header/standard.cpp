@@ -6,35 +6,21 @@
 #include "header/header.h"
 #include "scan/scanner.h"
 
-#include <string_view>
-
 static void standard_chosen(Bsdl *bsdl, uint32_t bits, const char *name)
 {
     bsdl->standards = bits;
     bsdl->data->standard_name = name;
-    bsdl->skip_package_search = 0;
 }
 
 void standard_1149_1(Bsdl *bsdl, uint32_t bit, const char *name)
 {
-    const bool search_skipped = bsdl->skip_package_search != 0;
     standard_chosen(bsdl, bit, name);
-    if (search_skipped) {
-        parse_message(bsdl, BSDL_LEVEL_PROGRESS, 2, nullptr, "\tReading package: %s", name);
-        return;
-    }
     parse_message(bsdl, BSDL_LEVEL_PROGRESS, bit == BSDL_STANDARD_BIT_1990 ? 3 : 2, nullptr,
                   "\tCreating BC cells: %s", name);
     create_standard_cells(bsdl, bit);
 }
 
-void standard_prg(Bsdl *bsdl)
-{
-    if (bsdl->skip_package_search)
-        parse_message(bsdl, BSDL_LEVEL_PROGRESS, 2, nullptr, "\tReading package: %s",
-                      "STD_PRG_2001");
-    standard_chosen(bsdl, BSDL_STANDARD_BIT_PRG_2001, "STD_PRG_2001");
-}
+void standard_prg(Bsdl *bsdl) { standard_chosen(bsdl, BSDL_STANDARD_BIT_PRG_2001, "STD_PRG_2001"); }
 
 bool standard_unknown(Bsdl *bsdl)
 {

@@ -15,7 +15,19 @@ namespace
 constexpr size_t PADDING = 16;
 constexpr uint32_t FIRST_PIECES = 64;
 
+// Above every address, so that one comparison tells whether the end of a string piece was passed.
+const char *const NO_PIECE =
+    reinterpret_cast<const char *>(UINTPTR_MAX); // NOLINT(performance-no-int-to-ptr)
+
 } // namespace
+
+static InputFile *current_file(ScanState *reading) { return &reading->files[reading->depth]; }
+
+static void resume_file(ScanState *reading)
+{
+    reading->at = current_file(reading)->at;
+    reading->end = current_file(reading)->end;
+}
 
 // ------------------------------------------------------------------------------ the string store
 
@@ -52,6 +64,35 @@ void store_string(Bsdl *bsdl, QuotedText piece)
         .end = offset + length, .line = reading->line, .source_line = reading->token_line};
 }
 
+static void enter_piece(ScanState *reading)
+{
+    StringStore *strings = &reading->strings;
+    const StringPiece *piece = &strings->pieces[strings->current];
+    reading->piece_end = strings->begin + piece->end;
+    reading->line = piece->line;
+    reading->source_line = piece->source_line;
+}
+
+void input_pass_pieces(ScanState *reading, const char *at)
+{
+    StringStore *strings = &reading->strings;
+    while (at >= reading->piece_end && strings->current + 1 < strings->count) {
+        strings->current++;
+        enter_piece(reading);
+    }
+}
+
+void input_leave_strings(ScanState *reading)
+{
+    StringStore *strings = &reading->strings;
+    strings->active = false;
+    strings->count = 0;
+    reading->line = strings->line_behind;
+    reading->source_line = strings->source_line_behind;
+    reading->piece_end = NO_PIECE;
+    resume_file(reading);
+}
+
 void rescan_strings(Bsdl *bsdl)
 {
     ScanState *reading = bsdl->reading;
@@ -61,8 +102,7 @@ void rescan_strings(Bsdl *bsdl)
         strings->count = 0;
         return;
     }
-    InputFile *file = &reading->files[reading->depth];
-    file->at = const_cast<char *>(reading->at);
+    current_file(reading)->at = const_cast<char *>(reading->at);
     char *end = strings->begin + strings->pieces[strings->count - 1].end;
     *end = '\0'; // at the latest the closing quote of the last piece, which has been read
     reading->at = strings->begin;
@@ -71,14 +111,14 @@ void rescan_strings(Bsdl *bsdl)
     strings->current = 0;
     strings->line_behind = reading->line;
     strings->source_line_behind = reading->source_line;
-    scan_enter_piece(reading);
+    enter_piece(reading);
 }
 
 void release_strings(Bsdl *bsdl)
 {
     ScanState *reading = bsdl->reading;
     if (reading->strings.active)
-        scan_leave_strings(reading);
+        input_leave_strings(reading);
     reading->strings.count = 0;
 }
 
@@ -108,6 +148,35 @@ const char *join_strings(Bsdl *bsdl)
         from = end;
     }
     return text;
+}
+
+// ---------------------------------------------------------------------------------------- the
+// lines
+
+void input_count_line_end(ScanState *reading, const char *at)
+{
+    if (at >= reading->piece_end)
+        input_pass_pieces(reading, at);
+    reading->source_line++;
+    // In a string the next character brings back the line of its piece.
+    if (!reading->strings.active)
+        reading->line++;
+}
+
+void input_count_line_ends(ScanState *reading, const char *at, const char *end)
+{
+    for (; at < end; at++)
+        if (*at == '\n' || (*at == '\r' && at[1] != '\n'))
+            input_count_line_end(reading, at);
+}
+
+void input_line_of_last_looked_at(ScanState *reading, const char *last)
+{
+    StringStore *strings = &reading->strings;
+    uint32_t piece = strings->current;
+    while (piece < strings->count && last >= strings->begin + strings->pieces[piece].end)
+        piece++;
+    reading->line = piece < strings->count ? strings->pieces[piece].line : strings->line_behind;
 }
 
 // --------------------------------------------------------------------------------------- the files
@@ -152,13 +221,11 @@ static bool load_file(InputFile *file, const char *path)
     return true;
 }
 
-void input_file_close(InputFile *file) { memory_return_large(file->text, file->size); }
+static void close_file(InputFile *file) { memory_return_large(file->text, file->size); }
 
 static void read_from(ScanState *reading)
 {
-    const InputFile *file = &reading->files[reading->depth];
-    reading->at = file->at;
-    reading->end = file->end;
+    resume_file(reading);
     reading->line = 1;
     reading->source_line = 1;
 }
@@ -168,7 +235,7 @@ bool reading_start(Bsdl *bsdl, ScanState *reading)
     if (!load_file(&reading->files[0], bsdl->file_name))
         return false;
     read_from(reading);
-    scan_no_piece(reading);
+    reading->piece_end = NO_PIECE;
     reading->token = reading->at;
     return true;
 }
@@ -176,7 +243,7 @@ bool reading_start(Bsdl *bsdl, ScanState *reading)
 void reading_end(ScanState *reading)
 {
     for (int depth = reading->depth; depth >= 0; depth--)
-        input_file_close(&reading->files[depth]);
+        close_file(&reading->files[depth]);
     memory_return(reading->strings.pieces);
     *reading = ScanState{};
 }
@@ -189,10 +256,31 @@ bool include_file(Bsdl *bsdl, const char *path)
     InputFile included;
     if (!load_file(&included, path))
         return false;
-    reading->files[reading->depth].at = const_cast<char *>(reading->at);
+    current_file(reading)->at = const_cast<char *>(reading->at);
     reading->include_saved_line = reading->line;
     reading->include_saved_source_line = reading->source_line;
     reading->files[++reading->depth] = included;
     read_from(reading);
     return true;
+}
+
+bool input_next(ScanState *reading)
+{
+    if (reading->strings.active) {
+        input_leave_strings(reading);
+        return true;
+    }
+    if (reading->depth == 0)
+        return false;
+    close_file(current_file(reading));
+    reading->depth--;
+    resume_file(reading);
+    reading->line = reading->include_saved_line;
+    reading->source_line = reading->include_saved_source_line;
+    return true;
+}
+
+const char *scan_file(const Bsdl *bsdl)
+{
+    return bsdl->reading ? current_file(bsdl->reading)->path : bsdl->file_name;
 }

@@ -153,8 +153,6 @@ static bool try_module(Search *search)
 void read_package(Bsdl *bsdl, const char *name, const char *token)
 {
     bsdl->data->package_file = nullptr;
-    if (bsdl->skip_package_search)
-        return;
     Search search;
     search.bsdl = bsdl;
     search.name = name;
@@ -197,13 +195,26 @@ void bsdlFreeUsrPackDirs(GSList *dirs) { g_slist_free_full(dirs, g_free); }
 
 // ----------------------------------------------------------------------------------------- queries
 
-// A package of a standard in a file of its own name is no package of a user.
-static const char *user_file_or_next(BsdlData *data, const UserPackage *package)
+static Iteration package_files(Bsdl *h)
+{
+    if (!h || !h->data)
+        return {};
+    return {&h->data->user_package_walk, h->data->user_packages, &h->data->dot_all_file_cursor};
+}
+
+static Iteration package_specs(Bsdl *h)
+{
+    if (!h || !h->data)
+        return {};
+    return {&h->data->package_spec_walk, h->data->package_specs, &h->data->dot_all_spec_cursor};
+}
+
+// A package of a standard in a file of its own name is no package of a user, and is passed over.
+static const char *file_or_next(const UserPackage *package, const Iteration &files)
 {
     while (package && package->standard_file &&
            (!package->file_name || text_starts_with(package->file_name, package->name)))
-        package = static_cast<UserPackage *>(
-            list_next(&data->user_package_walk, data->user_packages, &data->dot_all_file_cursor));
+        package = iteration_next<UserPackage>(files);
     if (!package)
         return nullptr;
     return package->file_path ? package->file_path : package->file_name;
@@ -211,38 +222,24 @@ static const char *user_file_or_next(BsdlData *data, const UserPackage *package)
 
 const char *bsdlGetFirstDotALLFileSpec(Bsdl *h)
 {
-    if (!h || !h->data)
-        return nullptr;
-    BsdlData *data = h->data;
-    return user_file_or_next(
-        data, static_cast<UserPackage *>(list_first(&data->user_package_walk, data->user_packages,
-                                                    &data->dot_all_file_cursor)));
+    const Iteration files = package_files(h);
+    return file_or_next(iteration_first<UserPackage>(files), files);
 }
 
 const char *bsdlGetNextDotALLFileSpec(Bsdl *h)
 {
-    if (!h || !h->data)
-        return nullptr;
-    BsdlData *data = h->data;
-    return user_file_or_next(
-        data, static_cast<UserPackage *>(list_next(&data->user_package_walk, data->user_packages,
-                                                   &data->dot_all_file_cursor)));
+    const Iteration files = package_files(h);
+    return file_or_next(iteration_next<UserPackage>(files), files);
 }
+
+static const char *name_of(const PackageSpec *spec) { return spec ? spec->name : nullptr; }
 
 const char *bsdlGetFirstDotALLSpec(Bsdl *h)
 {
-    if (!h || !h->data)
-        return nullptr;
-    const auto *spec = static_cast<PackageSpec *>(list_first(
-        &h->data->package_spec_walk, h->data->package_specs, &h->data->dot_all_spec_cursor));
-    return spec ? spec->name : nullptr;
+    return name_of(iteration_first<PackageSpec>(package_specs(h)));
 }
 
 const char *bsdlGetNextDotALLSpec(Bsdl *h)
 {
-    if (!h || !h->data)
-        return nullptr;
-    const auto *spec = static_cast<PackageSpec *>(list_next(
-        &h->data->package_spec_walk, h->data->package_specs, &h->data->dot_all_spec_cursor));
-    return spec ? spec->name : nullptr;
+    return name_of(iteration_next<PackageSpec>(package_specs(h)));
 }

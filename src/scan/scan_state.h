@@ -57,12 +57,18 @@ struct ScanState {
     const char *fatal; // the text of a failure that cannot be gone on from
 };
 
-// Switches between the two, for the string store.
-void scan_enter_piece(ScanState *reading);
-void scan_leave_strings(ScanState *reading);
-void scan_no_piece(ScanState *reading);
+// Brings the line counters up to the piece in which `at` lies.
+void input_pass_pieces(ScanState *reading, const char *at);
+void input_leave_strings(ScanState *reading);
+// At the end of the text in hand: on in the file behind the strings, or in the file that included
+// this one. False at the end of all.
+bool input_next(ScanState *reading);
 
-void input_file_close(InputFile *file);
+void input_count_line_end(ScanState *reading, const char *at);
+void input_count_line_ends(ScanState *reading, const char *at, const char *end);
+// The line count is that of the last character looked at. A token that is known to be over only by
+// the character behind it may thus name the line of the next piece, or that of the file.
+void input_line_of_last_looked_at(ScanState *reading, const char *last);
 
 bool reading_start(Bsdl *bsdl, ScanState *reading);
 void reading_end(ScanState *reading);

@@ -95,10 +95,6 @@ struct CharTables {
 
 constexpr CharTables CHARS;
 
-// Above every address, so that one comparison tells whether the end of a string piece was passed.
-const char *const NO_PIECE =
-    reinterpret_cast<const char *>(UINTPTR_MAX); // NOLINT(performance-no-int-to-ptr)
-
 struct Scan {
     Bsdl *bsdl;
     ScanState *reading;
@@ -180,97 +176,11 @@ static int32_t integer_value(const char *at, const char *end)
     return static_cast<int32_t>(value > INT32_MAX ? INT32_MAX : value);
 }
 
-// -------------------------------------------------------------------------------- input and lines
-
-static InputFile *current_file(ScanState *reading) { return &reading->files[reading->depth]; }
-
-void scan_enter_piece(ScanState *reading)
-{
-    StringStore *strings = &reading->strings;
-    const StringPiece *piece = &strings->pieces[strings->current];
-    reading->piece_end = strings->begin + piece->end;
-    reading->line = piece->line;
-    reading->source_line = piece->source_line;
-}
-
-// Brings the line counters up to the piece in which `at` lies.
-static void pass_pieces(ScanState *reading, const char *at)
-{
-    StringStore *strings = &reading->strings;
-    while (at >= reading->piece_end && strings->current + 1 < strings->count) {
-        strings->current++;
-        scan_enter_piece(reading);
-    }
-}
-
-void scan_leave_strings(ScanState *reading)
-{
-    StringStore *strings = &reading->strings;
-    strings->active = false;
-    strings->count = 0;
-    reading->line = strings->line_behind;
-    reading->source_line = strings->source_line_behind;
-    reading->piece_end = NO_PIECE;
-    reading->at = current_file(reading)->at;
-    reading->end = current_file(reading)->end;
-}
-
-void scan_no_piece(ScanState *reading) { reading->piece_end = NO_PIECE; }
-
-// The line count is that of the last character looked at. A token that is known to be over only by
-// the character behind it may thus name the line of the next piece, or that of the file.
-static void line_of_last_looked_at(ScanState *reading, const char *last)
-{
-    StringStore *strings = &reading->strings;
-    uint32_t piece = strings->current;
-    while (piece < strings->count && last >= strings->begin + strings->pieces[piece].end)
-        piece++;
-    reading->line = piece < strings->count ? strings->pieces[piece].line : strings->line_behind;
-}
-
-static void count_line_end(ScanState *reading, const char *at)
-{
-    if (at >= reading->piece_end)
-        pass_pieces(reading, at);
-    reading->source_line++;
-    // In a string the next character brings back the line of its piece.
-    if (!reading->strings.active)
-        reading->line++;
-}
-
-static void count_line_ends(ScanState *reading, const char *at, const char *end)
-{
-    for (; at < end; at++) {
-        if (*at == '\n' || (*at == '\r' && at[1] != '\n'))
-            count_line_end(reading, at);
-        else if (*at == '\r' && at + 1 == end)
-            count_line_end(reading, at);
-    }
-}
-
 static void stop(ScanState *reading, const char *fatal)
 {
     reading->stopped = true;
     reading->fatal = fatal;
     reading->token_length = 0;
-}
-
-// At the end of the text in hand: the file behind the strings, or the file that included this one.
-static bool next_input(ScanState *reading)
-{
-    if (reading->strings.active) {
-        scan_leave_strings(reading);
-        return true;
-    }
-    if (reading->depth == 0)
-        return false;
-    input_file_close(current_file(reading));
-    reading->depth--;
-    reading->at = current_file(reading)->at;
-    reading->end = current_file(reading)->end;
-    reading->line = reading->include_saved_line;
-    reading->source_line = reading->include_saved_source_line;
-    return true;
 }
 
 // ----------------------------------------------------------------------------------------- tokens
@@ -309,7 +219,7 @@ static int finish(ScanState *reading, const char *start, const char *end, int lo
         return BSDL_YYEOF;
     }
     if (end - 1 + looked_ahead >= reading->piece_end)
-        line_of_last_looked_at(reading, end - 1 + looked_ahead);
+        input_line_of_last_looked_at(reading, end - 1 + looked_ahead);
     return token;
 }
 
@@ -412,7 +322,7 @@ static int scan_attribute(const Scan &scan, const char *start, const char *behin
     if (!*matched)
         return NO_TOKEN;
     int token = finish(scan.reading, start, end, 1, row->token);
-    count_line_ends(scan.reading, behind, name);
+    input_count_line_ends(scan.reading, behind, name);
     if (!(row->flags & OBSOLETE) || token == BSDL_YYEOF)
         return token;
     parse_message(scan.bsdl, BSDL_LEVEL_WARNING, 2, "obsolete-attribute", "%s is VERY obsolete!",
@@ -586,7 +496,7 @@ static int scan_string(const Scan &scan, const char *start)
     int token = finish(reading, start, end, 0, skipped ? SKIP_QUOTED_STRING : QUOTED_STRING);
     if (token == BSDL_YYEOF)
         return token;
-    count_line_ends(reading, start, end);
+    input_count_line_ends(reading, start, end);
     // "E" alone is taken for a string without a text.
     bool empty = end - start == 3 && (start[1] == 'E' || start[1] == 'e');
     // The text lies in a buffer of ours, where the pieces of a value are moved together.
@@ -610,7 +520,7 @@ static int skip_comment(const Scan &scan, const char *start)
         length += static_cast<size_t>(at - from);
         if (at < reading->end || !reading->strings.active)
             break;
-        scan_leave_strings(reading);
+        input_leave_strings(reading);
         at = reading->at;
     }
     if (length >= TOKEN_SIZE - 1) {
@@ -618,7 +528,7 @@ static int skip_comment(const Scan &scan, const char *start)
         return BSDL_YYEOF;
     }
     if (at < reading->end) {
-        count_line_end(reading, at);
+        input_count_line_end(reading, at);
         at += at[0] == '\r' && at[1] == '\n' ? 2 : 1;
     }
     reading->at = at;
@@ -738,11 +648,9 @@ static int scan_part_or_file_name(const Scan &scan, const char *start)
     while (CHARS.part_name[static_cast<unsigned char>(*end)] & (part ? 1 : 2))
         end++;
     const char *shorter = in_word(*start) && *start != '_' ? word_end(start) : start + 1;
-    if (shorter == start + 1 &&
-        (std::strncmp(start, "::", 2) == 0 || std::strncmp(start, ":=", 2) == 0 ||
-         std::strncmp(start, "<>", 2) == 0 || std::strncmp(start, "<<", 2) == 0 ||
-         std::strncmp(start, ">>", 2) == 0 || std::strncmp(start, "?!", 2) == 0))
-        shorter = start + 2;
+    for (const char *pair : {"::", ":=", "<>", "<<", ">>", "?!"})
+        if (std::strncmp(start, pair, 2) == 0)
+            shorter = start + 2;
     if (*start == '$')
         shorter = identifier_end(start + 1);
     if (end <= shorter || std::strncmp(start, "--", 2) == 0)
@@ -771,14 +679,14 @@ int scan_token(BSDL_YYSTYPE *value, int32_t *line, Bsdl *bsdl)
             at++;
             continue;
         case LINE_END:
-            count_line_end(reading, at);
+            input_count_line_end(reading, at);
             at += at[0] == '\r' && at[1] == '\n' ? 2 : 1;
             continue;
         case ZERO:
             if (at < reading->end)
                 break;
             reading->at = at;
-            if (next_input(reading)) {
+            if (input_next(reading)) {
                 at = reading->at;
                 continue;
             }
@@ -787,7 +695,7 @@ int scan_token(BSDL_YYSTYPE *value, int32_t *line, Bsdl *bsdl)
         case FATAL:
             if (ends_as_text(reading, at)) {
                 // As at the end of a file, a line end closes the last token.
-                count_line_end(reading, at);
+                input_count_line_end(reading, at);
                 at = reading->end;
                 continue;
             }
@@ -797,7 +705,7 @@ int scan_token(BSDL_YYSTYPE *value, int32_t *line, Bsdl *bsdl)
             break;
         }
         if (at >= reading->piece_end)
-            pass_pieces(reading, at);
+            input_pass_pieces(reading, at);
         int token = NO_TOKEN;
         if (reader_state.rule_set == RULES_PRG &&
             (bsdl->scan_mode == SCAN_MODE_PART_NAME || bsdl->scan_mode == SCAN_MODE_FILE_NAME))
@@ -823,39 +731,16 @@ int32_t scan_line(const Bsdl *bsdl) { return bsdl->reading->line; }
 
 int32_t scan_source_line(const Bsdl *bsdl) { return bsdl->reading ? bsdl->reading->token_line : 0; }
 
-const char *scan_file(const Bsdl *bsdl)
-{
-    return bsdl->reading ? current_file(bsdl->reading)->path : bsdl->file_name;
-}
-
 bool scan_stopped(const Bsdl *bsdl) { return bsdl->reading->stopped; }
-
-namespace
-{
-
-struct Digits {
-    char text[12];
-    uint32_t length;
-};
-
-} // namespace
-
-static Digits digits_of(int32_t value)
-{
-    Digits digits;
-    digits.length = static_cast<uint32_t>(
-        std::to_chars(digits.text, digits.text + sizeof digits.text, value).ptr - digits.text);
-    return digits;
-}
 
 const char *integer_text(Bsdl *bsdl, int32_t value)
 {
-    const Digits digits = digits_of(value);
-    return model_text(bsdl, {digits.text, digits.length});
+    char digits[12];
+    return model_text(bsdl, {digits, std::to_chars(digits, digits + sizeof digits, value).ptr});
 }
 
 const char *integer_name(Bsdl *bsdl, int32_t value)
 {
-    const Digits digits = digits_of(value);
-    return model_name(bsdl, {digits.text, digits.length});
+    char digits[12];
+    return model_name(bsdl, {digits, std::to_chars(digits, digits + sizeof digits, value).ptr});
 }
