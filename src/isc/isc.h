@@ -180,49 +180,44 @@ enum IscPinOrder : int32_t {
     ISC_ORDER_FIXED_STATUS_PIN,
 };
 
+enum IscStatement : int32_t {
+    ISC_STATEMENT_CONFORMANCE,
+    ISC_STATEMENT_PIN_BEHAVIOR,
+    ISC_STATEMENT_FIXED_PINS,
+    ISC_STATEMENT_STATUS,
+    ISC_STATEMENT_BLANK_USERCODE,
+    ISC_STATEMENT_SECURITY,
+    ISC_STATEMENT_FLOW,
+    ISC_STATEMENT_PROCEDURE,
+    ISC_STATEMENT_ACTION,
+    ISC_STATEMENT_ILLEGAL_EXIT,
+    ISC_STATEMENT_DESIGN_WARNING,
+};
+
 // A statement's string becomes the text to read, and its attribute a defined extension.
-void isc_string_begins(Bsdl *bsdl, const char *attribute);
+void isc_string_begins(Bsdl *bsdl, IscStatement statement);
+// The line for a statement that has been read, is not there, or is left out after an error in it.
+void isc_passed(Bsdl *bsdl, IscStatement statement);
+void isc_absent(Bsdl *bsdl, IscStatement statement);
+void isc_skipped(Bsdl *bsdl, IscStatement statement);
 // From here on the words of IEEE 1532 are in force, whatever other packages are used.
 void isc_family_begins(Bsdl *bsdl);
 
 int32_t isc_conformance_missing(Bsdl *bsdl);
-int32_t isc_conformance_passed(Bsdl *bsdl, int32_t conformance);
 int32_t isc_conformance_option(Bsdl *bsdl, int32_t conformance);
-int32_t isc_pin_behavior_passed(Bsdl *bsdl, int32_t pin_behavior);
-List isc_fixed_pins_passed(Bsdl *bsdl, List pins);
-List isc_fixed_pins_skipped(Bsdl *bsdl);
-int32_t isc_status_passed(Bsdl *bsdl, int32_t status);
-int32_t isc_status_skipped(Bsdl *bsdl);
 // NULL for an order that is refused; the error has been reported and counted.
 IscPinBehaviorSet *isc_pin_set(Bsdl *bsdl, IscPinOrder order, int32_t pin_behavior, List fixed_pins,
                                int32_t status, int32_t fixed_pins_line);
-
-const char *isc_blank_usercode_passed(Bsdl *bsdl, const char *pattern);
-const char *isc_blank_usercode_skipped(Bsdl *bsdl);
-
-IscSecurity *isc_security_absent(Bsdl *bsdl);
-IscSecurity *isc_security_passed(Bsdl *bsdl, IscSecurity *security);
-IscSecurity *isc_security_skipped(Bsdl *bsdl);
 IscSecurity *isc_security_new(Bsdl *bsdl, int32_t read, int32_t program, int32_t erase,
                               IscSecurity *key);
 IscSecurity *isc_security_key(Bsdl *bsdl, int32_t msb, int32_t lsb);
-
-List isc_procedures_passed(Bsdl *bsdl, List procedures);
-List isc_procedures_skipped(Bsdl *bsdl);
 IscProcedure *isc_procedure_new(Bsdl *bsdl, const char *name, const char *data_name, List flows,
                                 int32_t line);
-List isc_actions_passed(Bsdl *bsdl, List actions);
 IscAction *isc_action_new(Bsdl *bsdl, const char *name, const char *data_name, int32_t exclusivity,
                           List specs, int32_t line);
 IscActionSpec *isc_action_spec_new(Bsdl *bsdl, const char *name, const char *data_name,
                                    int32_t attributes, int32_t line);
-
-List isc_illegal_exits_absent(Bsdl *bsdl);
-List isc_illegal_exits_passed(Bsdl *bsdl, List names);
-List isc_illegal_exits_skipped(Bsdl *bsdl);
-const char *isc_design_warning_absent(Bsdl *bsdl);
 const char *isc_design_warning_passed(Bsdl *bsdl);
-const char *isc_design_warning_skipped(Bsdl *bsdl);
 
 // The family is complete: its values become a record of the description.
 void isc_family_passed(Bsdl *bsdl, const IscData &values);
@@ -249,8 +244,8 @@ struct IscFieldData {
 };
 
 void isc_flow_statement_begins(Bsdl *bsdl);
-List isc_flow_statement_passed(Bsdl *bsdl, List flows);
-List isc_flow_statement_skipped(Bsdl *bsdl);
+void isc_flow_statement_passed(Bsdl *bsdl);
+void isc_flow_statement_skipped(Bsdl *bsdl);
 
 void isc_flow_begins(Bsdl *bsdl);
 IscFlowDescriptor *isc_flow_descriptor_new(Bsdl *bsdl, const char *flow_name, const char *data_name,

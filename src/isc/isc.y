@@ -70,23 +70,23 @@ bsdl_ext_1532:
 isc_family_open: %empty { isc_family_begins(bsdl); };
 
 // Reduced where the string of a statement is to be read: like `rescan`.
-isc_conformance_text:    %empty { isc_string_begins(bsdl, "ISC_Conformance"); };
-isc_pin_behavior_text:   %empty { isc_string_begins(bsdl, "ISC_Pin_Behavior"); };
-isc_fixed_pins_text:     %empty { isc_string_begins(bsdl, "ISC_Fixed_System_Pins"); };
-isc_status_text:         %empty { isc_string_begins(bsdl, "ISC_Status"); };
-isc_blank_usercode_text: %empty { isc_string_begins(bsdl, "ISC_Blank_Usercode"); };
-isc_security_text:       %empty { isc_string_begins(bsdl, "ISC_Security"); };
+isc_conformance_text:    %empty { isc_string_begins(bsdl, ISC_STATEMENT_CONFORMANCE); };
+isc_pin_behavior_text:   %empty { isc_string_begins(bsdl, ISC_STATEMENT_PIN_BEHAVIOR); };
+isc_fixed_pins_text:     %empty { isc_string_begins(bsdl, ISC_STATEMENT_FIXED_PINS); };
+isc_status_text:         %empty { isc_string_begins(bsdl, ISC_STATEMENT_STATUS); };
+isc_blank_usercode_text: %empty { isc_string_begins(bsdl, ISC_STATEMENT_BLANK_USERCODE); };
+isc_security_text:       %empty { isc_string_begins(bsdl, ISC_STATEMENT_SECURITY); };
 isc_flow_text:           %empty { isc_flow_statement_begins(bsdl); };
-isc_procedure_text:      %empty { isc_string_begins(bsdl, "ISC_Procedure"); };
-isc_action_text:         %empty { isc_string_begins(bsdl, "ISC_Action"); };
-isc_illegal_exit_text:   %empty { isc_string_begins(bsdl, "ISC_Illegal_Exit"); };
+isc_procedure_text:      %empty { isc_string_begins(bsdl, ISC_STATEMENT_PROCEDURE); };
+isc_action_text:         %empty { isc_string_begins(bsdl, ISC_STATEMENT_ACTION); };
+isc_illegal_exit_text:   %empty { isc_string_begins(bsdl, ISC_STATEMENT_ILLEGAL_EXIT); };
 
 isc_conformance:
   %empty
     { $$ = isc_conformance_missing(bsdl); }
 | ATTRIBUTE_ISC_CONFORMANCE OF component_name_pin_b ':' ENTITY IS quoted_string ';'
   isc_conformance_text conformance_option
-    { $$ = isc_conformance_passed(bsdl, $conformance_option); }
+    { $$ = $conformance_option; isc_passed(bsdl, ISC_STATEMENT_CONFORMANCE); }
 ;
 
 conformance_option:
@@ -116,7 +116,7 @@ isc_pinbehavior_fixedpins_status:
 isc_pin_behavior:
   ATTRIBUTE_ISC_PIN_BEHAVIOR OF component_name_pin_b ':' ENTITY IS quoted_string ';'
   isc_pin_behavior_text pin_behavior_option
-    { $$ = isc_pin_behavior_passed(bsdl, $pin_behavior_option); }
+    { $$ = $pin_behavior_option; isc_passed(bsdl, ISC_STATEMENT_PIN_BEHAVIOR); }
 ;
 
 pin_behavior_option:
@@ -127,9 +127,9 @@ pin_behavior_option:
 isc_fixed_system_pins:
   ATTRIBUTE_ISC_FIXED_SYSTEM_PINS OF component_name ':' ENTITY IS quoted_string ';'
   isc_fixed_pins_text fixed_pin_list
-    { $$ = isc_fixed_pins_passed(bsdl, $fixed_pin_list); }
+    { $$ = $fixed_pin_list; isc_passed(bsdl, ISC_STATEMENT_FIXED_PINS); }
 | ATTRIBUTE_ISC_FIXED_SYSTEM_PINS OF component_name ':' ENTITY IS error ';'
-    { $$ = isc_fixed_pins_skipped(bsdl); }
+    { $$ = {}; isc_skipped(bsdl, ISC_STATEMENT_FIXED_PINS); }
 ;
 
 fixed_pin_list:
@@ -142,9 +142,9 @@ fixed_pin: port_id;
 isc_status:
   ATTRIBUTE_ISC_STATUS OF component_name ':' ENTITY IS quoted_string ';' isc_status_text
   status_option
-    { $$ = isc_status_passed(bsdl, $status_option); }
+    { $$ = $status_option; isc_passed(bsdl, ISC_STATEMENT_STATUS); }
 | ATTRIBUTE_ISC_STATUS OF component_name ':' ENTITY IS error ';'
-    { $$ = isc_status_skipped(bsdl); }
+    { $$ = ISC_STATUS_NONE; isc_skipped(bsdl, ISC_STATEMENT_STATUS); }
 ;
 
 status_option:
@@ -157,9 +157,9 @@ status_option:
 isc_blank_usercode_description:
   ATTRIBUTE_ISC_BLANK_USERCODE OF component_name ':' ENTITY IS quoted_string ';'
   isc_blank_usercode_text blank_usercode_string
-    { $$ = isc_blank_usercode_passed(bsdl, $blank_usercode_string); }
+    { $$ = $blank_usercode_string; isc_passed(bsdl, ISC_STATEMENT_BLANK_USERCODE); }
 | ATTRIBUTE_ISC_BLANK_USERCODE OF component_name ':' ENTITY IS error ';'
-    { $$ = isc_blank_usercode_skipped(bsdl); }
+    { $$ = nullptr; isc_skipped(bsdl, ISC_STATEMENT_BLANK_USERCODE); }
 ;
 
 blank_usercode_string:
@@ -170,12 +170,12 @@ blank_usercode_pattern_32bit: pattern_32bit;
 
 isc_security_description:
   %empty
-    { $$ = isc_security_absent(bsdl); }
+    { $$ = nullptr; isc_absent(bsdl, ISC_STATEMENT_SECURITY); }
 | ATTRIBUTE_ISC_SECURITY OF component_name ':' ENTITY IS quoted_string ';' isc_security_text
   security_string
-    { $$ = isc_security_passed(bsdl, $security_string); }
+    { $$ = $security_string; isc_passed(bsdl, ISC_STATEMENT_SECURITY); }
 | ATTRIBUTE_ISC_SECURITY OF component_name ':' ENTITY IS error ';'
-    { $$ = isc_security_skipped(bsdl); }
+    { $$ = nullptr; isc_skipped(bsdl, ISC_STATEMENT_SECURITY); }
 ;
 
 security_string:
@@ -223,9 +223,9 @@ bit_spec:
 isc_flow_description:
   ATTRIBUTE_ISC_FLOW OF component_name ':' ENTITY IS quoted_string ';' isc_flow_text
   flow_definition_list
-    { $$ = isc_flow_statement_passed(bsdl, $flow_definition_list); }
+    { $$ = $flow_definition_list; isc_flow_statement_passed(bsdl); }
 | ATTRIBUTE_ISC_FLOW OF component_name ':' ENTITY IS error ';'
-    { $$ = isc_flow_statement_skipped(bsdl); }
+    { $$ = {}; isc_flow_statement_skipped(bsdl); }
 ;
 
 flow_definition_list:
@@ -480,9 +480,9 @@ opt_crc_ost_tag:
 isc_procedure_description:
   ATTRIBUTE_ISC_PROCEDURE OF component_name ':' ENTITY IS quoted_string ';' isc_procedure_text
   procedure_list
-    { $$ = isc_procedures_passed(bsdl, $procedure_list); }
+    { $$ = $procedure_list; isc_passed(bsdl, ISC_STATEMENT_PROCEDURE); }
 | ATTRIBUTE_ISC_PROCEDURE OF component_name ':' ENTITY IS error ';'
-    { $$ = isc_procedures_skipped(bsdl); }
+    { $$ = {}; isc_skipped(bsdl, ISC_STATEMENT_PROCEDURE); }
 ;
 
 procedure_list:
@@ -505,7 +505,7 @@ procedure_name: identifier;
 isc_action_description:
   ATTRIBUTE_ISC_ACTION OF component_name_action ':' ENTITY IS quoted_string ';' isc_action_text
   action_list
-    { $$ = isc_actions_passed(bsdl, $action_list); }
+    { $$ = $action_list; isc_passed(bsdl, ISC_STATEMENT_ACTION); }
 ;
 
 action_list:
@@ -545,12 +545,12 @@ action_option:
 
 isc_illegal_exit_description:
   %empty
-    { $$ = isc_illegal_exits_absent(bsdl); }
+    { $$ = {}; isc_absent(bsdl, ISC_STATEMENT_ILLEGAL_EXIT); }
 | ATTRIBUTE_ISC_ILLEGAL_EXIT OF component_name ':' ENTITY IS quoted_string ';'
   isc_illegal_exit_text exit_instruction_list
-    { $$ = isc_illegal_exits_passed(bsdl, $exit_instruction_list); }
+    { $$ = $exit_instruction_list; isc_passed(bsdl, ISC_STATEMENT_ILLEGAL_EXIT); }
 | ATTRIBUTE_ISC_ILLEGAL_EXIT OF component_name ':' ENTITY IS error ';'
-    { $$ = isc_illegal_exits_skipped(bsdl); }
+    { $$ = {}; isc_skipped(bsdl, ISC_STATEMENT_ILLEGAL_EXIT); }
 ;
 
 exit_instruction_list:
@@ -561,9 +561,9 @@ exit_instruction_list:
 // Kept as it stands, never read as tokens.
 isc_design_warning:
   %empty
-    { $$ = isc_design_warning_absent(bsdl); }
+    { $$ = nullptr; isc_absent(bsdl, ISC_STATEMENT_DESIGN_WARNING); }
 | ATTRIBUTE_ISC_DESIGN_WARNING OF component_name ':' ENTITY IS quoted_string ';'
     { $$ = isc_design_warning_passed(bsdl); }
 | ATTRIBUTE_ISC_DESIGN_WARNING OF component_name ':' ENTITY IS error ';'
-    { $$ = isc_design_warning_skipped(bsdl); }
+    { $$ = nullptr; isc_skipped(bsdl, ISC_STATEMENT_DESIGN_WARNING); }
 ;

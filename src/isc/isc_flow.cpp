@@ -29,22 +29,20 @@ static void forget_keys(Bsdl *bsdl)
 void isc_flow_statement_begins(Bsdl *bsdl)
 {
     forget_keys(bsdl);
-    isc_string_begins(bsdl, "ISC_Flow");
+    isc_string_begins(bsdl, ISC_STATEMENT_FLOW);
 }
 
-List isc_flow_statement_passed(Bsdl *bsdl, List flows)
+void isc_flow_statement_passed(Bsdl *bsdl)
 {
     forget_keys(bsdl);
     bsdl->scan_mode = SCAN_MODE_NONE;
-    statement_passed(bsdl, "\tISC_Flow statement passed");
-    return flows;
+    isc_passed(bsdl, ISC_STATEMENT_FLOW);
 }
 
-List isc_flow_statement_skipped(Bsdl *bsdl)
+void isc_flow_statement_skipped(Bsdl *bsdl)
 {
     forget_keys(bsdl);
-    statement_skipped(bsdl, "Skipping isc_flow due to errors");
-    return {};
+    isc_skipped(bsdl, ISC_STATEMENT_FLOW);
 }
 
 // ----------------------------------------------------------------------------------- variables

@@ -12,12 +12,58 @@ namespace
 // Bits 6 to 9 of `standards` stay in force: those of IEEE 1532.
 constexpr uint64_t FILTER_ALL_BUT_1532 = 0xFFFFFFFFFFFFFC3F;
 
+// What is said of a statement; NULL where it cannot be left out, or not be left out after an error.
+struct StatementTexts {
+    const char *attribute;
+    const char *passed;
+    const char *absent;
+    const char *skipped;
+};
+
+// By IscStatement.
+constexpr StatementTexts STATEMENTS[] = {
+    {"ISC_Conformance", "\tISC_Conformance statement passed", nullptr, nullptr},
+    {"ISC_Pin_Behavior", "\tISC_Pin_Behavior statement passed", nullptr, nullptr},
+    {"ISC_Fixed_System_Pins", "\tISC_Fixed_System_Pins statement passed",
+     "\tNo ISC_Fixed_System_Pins statement", "Skipping isc_fixed_system_pins due to errors"},
+    {"ISC_Status", "\tISC_Status statement passed", nullptr, "Skipping isc_status due to errors"},
+    {"ISC_Blank_Usercode", "\tISC_Blank_Usercode statement passed", nullptr,
+     "Skipping isc_blank_usercode due to errors"},
+    {"ISC_Security", "\tISC_Security statement passed", "\tNo ISC_Security statement",
+     "Skipping isc_security due to errors"},
+    {"ISC_Flow", "\tISC_Flow statement passed", nullptr, "Skipping isc_flow due to errors"},
+    {"ISC_Procedure", "\tISC_Procedure statement passed", nullptr,
+     "Skipping isc_procedure due to errors"},
+    {"ISC_Action", "\tISC_Action statement passed", nullptr, nullptr},
+    {"ISC_Illegal_Exit", "\tISC_Illegal_Exit statement passed", "\tNo ISC_Illegal_Exit statement",
+     "Skipping isc_illegal_exit due to errors"},
+    // Under the name of the statement before it: a package that leaves ISC_Design_Warning out
+    // passes the check of extensions, and must go on doing so.
+    {"ISC_Illegal_Exit", "\tISC_Design warning statement passed", /* as is */
+     "\tNo ISC_Design warning statement", "Skipping isc_design_warning due to errors"},
+};
+
 } // namespace
 
-void isc_string_begins(Bsdl *bsdl, const char *attribute)
+void isc_string_begins(Bsdl *bsdl, IscStatement statement)
 {
-    extension_defined(bsdl, attribute);
+    extension_defined(bsdl, STATEMENTS[statement].attribute);
     rescan_strings(bsdl);
+}
+
+void isc_passed(Bsdl *bsdl, IscStatement statement)
+{
+    statement_passed(bsdl, STATEMENTS[statement].passed);
+}
+
+void isc_absent(Bsdl *bsdl, IscStatement statement)
+{
+    statement_absent(bsdl, STATEMENTS[statement].absent);
+}
+
+void isc_skipped(Bsdl *bsdl, IscStatement statement)
+{
+    statement_skipped(bsdl, STATEMENTS[statement].skipped);
 }
 
 void isc_family_begins(Bsdl *bsdl) { bsdl->standards_filter = FILTER_ALL_BUT_1532; }
@@ -46,43 +92,7 @@ int32_t isc_conformance_option(Bsdl *bsdl, int32_t conformance)
     return conformance;
 }
 
-int32_t isc_conformance_passed(Bsdl *bsdl, int32_t conformance)
-{
-    statement_passed(bsdl, "\tISC_Conformance statement passed");
-    return conformance;
-}
-
 // ------------------------------------- ISC_Pin_Behavior, ISC_Fixed_System_Pins and ISC_Status
-
-int32_t isc_pin_behavior_passed(Bsdl *bsdl, int32_t pin_behavior)
-{
-    statement_passed(bsdl, "\tISC_Pin_Behavior statement passed");
-    return pin_behavior;
-}
-
-List isc_fixed_pins_passed(Bsdl *bsdl, List pins)
-{
-    statement_passed(bsdl, "\tISC_Fixed_System_Pins statement passed");
-    return pins;
-}
-
-List isc_fixed_pins_skipped(Bsdl *bsdl)
-{
-    statement_skipped(bsdl, "Skipping isc_fixed_system_pins due to errors");
-    return {};
-}
-
-int32_t isc_status_passed(Bsdl *bsdl, int32_t status)
-{
-    statement_passed(bsdl, "\tISC_Status statement passed");
-    return status;
-}
-
-int32_t isc_status_skipped(Bsdl *bsdl)
-{
-    statement_skipped(bsdl, "Skipping isc_status due to errors");
-    return ISC_STATUS_NONE;
-}
 
 // What is said about an order. The forms do not always fit what was written: two orders with
 // ISC_Fixed_System_Pins are told that there is none, and which attributes the text names depends on
@@ -120,7 +130,7 @@ IscPinBehaviorSet *isc_pin_set(Bsdl *bsdl, IscPinOrder order, int32_t pin_behavi
     if (texts.warning)
         parse_message(bsdl, BSDL_LEVEL_WARNING, 2, "isc-statement-order", "%s", texts.warning);
     if (texts.no_fixed_pins)
-        statement_absent(bsdl, "\tNo ISC_Fixed_System_Pins statement");
+        isc_absent(bsdl, ISC_STATEMENT_FIXED_PINS);
 
     return model_new<IscPinBehaviorSet>(bsdl, {.pin_behavior = pin_behavior,
                                                .fixed_pins = fixed_pins.head,
@@ -129,36 +139,6 @@ IscPinBehaviorSet *isc_pin_set(Bsdl *bsdl, IscPinOrder order, int32_t pin_behavi
 }
 
 // ----------------------------------------------------------- ISC_Blank_Usercode, ISC_Security
-
-const char *isc_blank_usercode_passed(Bsdl *bsdl, const char *pattern)
-{
-    statement_passed(bsdl, "\tISC_Blank_Usercode statement passed");
-    return pattern;
-}
-
-const char *isc_blank_usercode_skipped(Bsdl *bsdl)
-{
-    statement_skipped(bsdl, "Skipping isc_blank_usercode due to errors");
-    return nullptr;
-}
-
-IscSecurity *isc_security_absent(Bsdl *bsdl)
-{
-    statement_absent(bsdl, "\tNo ISC_Security statement");
-    return nullptr;
-}
-
-IscSecurity *isc_security_passed(Bsdl *bsdl, IscSecurity *security)
-{
-    statement_passed(bsdl, "\tISC_Security statement passed");
-    return security;
-}
-
-IscSecurity *isc_security_skipped(Bsdl *bsdl)
-{
-    statement_skipped(bsdl, "Skipping isc_security due to errors");
-    return nullptr;
-}
 
 IscSecurity *isc_security_key(Bsdl *bsdl, int32_t msb, int32_t lsb)
 {
@@ -177,29 +157,11 @@ IscSecurity *isc_security_new(Bsdl *bsdl, int32_t read, int32_t program, int32_t
 
 // -------------------------------------------------------------------- ISC_Procedure, ISC_Action
 
-List isc_procedures_passed(Bsdl *bsdl, List procedures)
-{
-    statement_passed(bsdl, "\tISC_Procedure statement passed");
-    return procedures;
-}
-
-List isc_procedures_skipped(Bsdl *bsdl)
-{
-    statement_skipped(bsdl, "Skipping isc_procedure due to errors");
-    return {};
-}
-
 IscProcedure *isc_procedure_new(Bsdl *bsdl, const char *name, const char *data_name, List flows,
                                 int32_t line)
 {
     return model_new<IscProcedure>(
         bsdl, {.procedure_name = name, .data_name = data_name, .flows = flows.head, .line = line});
-}
-
-List isc_actions_passed(Bsdl *bsdl, List actions)
-{
-    statement_passed(bsdl, "\tISC_Action statement passed");
-    return actions;
 }
 
 IscAction *isc_action_new(Bsdl *bsdl, const char *name, const char *data_name, int32_t exclusivity,
@@ -224,42 +186,10 @@ IscActionSpec *isc_action_spec_new(Bsdl *bsdl, const char *name, const char *dat
 
 // --------------------------------------------------------- ISC_Illegal_Exit, ISC_Design_Warning
 
-List isc_illegal_exits_absent(Bsdl *bsdl)
-{
-    statement_absent(bsdl, "\tNo ISC_Illegal_Exit statement");
-    return {};
-}
-
-List isc_illegal_exits_passed(Bsdl *bsdl, List names)
-{
-    statement_passed(bsdl, "\tISC_Illegal_Exit statement passed");
-    return names;
-}
-
-List isc_illegal_exits_skipped(Bsdl *bsdl)
-{
-    statement_skipped(bsdl, "Skipping isc_illegal_exit due to errors");
-    return {};
-}
-
-const char *isc_design_warning_absent(Bsdl *bsdl)
-{
-    statement_absent(bsdl, "\tNo ISC_Design warning statement");
-    return nullptr;
-}
-
 const char *isc_design_warning_passed(Bsdl *bsdl)
 {
-    // Under the name of the statement before it: a package that leaves ISC_Design_Warning out
-    // passes the check of extensions, and must go on doing so.
-    extension_defined(bsdl, "ISC_Illegal_Exit");
+    extension_defined(bsdl, STATEMENTS[ISC_STATEMENT_DESIGN_WARNING].attribute);
     const char *text = join_strings(bsdl);
-    statement_passed(bsdl, "\tISC_Design warning statement passed");
+    isc_passed(bsdl, ISC_STATEMENT_DESIGN_WARNING);
     return text;
-}
-
-const char *isc_design_warning_skipped(Bsdl *bsdl)
-{
-    statement_skipped(bsdl, "Skipping isc_design_warning due to errors");
-    return nullptr;
 }
