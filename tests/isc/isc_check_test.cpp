@@ -310,6 +310,9 @@ TEST(IscCheck, Security)
           "security bit disable_erase (18) exceeds ISC_PDATA length 16\n"
           "security bit disable_key lsb (19) exceeds ISC_PDATA length 16\n"
           "security bit disable_key msb (20) exceeds ISC_PDATA length 16"},
+         // A number that long does not become a '*'.
+         {"beyond any register", security("4294967294", "1", "2", "9-9"),
+          "security bit disable_read (2147483647) exceeds ISC_PDATA length 16"},
          {"reverse and beyond", security("0", "1", "2", "3-16"),
           REVERSE + "\n" + "security bit disable_key lsb (16) exceeds ISC_PDATA length 16"},
          {"no instruction", security("*", "16", "*", "*").renamed("ISC_PROGRAM_SECURITY", "OTHER"),

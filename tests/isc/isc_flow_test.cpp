@@ -140,35 +140,6 @@ TEST(IscFlow, FormsOfExpressionsAndWaits)
                  " 8:", wait_of);
 }
 
-TEST(IscFlow, BlocksAndLoops)
-{
-    FlowReading reading("F INITIALIZE (MINE WAIT 1) LOOP MIN 2 MAX 5 ((ADD WAIT 1) (FACE WAIT 1)) "
-                        "(MINE WAIT 1) REPEAT 3 (MINE WAIT 1) REPEAT 4 LOOP MAX 6 ((MINE WAIT 1)) "
-                        "TERMINATE (MINE WAIT 1)");
-    expect_messages(reading.complaints(), {});
-    ASSERT_NE(reading.flow, nullptr);
-    std::string text;
-    for (const GSList *link = reading.flow->blocks; link; link = link->next) {
-        const auto *block = static_cast<const IscBlock *>(link->data);
-        text += std::to_string(block->block_type) + "*" + std::to_string(block->repeat_count) + ":";
-        for (const GSList *each = block->activities; each; each = each->next) {
-            const auto *activity = static_cast<const IscActivity *>(each->data);
-            text += std::string(" ") +
-                    (activity->instruction_name ? activity->instruction_name : "") + "/" +
-                    std::to_string(activity->kind) + std::to_string(activity->max_loop) +
-                    std::to_string(activity->min_loop);
-        }
-        text += "\n";
-    }
-    EXPECT_EQ(text, "0*1: MINE/000 /152 ADD/000 FACE/000 /200 MINE/000\n"
-                    "1*3: MINE/000\n"
-                    "1*4: /160 MINE/000 /200\n"
-                    "2*1: MINE/000\n");
-    FlowReading nothing("F");
-    ASSERT_NE(nothing.flow, nullptr);
-    EXPECT_EQ(nothing.flow->blocks, nullptr);
-}
-
 // -------------------------------------------------------------------------- what is complained of
 
 // A line each: level, verbosity, text.
@@ -221,9 +192,6 @@ TEST(IscFlow, ComplaintsThatDoNotCount)
         EXPECT_EQ(bsdlGetNumErrors(flow.reading), 0);
         EXPECT_NE(flow.flow, nullptr);
     }
-    // A second statement does not know the first one's names.
-    Reading two(Family().description().with(EXTENSIONS, Family().text() + "\n" + Family().text()));
-    expect_messages(errors_and_warnings(two.messages()), {});
 }
 
 TEST(IscFlow, MistakesInActivities)

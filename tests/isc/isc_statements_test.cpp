@@ -165,36 +165,6 @@ TEST(IscStatements, Orders)
     }
 }
 
-// ------------------------------------------------------------------------------ single statements
-
-TEST(IscStatements, SecurityBits)
-{
-    const struct {
-        const char *text;
-        std::array<int32_t, 5> values; // in the order of the record
-    } rows[] = {
-        {"ISC_DISABLE_READ 3, ISC_DISABLE_PROGRAM 4, ISC_DISABLE_ERASE 5, ISC_DISABLE_KEY 3-7",
-         {3, 4, 5, 7, 3}},
-        {"ISC_DISABLE_READ *, ISC_DISABLE_PROGRAM *, ISC_DISABLE_ERASE *, ISC_DISABLE_KEY *",
-         {-2, -2, -2, -2, -2}},
-        // A number that long does not become a '*'.
-        {"ISC_DISABLE_READ 4294967294, ISC_DISABLE_PROGRAM 1, ISC_DISABLE_ERASE 1, "
-         "ISC_DISABLE_KEY 9-9",
-         {2147483647, 1, 1, 9, 9}},
-    };
-    for (const auto &row : rows) {
-        Reading reading(Family().with(SECURITY, row.text).description());
-        SCOPED_TRACE(row.text);
-        expect_messages(errors_and_warnings(reading.messages()), {});
-        const IscSecurity *security = reading.handle()->data->isc->security;
-        ASSERT_NE(security, nullptr);
-        EXPECT_EQ((std::array<int32_t, 5>{security->disable_read, security->disable_program,
-                                          security->disable_erase, security->disable_key_lsb,
-                                          security->disable_key_msb}),
-                  row.values);
-    }
-}
-
 TEST(IscStatements, BlankUsercodeOfOtherLengthIsKept)
 {
     Family family = Family().with(BLANK_USERCODE, "1111000011110000111100001111000");
@@ -208,45 +178,22 @@ TEST(IscStatements, BlankUsercodeOfOtherLengthIsKept)
     EXPECT_EQ(bsdlGetNumErrors(reading), 0);
 }
 
-TEST(IscStatements, ProceduresAndActions)
+// Those of the standard in capitals, others as they are first written.
+TEST(IscStatements, DataNames)
 {
     Reading reading(
         Family()
-            .with(FLOW, "F, F(ARRAY), F(security), G(My_Data)")
-            .with(PROCEDURE, "P(Idcode) = (F, F(ARRAY) UNPROCESSED, f(SECURITY) EXIT_ON_ERROR), "
-                             "Q(preload) = (G(my_data) UNPROCESSED EXIT_ON_ERROR)")
-            .with(ACTION, "A = (P(IDCODE)), B(usercode) PROPRIETARY = (Q(PRELOAD) PROPRIETARY "
-                          "OPTIONAL, P(IDCODE) RECOMMENDED, P(IDCODE) PROPRIETARY)")
+            .with(FLOW, "F(array), F(usercode), F(security), F(Idcode), F(preload), F(My_Data)")
+            .with(PROCEDURE, "PROC_ERROR_EXIT = (f(My_data)), PROC_PROGRAM_DONE = (F(ARRAY))")
+            .with(ACTION, "A PROPRIETARY = (PROC_ERROR_EXIT PROPRIETARY OPTIONAL)")
             .description());
-    EXPECT_EQ(bsdlGetNumErrors(reading), 0);
+    expect_passed(reading);
     const IscData *isc = reading.handle()->data->isc;
     std::string text;
-    for (const GSList *link = isc->procedures; link; link = link->next) {
-        const auto *procedure = static_cast<const IscProcedure *>(link->data);
-        text += procedure->procedure_name + std::string("/") +
-                (procedure->data_name ? procedure->data_name : "-") + ":";
-        for (const GSList *each = procedure->flows; each; each = each->next) {
-            const auto *flow = static_cast<const IscFlowDescriptor *>(each->data);
-            text += std::string(" ") + flow->flow_name + "/" +
-                    (flow->data_name ? flow->data_name : "-") + "/" +
-                    std::to_string(flow->unprocessed) + std::to_string(flow->exit_on_error);
-        }
-        text += "\n";
-    }
-    for (const GSList *link = isc->actions; link; link = link->next) {
-        const auto *action = static_cast<const IscAction *>(link->data);
-        text += action->action_name + std::string("/") +
-                (action->data_name ? action->data_name : "-") + "/" +
-                std::to_string(action->exclusivity) + ":";
-        for (const GSList *each = action->specs; each; each = each->next)
-            text +=
-                " " + std::to_string(static_cast<const IscActionSpec *>(each->data)->attributes);
-        text += "\n";
-    }
-    EXPECT_EQ(text, "P/IDCODE: F/-/00 F/ARRAY/10 f/SECURITY/01\n"
-                    "Q/PRELOAD: G/my_data/11\n"
-                    "A/-/0: 0\n"
-                    "B/USERCODE/1: 17 32 1\n");
+    for (const GSList *link = isc->flows; link; link = link->next)
+        text += static_cast<const IscFlow *>(link->data)->descriptor->data_name + std::string(" ");
+    EXPECT_EQ(text, "ARRAY USERCODE SECURITY IDCODE PRELOAD My_Data ");
+    EXPECT_EQ(bsdlIscFirstProc(reading)->attributes, 0x11);
 }
 
 // ------------------------------------------------------------------------------------ mistakes
@@ -330,7 +277,8 @@ TEST(IscStatements, LastOfSeveralFamiliesCounts)
     Family second = Family().with(PIN_BEHAVIOR, "CLAMP");
     Reading reading(
         Family().description().with(EXTENSIONS, Family().text() + "\n" + second.text()));
-    EXPECT_EQ(bsdlGetNumErrors(reading), 0);
+    // Its flows are none of the first one's.
+    expect_messages(errors_and_warnings(reading.messages()), {});
     EXPECT_EQ(reading.handle()->data->isc->pin_behavior, ISC_PIN_BEHAVIOR_CLAMP);
 }
 
