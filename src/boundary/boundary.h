@@ -44,12 +44,11 @@ struct BoundaryRegister {
     int32_t line;
 };
 
-List boundary_cells_passed(Bsdl *bsdl, List names);
+void boundary_cells_passed(Bsdl *bsdl);
 void boundary_cells_absent(Bsdl *bsdl);
-void boundary_cells_bare(Bsdl *bsdl);
 void boundary_cells_skipped(Bsdl *bsdl);
 void boundary_length_passed(Bsdl *bsdl);
-List boundary_register_passed(Bsdl *bsdl, List table);
+void boundary_register_passed(Bsdl *bsdl, GSList *table);
 void boundary_register_skipped(Bsdl *bsdl);
 // The lines are those of BOUNDARY_LENGTH and BOUNDARY_REGISTER.
 void boundary_register_made(Bsdl *bsdl, List names, int32_t length, List table, int32_t length_line,

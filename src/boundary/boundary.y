@@ -27,9 +27,9 @@ boundary_cells_stmt:
   %empty
     { $$ = {}; boundary_cells_absent(bsdl); }
 | ATTRIBUTE_BOUNDARY_CELLS OF component_name ':'
-    { $$ = {}; boundary_cells_bare(bsdl); }
+    { $$ = {}; boundary_cells_passed(bsdl); }
 | ATTRIBUTE_BOUNDARY_CELLS OF component_name ':' ENTITY IS quoted_string ';' rescan cell_list
-    { $$ = boundary_cells_passed(bsdl, $cell_list); }
+    { $$ = $cell_list; boundary_cells_passed(bsdl); }
 | ATTRIBUTE_BOUNDARY_CELLS OF component_name ':' ENTITY IS error ';'
     { $$ = {}; boundary_cells_skipped(bsdl); }
 ;
@@ -46,7 +46,7 @@ boundary_length_stmt:
 
 boundary_register_stmt:
   ATTRIBUTE_BOUNDARY_REGISTER OF component_name ':' ENTITY IS quoted_string ';' rescan cell_table
-    { $$ = boundary_register_passed(bsdl, $cell_table); }
+    { $$ = $cell_table; boundary_register_passed(bsdl, $$.head); }
 | ATTRIBUTE_BOUNDARY_REGISTER OF component_name ':' ENTITY IS error ';'
     { $$ = {}; boundary_register_skipped(bsdl); }
 ;

@@ -175,7 +175,6 @@ static int32_t check_merged(CellEntry *a)
                              safe_bit_name(other->safe_bit));
     // From here on the link is mutual. Of three entries with one number the first ends up with the
     // last, and the second keeps the first.
-    a->merged_with = b;
     b->merged_with = a;
     return result;
 }

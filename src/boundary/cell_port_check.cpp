@@ -61,7 +61,7 @@ static bool is_output(const CellEntry *cell)
     return function == CELL_FUNCTION_OUTPUT2 || function == CELL_FUNCTION_OUTPUT3;
 }
 
-static bool is_input(const CellEntry *cell)
+static bool is_input_or_observer(const CellEntry *cell)
 {
     int32_t function = cell->cell_spec->function;
     return function == CELL_FUNCTION_INPUT || function == CELL_FUNCTION_OBSERVE_ONLY;
@@ -93,7 +93,7 @@ static void put_ahead(const CellSearch *search, FirstCells *set, const CellEntry
 static void put_cell_ahead(const CellSearch *search, PortCells *port, const CellEntry *cell)
 {
     put_ahead(search, &port->all, cell);
-    if (is_input(cell))
+    if (is_input_or_observer(cell))
         put_ahead(search, &port->inputs, cell);
     if (cell->position == 0)
         return;
@@ -239,32 +239,31 @@ static CellSearch *cell_search_of(Bsdl *bsdl)
 static int32_t check_subscript(const CellEntry *cell, const PinSpec *pin_spec)
 {
     const PortId *port = cell->cell_spec->port;
-    auto number = static_cast<int32_t>(cell->cell_number);
     bool has_range = pin_spec->range_direction != RANGE_NONE;
     if (!port->subscripted) {
         if (has_range)
             return rule_error({"cell-port-is-vector", cell->line},
                               "<cell number> %i with <port id> '%s' is defined as BIT_VECTOR in "
                               "<logical pin map>",
-                              number, shown(port->name));
+                              cell->cell_number, shown(port->name));
         return 0;
     }
     if (!has_range)
         return rule_error({"cell-port-is-bit", cell->line},
                           "<cell number> %i with <port id> '%s' is defined as single BIT in "
                           "<logical pin map>",
-                          number, port_text(port));
+                          cell->cell_number, port_text(port));
     int32_t start = pin_spec->range_start, end = pin_spec->range_end;
     if (start < end && (port->subscript < start || port->subscript > end))
         return rule_error({"cell-port-subscript-range", cell->line},
                           "<subscript> of <cell number> %i with <port id> '%s' Must be within "
                           "range [%i-%i]", /* as is */
-                          number, port_text(port), start, end);
+                          cell->cell_number, port_text(port), start, end);
     if (start >= end && (port->subscript < end || port->subscript > start))
         return rule_error({"cell-port-subscript-range", cell->line},
                           "<subscript> of <cell number> %i with <port id> '%s' must Be within "
                           "range [%i-%i]", /* as is */
-                          number, port_text(port), end, start);
+                          cell->cell_number, port_text(port), end, start);
     return 0;
 }
 
@@ -273,13 +272,12 @@ static int32_t check_subscript(const CellEntry *cell, const PinSpec *pin_spec)
 static int32_t two_drivers(Rule rule, const CellEntry *cell, const CellEntry *other,
                            const char *functions)
 {
-    return rule_error(
-        rule,
-        "<cell number> %i with <function> %s and <cell number> %i with <function> "
-        "%s, both <port id> %s cannot both have %s function",
-        static_cast<int32_t>(cell->cell_number), cell_function_name(cell->cell_spec->function),
-        static_cast<int32_t>(other->cell_number), cell_function_name(other->cell_spec->function),
-        port_text(cell->cell_spec->port), functions);
+    return rule_error(rule,
+                      "<cell number> %i with <function> %s and <cell number> %i with <function> "
+                      "%s, both <port id> %s cannot both have %s function",
+                      cell->cell_number, cell_function_name(cell->cell_spec->function),
+                      other->cell_number, cell_function_name(other->cell_spec->function),
+                      port_text(cell->cell_spec->port), functions);
 }
 
 // An output that is only observed must be driven by another cell of the port or, for the associated
@@ -301,8 +299,7 @@ static bool is_observed_output_driven(CellSearch *search, Bsdl *bsdl, const Cell
         if (twins->hit && !has_aio)
             rule_warning({"observe-only-cell-of-associated-port", cell->line},
                          "'observe only' cell %i connected to associated output port '%s'",
-                         static_cast<int32_t>(cell->cell_number),
-                         port_text(twins->hit->associated));
+                         cell->cell_number, port_text(twins->hit->associated));
         if (twins->hit && pin_type == PIN_TYPE_BUFFER && has_aio)
             return twins->last_found != NO_CELL;
         if (twins->hit)
@@ -315,12 +312,12 @@ static bool is_observed_output_driven(CellSearch *search, Bsdl *bsdl, const Cell
 
 static int32_t check_cell_of_in_port(const CellEntry *cell)
 {
-    if (is_input(cell) || cell->cell_spec->function == CELL_FUNCTION_CLOCK)
+    if (is_input_or_observer(cell) || cell->cell_spec->function == CELL_FUNCTION_CLOCK)
         return 0;
     return rule_error({"in-port-cell-function", cell->line},
                       "<cell type> IN in <logical pin map> means that <cell number> %i with <port "
                       "id> %s must have function INPUT, CLOCK or OBSERVE_ONLY",
-                      static_cast<int32_t>(cell->cell_number), port_text(cell->cell_spec->port));
+                      cell->cell_number, port_text(cell->cell_spec->port));
 }
 
 static int32_t check_cell_of_out_port(CellSearch *search, Bsdl *bsdl, const CellEntry *cell)
@@ -342,14 +339,13 @@ static int32_t check_cell_of_out_port(CellSearch *search, Bsdl *bsdl, const Cell
         return rule_error({"out-port-cell-function", cell->line},
                           "<cell type> OUT in <logical pin map> means that <cell number> %i with "
                           "<port id> %s must have function OUTPUT2 or OUTPUT3",
-                          static_cast<int32_t>(cell->cell_number), port_text(port));
+                          cell->cell_number, port_text(port));
     }
 }
 
 static int32_t check_cell_of_inout_port(CellSearch *search, Bsdl *bsdl, const CellEntry *cell)
 {
     const PortId *port = cell->cell_spec->port;
-    auto number = static_cast<int32_t>(cell->cell_number);
     int32_t result = 0;
     switch (cell->cell_spec->function) {
     case CELL_FUNCTION_BIDIR:
@@ -367,7 +363,7 @@ static int32_t check_cell_of_inout_port(CellSearch *search, Bsdl *bsdl, const Ce
                 bsdl, {"inout-port-without-input", cell->line},
                 "<cell number> %i <function> %s: at least one other <cell entry> with <port id> %s "
                 "must have function INPUT or OBSERVE_ONLY but a different <cell number>",
-                number, cell_function_name(cell->cell_spec->function), port_text(port));
+                cell->cell_number, cell_function_name(cell->cell_spec->function), port_text(port));
         return result;
     case CELL_FUNCTION_INPUT:
     case CELL_FUNCTION_OBSERVE_ONLY:
@@ -377,7 +373,7 @@ static int32_t check_cell_of_inout_port(CellSearch *search, Bsdl *bsdl, const Ce
                           "<cell type> INOUT in <logical pin map> means that <cell number> %i with "
                           "<port id> %s must have function BIDIR, OUTPUT2, OUTPUT3 INPUT or "
                           "OBSERVE_ONLY", /* as is: no comma after OUTPUT3 */
-                          number, port_text(port));
+                          cell->cell_number, port_text(port));
     }
 }
 
@@ -385,11 +381,10 @@ static int32_t check_output_of_buffer_port(CellSearch *search, Bsdl *bsdl, const
 {
     int32_t result = 0;
     if (cell->disable_spec)
-        result |=
-            rule_error({"buffer-port-disable-spec", cell->line},
-                       "<cell type> BUFFER in <logical pin map> means that <cell number> %i "
-                       "with <port id> %s cannot contain a <disable spec>",
-                       static_cast<int32_t>(cell->cell_number), port_text(cell->cell_spec->port));
+        result |= rule_error({"buffer-port-disable-spec", cell->line},
+                             "<cell type> BUFFER in <logical pin map> means that <cell number> %i "
+                             "with <port id> %s cannot contain a <disable spec>",
+                             cell->cell_number, port_text(cell->cell_spec->port));
     // Unlike for the other port types the first other cell alone counts, wherever it stands, so two
     // drivers are reported from both sides.
     const CellEntry *other = other_cell(search, cells_of_port(search, bsdl, cell).all, cell);
@@ -423,15 +418,13 @@ static int32_t check_cell_of_buffer_port(CellSearch *search, Bsdl *bsdl, const C
         return rule_error({"buffer-port-cell-function", cell->line},
                           "<cell type> BUFFER in <logical pin map> means that <cell number> %i "
                           "with <port id> %s must have function OUTPUT2",
-                          static_cast<int32_t>(cell->cell_number),
-                          port_text(cell->cell_spec->port));
+                          cell->cell_number, port_text(cell->cell_spec->port));
     }
 }
 
 int32_t check_cell_port(Bsdl *bsdl, CellEntry *cell)
 {
     const PortId *port = cell->cell_spec->port;
-    auto number = static_cast<int32_t>(cell->cell_number);
     CellSearch *search = cell_search_of(bsdl);
     if (!search)
         return BSDL_RESULT_FAILED;
@@ -439,8 +432,8 @@ int32_t check_cell_port(Bsdl *bsdl, CellEntry *cell)
     if (!pin_spec)
         return rule_error(
             {"cell-port-undefined", cell->line},
-            "<cell number> %i with <port id> '%s' is not defined in <logical pin map>", number,
-            port_text(port));
+            "<cell number> %i with <port id> '%s' is not defined in <logical pin map>",
+            cell->cell_number, port_text(port));
 
     // A reference that does not fit the declaration is still held to the rules of the port's type.
     int32_t result = check_subscript(cell, pin_spec);
@@ -457,7 +450,7 @@ int32_t check_cell_port(Bsdl *bsdl, CellEntry *cell)
         return result | rule_error({"linkage-port-cell", cell->line},
                                    "<cell number> %i with <port id> '%s' cannot have <pin type> "
                                    "LINKAGE in <logical pin map>",
-                                   number, port_text(port));
+                                   cell->cell_number, port_text(port));
     }
 }
 

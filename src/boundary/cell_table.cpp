@@ -30,15 +30,9 @@ void boundary_cells_absent(Bsdl *bsdl)
         statement_absent(bsdl, "\tBoundary cells statement passed"); /* as is */
 }
 
-void boundary_cells_bare(Bsdl *bsdl)
+void boundary_cells_passed(Bsdl *bsdl)
 {
     statement_passed(bsdl, "\tBoundary cells statement passed");
-}
-
-List boundary_cells_passed(Bsdl *bsdl, List names)
-{
-    statement_passed(bsdl, "\tBoundary cells statement passed");
-    return names;
 }
 
 void boundary_cells_skipped(Bsdl *bsdl)
@@ -93,12 +87,11 @@ static void merge_by_number(Bsdl *bsdl, GSList *table)
     arena_release(&scratch);
 }
 
-List boundary_register_passed(Bsdl *bsdl, List table)
+void boundary_register_passed(Bsdl *bsdl, GSList *table)
 {
-    if (!merge_neighbours(table.head))
-        merge_by_number(bsdl, table.head);
+    if (!merge_neighbours(table))
+        merge_by_number(bsdl, table);
     statement_passed(bsdl, "\tBoundary scan register statement passed");
-    return table;
 }
 
 void boundary_register_skipped(Bsdl *bsdl)

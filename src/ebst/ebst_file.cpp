@@ -25,14 +25,20 @@ constexpr int32_t LONGEST_UNKNOWN_CAPTURE = 1024;
 
 } // namespace
 
+// The blanks that bring a field to its width.
+static void put_blanks(OutputFile *file, size_t length, size_t width)
+{
+    put_padded(file, "", width > length ? width - length : 0);
+}
+
 // A text in double quotes, which count for the width.
 static void put_quoted(OutputFile *file, const char *text, size_t width)
 {
-    size_t length = std::strlen(text) + 2;
+    size_t length = std::strlen(text);
     put(file, '"');
-    put(file, text, length - 2);
+    put(file, text, length);
     put(file, '"');
-    put_padded(file, "", width > length ? width - length : 0);
+    put_blanks(file, length + 2, width);
 }
 
 static void put_banner(OutputFile *file, int stars)
@@ -229,9 +235,7 @@ static void put_opcode(OutputFile *file, const char *pattern, char for_x)
     for (const char *at = pattern; *at; at++)
         put(file, *at == 'X' || *at == 'x' ? for_x : *at);
     put(file, '"');
-    static constexpr size_t WIDTH = 10;
-    size_t length = std::strlen(pattern) + 2;
-    put_padded(file, "", length < WIDTH ? WIDTH - length : 0);
+    put_blanks(file, std::strlen(pattern) + 2, 10);
 }
 
 static void put_instruction(OutputFile *file, const InstructionEntry *instruction)
