@@ -63,3 +63,79 @@ void check_up_to_cells(Reading &reading)
         reading.check(check);
     reading.clear();
 }
+
+RowsOfCells::RowsOfCells(uint32_t rows) : count(rows)
+{
+    for (uint32_t i = 0; i < count; i++) {
+        entries[i].cell_spec = &specs[i];
+        entries[i].position = i;
+        links[i] = {&entries[i], i + 1 < count ? &links[i + 1] : nullptr};
+    }
+    record.cell_table = links;
+}
+
+// ----------------------------------------------------------------------------------- messages
+
+static std::string cell(uint32_t number) { return "<cell number> " + std::to_string(number); }
+
+static std::string rule_on(uint32_t number, const std::string &function)
+{
+    return "cell_number " + std::to_string(number) + " with function '" + function + "' ";
+}
+
+Expected two_drivers(uint32_t number, const char *function, uint32_t other,
+                     const char *other_function, const std::string &port, const std::string &ending)
+{
+    return {ERROR,
+            cell(number) + " with <function> " + function + " and " + cell(other) +
+                " with <function> " + other_function + ", both <port id> " + port +
+                " cannot both have " + ending + " function",
+            2};
+}
+
+Expected no_driver(const std::string &port, const std::string &function)
+{
+    return {ERROR, "<port id> " + port + " must have a cell with an " + function + " function", 2};
+}
+
+Expected backed_by_pair(uint32_t number, const std::string &port)
+{
+    return {WARNING,
+            "'observe only' cell " + std::to_string(number) +
+                " connected to associated output port '" + port + "'",
+            2};
+}
+
+Expected no_input(Level level, uint32_t number, const std::string &function,
+                  const std::string &port)
+{
+    return {level,
+            cell(number) + " <function> " + function +
+                ": at least one other <cell entry> with <port id> " + port +
+                " must have function INPUT or OBSERVE_ONLY but a different <cell number>",
+            2};
+}
+
+Expected wrong_disable_value(const std::string &value, uint32_t number, const std::string &function,
+                             const std::string &safe_bit, uint32_t control,
+                             const std::string &control_function)
+{
+    return {ERROR,
+            "The <disable value> (" + value + ") of " + cell(number) + " with <function> '" +
+                function + "' must be equal to the <safe bit> (" + safe_bit + ") of " +
+                cell(control) + " with <function> '" + control_function + "'",
+            2};
+}
+
+Expected controls_nothing(uint32_t number, const std::string &function)
+{
+    return {ERROR, rule_on(number, function) + "does not control any cell", 2};
+}
+
+Expected not_control(uint32_t number, const std::string &function, int32_t ccell)
+{
+    return {WARNING,
+            rule_on(number, function) + "uses cell " + std::to_string(ccell) +
+                " as control_cell but this is not a control_cell",
+            2};
+}
