@@ -64,6 +64,64 @@ void check_up_to_cells(Reading &reading)
     reading.clear();
 }
 
+// ------------------------------------------------------------------------------------- findings
+
+static std::vector<std::string> ports_of(const std::vector<std::string> &rows)
+{
+    static const std::map<char, std::string> modes = {
+        {'A', ":in"},  {'C', ":in"},    {'Y', ":out"},    {'W', ":out"},   {'V', ":out"},
+        {'U', ":out"}, {'B', ":inout"}, {'Q', ":buffer"}, {'R', ":buffer"}};
+    std::vector<std::string> ports;
+    for (const std::string &row : rows) {
+        char name = row[row.find(", ") + 2];
+        if (name == '*')
+            continue;
+        std::string port = name + modes.at(name);
+        if (std::find(ports.begin(), ports.end(), port) == ports.end())
+            ports.push_back(port);
+    }
+    return ports;
+}
+
+static void expect_findings(const CellCase &row, bool strict)
+{
+    SCOPED_TRACE(std::string(row.name) + (strict ? ", strict" : ""));
+    Description description =
+        with_cells(row.issue, row.ports.empty() ? ports_of(row.rows) : row.ports, row.rows,
+                   row.length < 0 ? static_cast<long>(row.rows.size()) : row.length);
+    description.replace(INSTRUCTION_OPCODE, "IDCODE (0100)", "IDCODE (0100)" + row.more_opcodes);
+    if (!row.pairs.empty())
+        description.with(PORT_GROUPING,
+                         attribute("PORT_GROUPING", "Differential_Voltage (" + row.pairs + ")"));
+    Reading reading(description, {.flags = strict ? STRICT : 0});
+    ASSERT_TRUE(reading.handle());
+    ASSERT_EQ(0, bsdlGetNumErrors(reading));
+    check_up_to_cells(reading);
+
+    ExpectedMessages messages = row.messages;
+    int32_t result = 0;
+    for (Expected &message : messages) {
+        if (strict && message.level == WARNING)
+            message = {ERROR, message.text, 2};
+        if (message.level == ERROR)
+            result = 100;
+    }
+    int32_t statements; // the rules only ask whether there are any
+    if (row.aio)
+        reading.handle()->data->aio = reinterpret_cast<AioData *>(&statements);
+    EXPECT_EQ(result, reading.check(bsdl_check_bsr));
+    expect_messages(reading.messages(), messages);
+    reading.handle()->data->aio = nullptr;
+}
+
+void expect_findings(const CellCase &row)
+{
+    if (row.lenient)
+        expect_findings(row, false);
+    if (row.strict)
+        expect_findings(row, true);
+}
+
 RowsOfCells::RowsOfCells(uint32_t rows) : count(rows)
 {
     for (uint32_t i = 0; i < count; i++) {
@@ -81,6 +139,17 @@ static std::string cell(uint32_t number) { return "<cell number> " + std::to_str
 static std::string rule_on(uint32_t number, const std::string &function)
 {
     return "cell_number " + std::to_string(number) + " with function '" + function + "' ";
+}
+
+const char IN_FUNCTIONS[] = "must have function INPUT, CLOCK or OBSERVE_ONLY";
+
+Expected type_rule(const std::string &type, uint32_t number, const std::string &port,
+                   const std::string &rule)
+{
+    return {ERROR,
+            "<cell type> " + type + " in <logical pin map> means that " + cell(number) +
+                " with <port id> " + port + " " + rule,
+            2};
 }
 
 Expected two_drivers(uint32_t number, const char *function, uint32_t other,

@@ -15,6 +15,25 @@ support::Description with_cells(const std::vector<std::string> &ports,
 // The checks that come before that of the boundary register, whose messages are dropped.
 void check_up_to_cells(support::Reading &reading);
 
+// A table of rows and what its check finds.
+struct CellCase {
+    const char *name;
+    std::vector<std::string> rows;
+    // Whole and in order. Under `strict` the warnings among them are errors of verbosity 2. The
+    // result is 100 with an error among them.
+    support::ExpectedMessages messages = {};
+    // By default those that the rows name: A, C in; Y, W, V, U out; B inout; Q, R buffer.
+    std::vector<std::string> ports = {};
+    long length = -1; // by default the number of rows
+    support::Issue issue = support::Issue::BSDL_2001;
+    std::string more_opcodes = {};
+    std::string pairs = {}; // of differential ports
+    bool aio = false;       // as if there were statements of IEEE 1149.6
+    bool lenient = true, strict = true;
+};
+
+void expect_findings(const CellCase &row);
+
 // A few rows in memory of their own, which take the place of a description's: without ports, and
 // all of cell 0 until the test fills them.
 struct RowsOfCells {
@@ -32,6 +51,11 @@ struct RowsOfCells {
 };
 
 // ----------------------------------------------------------- messages that several tests expect
+
+// What the type of a port asks of its cell.
+support::Expected type_rule(const std::string &type, uint32_t number, const std::string &port,
+                            const std::string &rule);
+extern const char IN_FUNCTIONS[];
 
 support::Expected two_drivers(uint32_t number, const char *function, uint32_t other,
                               const char *other_function, const std::string &port,
