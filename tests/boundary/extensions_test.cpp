@@ -22,86 +22,101 @@ Messages of_extensions(const Messages &messages)
     });
 }
 
+Expected declaration(const std::string &name)
+{
+    return {INFORMATION, "\tBSDL extension declaration '" + name + "' passed", 4};
+}
+
+Expected definition(const std::string &name)
+{
+    return {INFORMATION, "\tBSDL extension definition '" + name + "' passed", 4};
+}
+
+Expected undeclared(const std::string &name)
+{
+    return {ERROR, "Extension '" + name + "' in 'DEV' is defined but not declared", 1};
+}
+
+const Expected NO_WARNING = {INFORMATION, "\tNo design warning statement", 4};
+const Expected WARNING_PASSED = {INFORMATION, "\tDesign warning statement passed", 3};
+const Expected CLASSES = {INFORMATION, "\tBSDL Corvane extensions found", 2};
+
+Expected misplaced(Level level)
+{
+    return {level, "Wrong ordening of statements \"DESIGN_WARNING\" and BSDL Extensions ", 2};
+}
+
 struct Case {
     const char *name;
     std::string text;
-    int errors = 0;
-    ExpectedMessages messages = {};
-    int32_t result = 0;
+    ExpectedMessages messages;
     ExpectedMessages check = {};
-    std::vector<std::string> kept = {};
+    std::vector<std::string> kept = {}; // extensions, by the check
+    const char *warning = nullptr;
+    unsigned flags = 0;
 };
-
-const char NO_WARNING[] = "\tNo design warning statement";
 
 const Case cases[] = {
     {.name = "declared and defined",
      .text = DECLARED + DEFINED,
-     .messages = {{INFORMATION, "\tBSDL extension declaration 'MY_EXT' passed", 4},
-                  {INFORMATION, "\tBSDL extension definition 'MY_EXT' passed", 4},
-                  {INFORMATION, NO_WARNING, 4}},
+     .messages = {declaration("MY_EXT"), definition("MY_EXT"), NO_WARNING},
      .kept = {"MY_EXT"}},
     {.name = "declared behind its definition, in another case",
      .text = DEFINED + "attribute my_ext : bsdl_extension;",
-     .messages = {{INFORMATION, "\tBSDL extension definition 'MY_EXT' passed", 4},
-                  {INFORMATION, "\tBSDL extension declaration 'my_ext' passed", 4},
-                  {INFORMATION, NO_WARNING, 4}},
+     .messages = {definition("MY_EXT"), declaration("my_ext"), NO_WARNING},
      .kept = {"MY_EXT"}},
-    {.name = "declared alone",
-     .text = DECLARED,
-     .messages = {{INFORMATION, "\tBSDL extension declaration 'MY_EXT' passed", 4},
-                  {INFORMATION, NO_WARNING, 4}}},
-    {.name = "defined alone",
-     .text = DEFINED,
-     .messages = {{INFORMATION, "\tBSDL extension definition 'MY_EXT' passed", 4},
-                  {INFORMATION, NO_WARNING, 4}},
-     .result = 100,
-     .check = {{ERROR, "Extension 'MY_EXT' in 'DEV' is defined but not declared", 1}}},
-    {.name = "two definitions of one name, the first remains",
+    {.name = "declared alone", .text = DECLARED, .messages = {declaration("MY_EXT"), NO_WARNING}},
+    {.name = "two definitions of one name, the first remains; one that is not declared",
      .text = attribute("my_ext", "1") + DECLARED + DEFINED + attribute("OTHER", "x"),
-     .messages = {{INFORMATION, "\tBSDL extension definition 'my_ext' passed", 4},
-                  {INFORMATION, "\tBSDL extension declaration 'MY_EXT' passed", 4},
-                  {INFORMATION, "\tBSDL extension definition 'MY_EXT' passed", 4},
-                  {INFORMATION, "\tBSDL extension definition 'OTHER' passed", 4},
-                  {INFORMATION, NO_WARNING, 4}},
-     .result = 100,
-     .check = {{ERROR, "Extension 'OTHER' in 'DEV' is defined but not declared", 1}},
+     .messages = {definition("my_ext"), declaration("MY_EXT"), definition("MY_EXT"),
+                  definition("OTHER"), NO_WARNING},
+     .check = {undeclared("OTHER")},
      .kept = {"my_ext"}},
     {.name = "definition with an error leaves no entry",
      .text = DECLARED + "attribute MY_EXT of DEV : entity is 5;",
-     .errors = 1,
-     .messages = {{INFORMATION, "\tBSDL extension declaration 'MY_EXT' passed", 4},
+     .messages = {declaration("MY_EXT"),
                   {ERROR, "Skipping extension_definition due to errors", 1},
-                  {INFORMATION, NO_WARNING, 4}}},
+                  NO_WARNING}},
     {.name = "classes",
      .text =
          "attribute CORVANE_CLASS : BSDL_EXTENSION;" + attribute("CORVANE_CLASS", "kind : Flash"),
-     .messages = {{INFORMATION, "\tBSDL Corvane extensions found", 2},
-                  {INFORMATION, NO_WARNING, 4}},
+     .messages = {CLASSES, NO_WARNING},
      .kept = {"CORVANE_CLASS"}},
     {.name = "classes that are not declared",
      .text = attribute("CORVANE_CLASS", "kind : Flash"),
-     .messages = {{INFORMATION, "\tBSDL Corvane extensions found", 2},
-                  {INFORMATION, NO_WARNING, 4}},
-     .result = 100,
-     .check = {{ERROR, "Extension 'CORVANE_CLASS' in 'DEV' is defined but not declared", 1}}},
+     .messages = {CLASSES, NO_WARNING},
+     .check = {undeclared("CORVANE_CLASS")}},
     {.name = "classes with an error",
      .text = "attribute CORVANE_CLASS of DEV : entity is 5;",
-     .errors = 1,
-     .messages = {{ERROR, "Skipping Corvane_Class due to errors", 1},
-                  {INFORMATION, "\tBSDL Corvane extensions found", 2},
-                  {INFORMATION, NO_WARNING, 4}}},
+     .messages = {{ERROR, "Skipping Corvane_Class due to errors", 1}, CLASSES, NO_WARNING}},
+    {.name = "warning in parts, behind the extensions",
+     .text = DECLARED +
+             "attribute DESIGN_WARNING of DEV : entity is \"Keep RESET low;\" & \" or else\";",
+     .messages = {declaration("MY_EXT"), WARNING_PASSED},
+     .warning = "Keep RESET low;\n or else"},
+    {.name = "warning with an error",
+     .text = "attribute DESIGN_WARNING of DEV : entity is 5;",
+     .messages = {{ERROR, "Skipping design_warning due to errors", 1}}},
+    {.name = "warning ahead of the extensions",
+     .text = attribute("DESIGN_WARNING", "careful") + DECLARED,
+     .messages = {WARNING_PASSED, declaration("MY_EXT"), misplaced(WARNING)},
+     .warning = "careful"},
+    {.name = "warning ahead of the extensions, strict",
+     .text = attribute("DESIGN_WARNING", "careful") + DECLARED,
+     .messages = {WARNING_PASSED, declaration("MY_EXT"), misplaced(ERROR)},
+     .warning = "careful",
+     .flags = STRICT},
 };
 
 TEST(Extensions, ReadAndChecked)
 {
     for (const Case &row : cases) {
         SCOPED_TRACE(row.name);
-        Reading reading(Description().with(EXTENSIONS, row.text));
+        Reading reading(Description().with(EXTENSIONS, row.text), {.flags = row.flags});
         ASSERT_TRUE(reading.handle());
-        EXPECT_EQ(row.errors, bsdlGetNumErrors(reading));
         expect_messages(of_extensions(reading.messages()), row.messages);
-        EXPECT_EQ(row.result, reading.check(bsdl_check_extensions));
+        EXPECT_STREQ(row.warning, bsdlDesignWarning(reading));
+        EXPECT_EQ(row.check.empty() ? 0 : 100, reading.check(bsdl_check_extensions));
         expect_messages(reading.messages(), row.check);
         std::vector<std::string> kept;
         for (const GList *link = reading.handle()->data->extensions; link; link = link->next)
@@ -118,6 +133,7 @@ TEST(Extensions, SecondCheckFindsDefinitionsUndeclared)
     EXPECT_EQ(100, reading.check(bsdl_check_extensions));
     EXPECT_EQ(0, reading.check(bsdl_check_extensions));
     EXPECT_EQ(2, bsdl_check_extensions(nullptr));
+    EXPECT_EQ(nullptr, bsdlDesignWarning(nullptr));
 }
 
 TEST(Extensions, ClassesByKeyInAnyCase)
@@ -132,44 +148,6 @@ TEST(Extensions, ClassesByKeyInAnyCase)
     EXPECT_EQ(nullptr, bsdlGetCorvaneClass(reading, "nothing"));
     EXPECT_EQ(nullptr, bsdlGetCorvaneClass(reading, nullptr));
     EXPECT_EQ(nullptr, bsdlGetCorvaneClass(nullptr, "kind"));
-}
-
-TEST(DesignWarning, PartsAreJoinedByLineEnds)
-{
-    Reading reading(Description().with(
-        DESIGN_WARNING,
-        "attribute DESIGN_WARNING of DEV : entity is \"Keep RESET low;\" & \" or else\";"));
-    EXPECT_STREQ("Keep RESET low;\n or else", bsdlDesignWarning(reading));
-    expect_messages(of_extensions(reading.messages()),
-                    {{INFORMATION, "\tDesign warning statement passed", 3}});
-    EXPECT_EQ(nullptr, bsdlDesignWarning(nullptr));
-}
-
-TEST(DesignWarning, Skipped)
-{
-    Reading reading(
-        Description().with(DESIGN_WARNING, "attribute DESIGN_WARNING of DEV : entity is 5;"));
-    EXPECT_EQ(nullptr, bsdlDesignWarning(reading));
-    EXPECT_EQ(1, bsdlGetNumErrors(reading));
-    expect_messages(of_extensions(reading.messages()),
-                    {{ERROR, "Skipping design_warning due to errors", 1}});
-}
-
-TEST(DesignWarning, AheadOfExtensions)
-{
-    for (bool strict : {false, true}) {
-        Description description;
-        description.with(EXTENSIONS, attribute("DESIGN_WARNING", "careful") + "\n" + DECLARED);
-        Reading reading(description, {.flags = strict ? STRICT : 0});
-        EXPECT_EQ(0, bsdlGetNumErrors(reading));
-        EXPECT_STREQ("careful", bsdlDesignWarning(reading));
-        expect_messages(
-            of_extensions(reading.messages()),
-            {{INFORMATION, "\tDesign warning statement passed", 3},
-             {INFORMATION, "\tBSDL extension declaration 'MY_EXT' passed", 4},
-             {strict ? ERROR : WARNING,
-              "Wrong ordening of statements \"DESIGN_WARNING\" and BSDL Extensions ", 2}});
-    }
 }
 
 } // namespace
