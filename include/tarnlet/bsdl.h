@@ -619,9 +619,10 @@ TARNLET_API Bsdl *readBsdl(const char *file_name, const char *package, GSList *p
                            uint32_t flags, BsdlContext *context);
 
 /**
- * Releases what was read. The handle itself and the name of its file stay allocated, so that
- * bsdlFileName() goes on working and other queries give their value for no data. A host that
- * reads many files calls bsdlRelease() instead, or afterwards.
+ * Releases what was read. The handle itself, the names given to readBsdl() and bsdlSetEbstFile()
+ * and the standards in use stay: bsdlFileName(), bsdlGetNumErrors(), bsdlStandard(), bsdlIs1990()
+ * and the like go on answering, other queries give their value for no data. A host that reads many
+ * files calls bsdlRelease() instead, or afterwards.
  *
  * @return 0 if an EBST record had been generated; 1 if none had, which is no failure, and for a
  *         NULL handle or one that was released before.

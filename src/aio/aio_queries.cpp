@@ -7,11 +7,13 @@
 
 static AioData *aio_of(Bsdl *h) { return h && h->data && bsdlIsAio(h) ? h->data->aio : nullptr; }
 
-static AioQueryState *state_of(Bsdl *h, AioData *aio)
+// Made by the first query that needs it; NULL without the statements.
+static AioQueryState *state_of(Bsdl *h)
 {
-    if (!aio->query_state)
+    AioData *aio = aio_of(h);
+    if (aio && !aio->query_state)
         aio->query_state = model_new<AioQueryState>(h);
-    return aio->query_state;
+    return aio ? aio->query_state : nullptr;
 }
 
 int32_t bsdlAioConformance(Bsdl *h)
@@ -22,11 +24,11 @@ int32_t bsdlAioConformance(Bsdl *h)
 
 AioPulseResult *bsdlAioExtestPulse(Bsdl *h)
 {
-    AioData *aio = aio_of(h);
+    const AioData *aio = aio_of(h);
     if (!aio || !aio->extest || !aio->extest->pulse)
         return nullptr;
     const AioPulse *pulse = aio->extest->pulse;
-    AioPulseResult *result = &state_of(h, aio)->pulse;
+    AioPulseResult *result = &state_of(h)->pulse;
     result->cycle_count = pulse->clock_cycles ? pulse->clock_cycles->cycle_count : 0;
     result->time = pulse->time;
     return result;
@@ -34,11 +36,11 @@ AioPulseResult *bsdlAioExtestPulse(Bsdl *h)
 
 AioTrainResult *bsdlAioExtestTrain(Bsdl *h)
 {
-    AioData *aio = aio_of(h);
+    const AioData *aio = aio_of(h);
     if (!aio || !aio->extest || !aio->extest->train)
         return nullptr;
     const AioTrain *train = aio->extest->train;
-    AioTrainResult *result = &state_of(h, aio)->train;
+    AioTrainResult *result = &state_of(h)->train;
     result->pulse_count = train->pulse_count;
     result->max_time = train->max_time;
     return result;
@@ -119,20 +121,18 @@ int32_t bsdlAioNbrOfPinBehaviorDescriptions(Bsdl *h)
 
 AioPinResult *bsdlAioFirstPinBehavior(Bsdl *h)
 {
-    AioData *aio = aio_of(h);
-    if (!aio)
+    AioQueryState *state = state_of(h);
+    if (!state)
         return nullptr;
-    AioQueryState *state = state_of(h, aio);
-    state->pin_cursor = aio->pin_behaviors;
+    state->pin_cursor = h->data->aio->pin_behaviors;
     return enter_description(state);
 }
 
 AioPinResult *bsdlAioNextPinBehavior(Bsdl *h)
 {
-    AioData *aio = aio_of(h);
-    if (!aio)
+    AioQueryState *state = state_of(h);
+    if (!state)
         return nullptr;
-    AioQueryState *state = state_of(h, aio);
     if (state->pin_cursor)
         state->pin_cursor = state->pin_cursor->next;
     return enter_description(state);
@@ -140,13 +140,10 @@ AioPinResult *bsdlAioNextPinBehavior(Bsdl *h)
 
 AioPinResult *bsdlAioNextACPort(Bsdl *h)
 {
-    AioData *aio = aio_of(h);
-    if (!aio)
-        return nullptr;
-    AioQueryState *state = state_of(h, aio);
-    if (state->port_cursor)
+    AioQueryState *state = state_of(h);
+    if (state && state->port_cursor)
         state->port_cursor = state->port_cursor->next;
-    if (!state->port_cursor)
+    if (!state || !state->port_cursor)
         return nullptr;
     enter_port(state);
     return &state->pin;
@@ -169,11 +166,8 @@ static bool next_bit(PortId *bit, const PinSpec *range)
 
 AioPinResult *bsdlAioNextInputCell(Bsdl *h)
 {
-    AioData *aio = aio_of(h);
-    if (!aio)
-        return nullptr;
-    AioQueryState *state = state_of(h, aio);
-    if (!state->port_cursor)
+    AioQueryState *state = state_of(h);
+    if (!state || !state->port_cursor)
         return nullptr;
     // The cells move on even where no bit follows.
     if (state->cell_cursor)
@@ -192,8 +186,9 @@ AioPinResult *bsdlAioNextInputCell(Bsdl *h)
 // the ports before the one that it found without cells, and `begun` keeps the next search from
 // walking over them again.
 
-static void build_table(Bsdl *bsdl, const AioData *aio, AioPortTable *table)
+static void build_table(Bsdl *bsdl, AioPortTable *table)
 {
+    const AioData *aio = bsdl->data->aio;
     table->built = true;
     for (const GSList *info = aio->pin_behaviors; info; info = info->next)
         table->count += g_slist_length(static_cast<const AioPinInfo *>(info->data)->ports);
@@ -269,12 +264,11 @@ static uint32_t find_port(AioPortTable *table, const PortId *wanted)
 
 AioPinResult *bsdlAioThisPinBehavior(Bsdl *h, const PortId *port)
 {
-    AioData *aio = aio_of(h);
-    if (!aio || !port || !port->name)
+    AioQueryState *state = state_of(h);
+    if (!state || !port || !port->name)
         return nullptr;
-    AioQueryState *state = state_of(h, aio);
     if (!state->table.built)
-        build_table(h, aio, &state->table);
+        build_table(h, &state->table);
     PortId wanted = *port;
     wanted.name = model_name(h, port->name);
     uint32_t at = find_port(&state->table, &wanted);
