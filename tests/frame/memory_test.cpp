@@ -20,7 +20,7 @@ enum Outcome {
     AFTER_CHECK = 13,
     LEFT_SOMETHING = 20, // not all memory was given back
     CHECK_PASSED = 21,   // although memory ran out
-    ENDED = 255,         // "Memory error", in a package search
+    ENDED = 255,         // "Memory error", while text was scanned or a package sought
 };
 
 bool memory_error_was_sent;
