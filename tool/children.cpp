@@ -50,6 +50,7 @@ static std::string packed(const FileReport &report)
     put_number(body, report.checks);
     put_number(body, static_cast<uint32_t>(report.state));
     put_number(body, report.passed);
+    put_number(body, report.syntax_failed);
     put_number(body, static_cast<uint32_t>(report.messages.size()));
     for (const Message &message : report.messages) {
         put_number(body, static_cast<uint32_t>(message.level));
@@ -72,6 +73,7 @@ static FileReport unpacked(std::string_view body)
     report.checks = take_number(body);
     report.state = static_cast<FileState>(take_number(body));
     report.passed = take_number(body) != 0;
+    report.syntax_failed = take_number(body) != 0;
     report.messages.resize(take_number(body));
     for (Message &message : report.messages) {
         message.level = static_cast<int32_t>(take_number(body));

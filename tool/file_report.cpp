@@ -48,6 +48,7 @@ void check_file(const std::string &path, const CheckJob &job, FileReport &report
     if (!reading.is_prg() && !job.read.fast_read)
         report.checks |=
             (reading.has_isc() ? +CHECKED_ISC : 0u) | (reading.has_aio() ? +CHECKED_AIO : 0u);
+    report.syntax_failed = bsdlGetNumErrors(reading.handle()) > 0;
     report.passed = reading.check();
     if (afterwards)
         afterwards(reading);

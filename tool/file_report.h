@@ -23,6 +23,7 @@ struct FileReport {
     uint32_t checks = 0;
     FileState state = FileState::ENDED;
     bool passed = false;
+    bool syntax_failed = false;
     std::vector<Message> messages;
 };
 

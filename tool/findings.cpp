@@ -98,12 +98,13 @@ void Selecting::add(Finding finding)
 }
 
 // "... has errors" repeats what the errors before it have said, except where a check fails without
-// a word, for want of a statement for example.
+// a word, for want of a statement for example. Statements that a syntax error has swallowed are
+// wanting too, but that has been said.
 void Selecting::verdict(const Message &message)
 {
     const bool of_step = message.text.starts_with('\t');
     Finding finding = finding_of(message);
-    if (of_step ? !said_in_step : !said_in_file) {
+    if (!report.syntax_failed && (of_step ? !said_in_step : !said_in_file)) {
         finding.rule = RULE_CHECK_FAILED;
         const auto chosen = selection.rules.find(RULE_CHECK_FAILED);
         if (chosen != selection.rules.end())

@@ -8,7 +8,9 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <fcntl.h>
 #include <string_view>
+#include <unistd.h>
 
 namespace
 {
@@ -62,8 +64,25 @@ static void print_help(FILE *to)
                      "'tarnlet --version' gives the version.\n");
 }
 
+// A file that is opened while one of the first three is closed would take its place, and messages
+// would go into it. What stands in for standard output takes nothing, so that the loss shows.
+static void occupy_standard_files()
+{
+    while (true) {
+        const int file = open("/dev/null", O_RDWR);
+        if (file == STDOUT_FILENO) {
+            close(file);
+            open("/dev/null", O_RDONLY);
+        } else if (file < 0 || file > STDERR_FILENO) {
+            close(file);
+            return;
+        }
+    }
+}
+
 int main(int argc, char **argv)
 {
+    occupy_standard_files();
     // A reader that has gone away shows as a write error, which ends the run tidily.
     std::signal(SIGPIPE, SIG_IGN);
     const std::string_view first = argc > 1 ? argv[1] : "";

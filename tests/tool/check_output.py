@@ -1,0 +1,114 @@
+#!/usr/bin/env python3
+"""Holds the JSON and SARIF forms of check to their schemas, all forms to each other, and looks at
+what a terminal gets.
+
+usage: check_output.py TOOL SOURCE_FOLDER FILE_OR_FOLDER...
+"""
+
+import collections
+import json
+import os
+import pathlib
+import pty
+import re
+import subprocess
+import sys
+
+try:
+    import jsonschema
+except ImportError:
+    print("skipped: python3-jsonschema is not installed")
+    sys.exit(77)
+
+tool, root, inputs = sys.argv[1], pathlib.Path(sys.argv[2]), sys.argv[3:]
+failures = []
+
+
+def expect(condition, what):
+    if not condition:
+        failures.append(what)
+        print("FAILED:", what, file=sys.stderr)
+
+
+def validator(name):
+    schema = json.loads((root / "docs" / "schemas" / name).read_text())
+    jsonschema.Draft202012Validator.check_schema(schema)
+    return jsonschema.Draft202012Validator(schema)
+
+
+def expect_valid(check, document, what):
+    error = jsonschema.exceptions.best_match(check.iter_errors(document))
+    expect(error is None, f"{what}: {error and error.json_path}: {error and error.message[:200]}")
+
+
+def run(form, *options):
+    result = subprocess.run([tool, "check", "--format", form, *options, *inputs],
+                            stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False)
+    return result.returncode, result.stdout.decode("ascii" if form in ("json", "sarif") else "utf-8")
+
+
+def compare_forms(*options):
+    status, lines = run("json", *options)
+    files = [json.loads(line) for line in lines.splitlines()]
+    for file in files:
+        expect_valid(check_schema, file, file["file"])
+        counts = collections.Counter(message["severity"] for message in file["messages"])
+        expect((counts["error"] + file["withheld"], counts["warning"]) ==
+               (file["errors"], file["warnings"]), f"{file['file']}: counts")
+    messages = [message for file in files for message in file["messages"]]
+
+    sarif_status, text = run("sarif", *options)
+    log = json.loads(text)
+    expect_valid(sarif_schema, log, "sarif")
+    results = log["runs"][0]["results"]
+    rules = log["runs"][0]["tool"]["driver"]["rules"]
+    expect([(r["ruleId"], r["level"], r["message"]["text"]) for r in results] ==
+           [(m["rule"], m["severity"], m["text"]) for m in messages if m["rule"]],
+           f"sarif and json differ {options}")
+    expect(all(rules[r["ruleIndex"]]["id"] == r["ruleId"] for r in results), "indexes of rules")
+
+    gcc_status, text = run("gcc", *options)
+    shown = collections.Counter(
+        found[1] for found in re.finditer(r"^.+?(?::\d+)?: (error|warning): ", text, re.M))
+    expect(shown == collections.Counter(
+        m["severity"] for m in messages if m["severity"] != "note"), f"gcc and json {options}")
+    matcher = json.loads((root / "docs/pipelines/problem-matcher.json").read_text())
+    pattern = re.compile(matcher["problemMatcher"][0]["pattern"][0]["regexp"], re.M)
+    expect(len(pattern.findall(text)) == sum(shown.values()), "the problem matcher")
+    expect(status == sarif_status == gcc_status, f"status {options}")
+    return files
+
+
+def on_terminal(*options, **environment):
+    """What the tool writes when both its outputs are a terminal."""
+    controller, terminal = pty.openpty()
+    child = subprocess.Popen([tool, "check", *options, *inputs], stdin=subprocess.DEVNULL,
+                             stdout=terminal, stderr=terminal,
+                             env={**os.environ, "TERM": "xterm", **environment})
+    os.close(terminal)
+    output = b""
+    try:
+        while chunk := os.read(controller, 65536):
+            output += chunk
+    except OSError:
+        pass
+    child.wait()
+    os.close(controller)
+    return output.decode("utf-8", "replace").replace("\r\n", "\n")
+
+
+check_schema, sarif_schema = validator("check.schema.json"), validator("sarif.schema.json")
+files = compare_forms()
+compare_forms("--verbose", "--strict")
+compare_forms("--error-limit", "1")
+
+progress = re.compile(r"\r\x1b\[K\[\d+/%d\] " % len(files))
+seen = on_terminal("-j", "2")
+expect(progress.search(seen), "progress on a terminal")
+expect("\x1b[1;31merror:" in seen, "colours on a terminal")
+expect(re.search(r"\d+ files? checked", seen.splitlines()[-1]), "totals on a terminal")
+expect("\x1b[1;" not in on_terminal(NO_COLOR="1"), "colours despite NO_COLOR")
+expect(not progress.search(on_terminal("--quiet")), "progress despite --quiet")
+
+print(f"{len(files)} files, {len(failures)} failures")
+sys.exit(1 if failures or not files else 0)

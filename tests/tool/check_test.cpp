@@ -1,0 +1,474 @@
+// tarnlet check and ebst, as a user runs them.
+
+#include "run_tool.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+
+namespace
+{
+
+constexpr const char *MISTAKES = "tests/tool/mistakes.bsd";
+constexpr const char *DEMO = "examples/demo.bsd";
+
+std::vector<std::string> lines_of(const std::string &text)
+{
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);)
+        lines.push_back(line);
+    return lines;
+}
+
+std::string last_line(const std::string &text)
+{
+    const std::vector<std::string> lines = lines_of(text);
+    return lines.empty() ? "" : lines.back();
+}
+
+bool contains(const std::string &text, const std::string &part)
+{
+    return text.find(part) != std::string::npos;
+}
+
+std::string contents(const std::string &path)
+{
+    std::ostringstream text;
+    text << std::ifstream(path, std::ios::binary).rdbuf();
+    return text.str();
+}
+
+struct GoldenCheck {
+    const char *name;
+    std::vector<std::string> arguments;
+    int status;
+};
+
+class CheckGolden : public testing::TestWithParam<GoldenCheck>
+{
+};
+
+} // namespace
+
+// ---------------------------------------------------------------------------------------- formats
+
+TEST_P(CheckGolden, Output)
+{
+    const ToolRun run = run_tool(GetParam().arguments);
+    EXPECT_EQ(run.status, GetParam().status);
+    expect_golden(run.out, GetParam().name);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Tool, CheckGolden,
+    testing::Values(
+        GoldenCheck{"check_mistakes.txt", {"check", MISTAKES}, 1},
+        GoldenCheck{"check_mistakes.gcc", {"check", "--format", "gcc", MISTAKES}, 1},
+        GoldenCheck{"check_mistakes.json", {"check", "--format", "json", MISTAKES}, 1},
+        GoldenCheck{"check_mistakes.sarif", {"check", "--format", "sarif", MISTAKES}, 1},
+        GoldenCheck{"check_colour.txt", {"check", "--color", "always", "--strict", MISTAKES}, 1},
+        GoldenCheck{"check_verbose_isc.txt", {"check", "--verbose", "examples/isc_2001.bsd"}, 1},
+        GoldenCheck{"check_verbose_prg.txt", {"check", "-v", "4", "examples/two_taps.prg"}, 0},
+        GoldenCheck{"check_results.txt", {"check", "-v", "1", "examples/aio_2003.bsd"}, 0},
+        GoldenCheck{"explain.txt", {"check", "--explain", "pin-without-cell"}, 0}),
+    [](const auto &param) {
+        std::string name = param.param.name;
+        for (char &c : name)
+            c = std::isalnum(static_cast<unsigned char>(c)) ? c : '_';
+        return name;
+    });
+
+// Each comment of mistakes.bsd stands above the line that its mistake is reported on.
+TEST(ToolCheck, LinesPointAtTheMistakes)
+{
+    const std::vector<std::string> source = lines_of(contents(MISTAKES));
+    std::vector<int> expected;
+    for (size_t i = 0; i < source.size(); i++)
+        if (contains(source[i], "-- Mistake:"))
+            expected.push_back(static_cast<int>(i) + 2);
+    ASSERT_EQ(expected.size(), 12u);
+
+    std::vector<int> reported;
+    const std::string before = std::string(MISTAKES) + ":";
+    for (const std::string &line : lines_of(run_tool({"check", "--format", "gcc", MISTAKES}).out))
+        if (contains(line, ": error: ") && !contains(line, "[statement-skipped]"))
+            reported.push_back(std::atoi(line.c_str() + before.size()));
+    std::sort(reported.begin(), reported.end());
+    EXPECT_EQ(reported, expected);
+}
+
+TEST(ToolCheck, OnlyTheFormatStandsOnStandardOutput)
+{
+    for (const char *format : {"gcc", "json", "sarif"}) {
+        const ToolRun run = run_tool({"check", "--format", format, DEMO, MISTAKES});
+        SCOPED_TRACE(format);
+        EXPECT_EQ(run.status, 1);
+        EXPECT_FALSE(contains(run.out, "checked"));
+        EXPECT_FALSE(contains(run.out, "\033["));
+    }
+}
+
+// ----------------------------------------------------------------------- status and what is
+// counted
+
+namespace
+{
+
+struct StatusCase {
+    const char *name;
+    std::vector<std::string> arguments;
+    int status;
+    const char *last_line; // of standard output; of standard error when there is none
+};
+
+class CheckStatus : public testing::TestWithParam<StatusCase>
+{
+};
+
+} // namespace
+
+TEST_P(CheckStatus, Status)
+{
+    const StatusCase &row = GetParam();
+    const ToolRun run = run_tool(row.arguments);
+    EXPECT_EQ(run.status, row.status);
+    EXPECT_EQ(last_line(run.out.empty() ? run.err : run.out), row.last_line);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Tool, CheckStatus,
+    testing::Values(
+        StatusCase{"clean", {"check", DEMO}, 0, "1 file checked: no errors, no warnings"},
+        StatusCase{"errors", {"check", MISTAKES}, 1, "1 file checked: 13 errors, 3 warnings"},
+        StatusCase{
+            "werror", {"check", "--werror", MISTAKES}, 1, "1 file checked: 16 errors, no warnings"},
+        StatusCase{"rule_of_a_warning",
+                   {"check", "--rule", "pin-without-cell=error", MISTAKES},
+                   1,
+                   "1 file checked: 16 errors, no warnings"},
+        StatusCase{"explicit_warning_under_werror",
+                   {"check", "--werror", "--rule", "pin-without-cell=warning", MISTAKES},
+                   1,
+                   "1 file checked: 13 errors, 3 warnings"},
+        StatusCase{"only_error_off",
+                   {"check", "--rule", "isc-fixed-pin-unknown=off", "examples/isc_2001.bsd"},
+                   0,
+                   "1 file checked (with IEEE 1532): no errors, no warnings"},
+        StatusCase{"only_error_a_warning",
+                   {"check", "--rule", "isc-fixed-pin-unknown=warning", "examples/isc_2001.bsd"},
+                   0,
+                   "1 file checked (with IEEE 1532): no errors, 1 warning"},
+        StatusCase{"error_limit",
+                   {"check", "--quiet", "--error-limit", "2", MISTAKES},
+                   1,
+                   "  11 more errors not shown"},
+        StatusCase{"files_of_all_kinds",
+                   {"check", "examples/aio_2003.bsd", "examples/isc_2002.bsd",
+                    "examples/two_taps.prg", DEMO},
+                   0,
+                   "4 files checked (1 with IEEE 1532, 1 with IEEE 1149.6, 1 PPC/PRG): no errors, "
+                   "no warnings"},
+        StatusCase{"missing_file",
+                   {"check", "missing.bsd"},
+                   2,
+                   "0 files checked: 1 error, no warnings; 1 file could not be read"},
+        StatusCase{"one_of_two_missing",
+                   {"check", DEMO, "missing.bsd"},
+                   2,
+                   "1 file checked: 1 error, no warnings in 1 file; 1 file could not be read"},
+        StatusCase{"fast_reading",
+                   {"check", "--fast-read", "examples/isc_2001.bsd"},
+                   0,
+                   "1 file checked: no errors, no warnings"},
+        StatusCase{"other_package",
+                   {"check", "--package", "BGA49", DEMO},
+                   0,
+                   "1 file checked: no errors, no warnings"},
+        StatusCase{"no_files",
+                   {"check"},
+                   2,
+                   "tarnlet: no files are given; 'tarnlet check --help' has the use"},
+        StatusCase{"unknown_option",
+                   {"check", "--sctrict", DEMO},
+                   2,
+                   "Run with --help for more information."},
+        StatusCase{"unknown_format",
+                   {"check", "--format", "xml", DEMO},
+                   2,
+                   "Run with --help for more information."},
+        StatusCase{"format_of_another_use",
+                   {"check", "--format", "markdown", DEMO},
+                   2,
+                   "tarnlet: the format markdown is for --list-rules"},
+        StatusCase{"unknown_rule",
+                   {"check", "--rule", "pin-missing=off", DEMO},
+                   2,
+                   "tarnlet: --rule: there is no rule 'pin-missing'; --list-rules names them all"},
+        StatusCase{"rule_without_level",
+                   {"check", "--rule", "pin-without-cell", DEMO},
+                   2,
+                   "tarnlet: --rule pin-without-cell: ID=off, ID=warning or ID=error is expected"},
+        StatusCase{"explain_unknown",
+                   {"check", "--explain", "\x1B[31m"},
+                   2,
+                   "tarnlet: there is no rule '\\x1B[31m'; --list-rules names them all"},
+        StatusCase{"unknown_command",
+                   {"chekc", DEMO},
+                   2,
+                   "'tarnlet COMMAND --help' has the options of a command; 'tarnlet --version' "
+                   "gives the version."}),
+    [](const auto &param) { return std::string(param.param.name); });
+
+TEST(ToolCheck, QuietLeavesTheMessages)
+{
+    EXPECT_EQ(run_tool({"check", "--quiet", DEMO}).out, "");
+    const ToolRun run = run_tool({"check", "--quiet", MISTAKES});
+    EXPECT_TRUE(contains(run.out, "[pin-id-not-unique]"));
+    EXPECT_FALSE(contains(run.out, "checked"));
+}
+
+// ------------------------------------------------------------------------------------------ input
+
+TEST(ToolCheck, StandardInput)
+{
+    const ToolRun run = run_tool({"check", "-"}, contents(MISTAKES));
+    EXPECT_EQ(run.status, 1);
+    std::string expected = run_tool({"check", MISTAKES}).out;
+    expected.replace(expected.find(MISTAKES), std::string(MISTAKES).size(), "<stdin>");
+    EXPECT_EQ(run.out, expected);
+
+    const ToolRun both = run_tool({"check", "--format", "gcc", DEMO, "-"}, contents(MISTAKES));
+    EXPECT_TRUE(contains(both.out, "<stdin>:48: error: <pin id> '26' is not unique"));
+}
+
+TEST(ToolCheck, Folders)
+{
+    const fs::path folder = fs::path(scratch_file("x", "")).parent_path() / "tree";
+    fs::create_directories(folder / "b" / "c");
+    const std::string broken = "entity x\n";
+    for (const char *name : {"b/c/3.BSM", "b/2.bsdl", "1.Bsd", "4.prg", "5.txt", "b/bsd"})
+        std::ofstream(folder / name) << broken;
+    fs::remove(folder / "b/loop");
+    fs::create_directory_symlink("..", folder / "b/loop");
+    std::string files;
+    for (const std::string &line : lines_of(run_tool({"check", "-q", folder.string()}).out))
+        if (line.starts_with("/"))
+            files += line.substr(folder.string().size()) + " ";
+    EXPECT_EQ(files, "/1.Bsd /4.prg /b/2.bsdl /b/c/3.BSM ");
+
+    if (geteuid() == 0)
+        GTEST_SKIP() << "nothing is unreadable for root";
+    chmod((folder / "b").c_str(), 0);
+    const ToolRun run = run_tool({"check", folder.string()});
+    chmod((folder / "b").c_str(), 0755);
+    EXPECT_EQ(run.status, 2);
+    EXPECT_TRUE(contains(run.err, "cannot read folder"));
+}
+
+namespace
+{
+
+struct BadText {
+    const char *name;
+    std::string text;
+    int status;
+    const char *first_rule;
+};
+
+class CheckBadText : public testing::TestWithParam<BadText>
+{
+};
+
+} // namespace
+
+// Whatever stands in a file and its name, no format hands control characters to the terminal.
+TEST_P(CheckBadText, IsReportedAndEscaped)
+{
+    const BadText &row = GetParam();
+    const std::string path = scratch_file("a\n\x1B[31m\xFF.bsd", row.text);
+    for (const char *format : {"text", "gcc", "json", "sarif"}) {
+        SCOPED_TRACE(format);
+        const ToolRun run = run_tool({"check", "--verbose", "--format", format, path});
+        EXPECT_EQ(run.status, row.status);
+        EXPECT_TRUE(contains(run.out, row.first_rule));
+        for (unsigned char c = 0; c < 0x20; c++)
+            EXPECT_TRUE(c == '\n' || run.out.find(static_cast<char>(c)) == std::string::npos)
+                << static_cast<int>(c);
+        EXPECT_FALSE(contains(run.out, "\x7F"));
+        EXPECT_FALSE(contains(run.out, "\xFF"));
+        EXPECT_FALSE(contains(run.out, "\xC2\x9B"));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Tool, CheckBadText,
+    testing::Values(
+        BadText{"empty", "", 1, "syntax-error"},
+        BadText{"binary",
+                std::string("\x7F"
+                            "ELF\x01\0\0\x02",
+                            8),
+                1, "error"},
+        BadText{"escape_in_name", "entity A\x1B[31mB is\nend A;\n", 1, "error"},
+        BadText{"delete_in_string",
+                "entity A is\ngeneric (PHYSICAL_PIN_MAP : string := \"\x7F\xC2\x9B\xFF\");\n", 1,
+                "syntax-error"}),
+    [](const auto &param) { return std::string(param.param.name); });
+
+// --------------------------------------------------------------------------------------- packages
+
+TEST(ToolCheck, MissingPackageIsReportedWithAllFolders)
+{
+    std::string text = contents(DEMO);
+    const std::string after = "use STD_1149_1_2001.all;";
+    text.insert(text.find(after) + after.size(), "\n    use MISSING_PKG.all;");
+    const std::string path = scratch_file("needs.bsd", text);
+    const ToolRun run =
+        run_tool({"check", "--format", "gcc", "-I", "examples", "-I", "tests/tool/", path});
+    EXPECT_EQ(run.status, 1);
+    const std::vector<std::string> lines = lines_of(run.out);
+    ASSERT_GE(lines.size(), 7u);
+    const std::string place = path + ":" + "35: ";
+    EXPECT_TRUE(contains(lines[0], "Cannot find file 'MISSING_PKG"));
+    EXPECT_TRUE(contains(lines[0], "[package-not-found]"));
+    std::vector<std::string> folders;
+    for (const std::string &line : lines)
+        if (const size_t at = line.find("note: searched in "); at != std::string::npos)
+            folders.push_back(line.substr(at + 18));
+    const std::vector<std::string> expected = {
+        "examples",
+        "tests/tool",
+        ".",
+        fs::path(path).parent_path(),
+        fs::path(TARNLET_LIBRARY).parent_path(),
+        fs::canonical(fs::path(TARNLET_BUILD_DIR) / "share/tarnlet/packages")};
+    ASSERT_EQ(folders.size(), expected.size());
+    for (size_t i = 0; i < folders.size(); i++)
+        EXPECT_TRUE(folders[i] == expected[i] || fs::equivalent(folders[i], expected[i]))
+            << folders[i];
+    EXPECT_TRUE(contains(run_tool({"check", path}).out, "        searched in ."));
+    EXPECT_TRUE(contains(run_tool({"check", "--format", "json", path}).out, "\"searched\":["));
+}
+
+// ---------------------------------------------------------------------------------- child
+// processes
+
+namespace
+{
+
+// Packages of packages, more than may be open at a time: that ends the process that reads them.
+std::string description_that_ends_the_process()
+{
+    for (int i = 0; i < 12; i++) {
+        const std::string name = "NEST" + std::to_string(i);
+        const std::string use = "use STD_1149_1_2001.all;\n";
+        scratch_file(name + ".all", "package " + name + " is\n" + use + "end " + name +
+                                        ";\npackage body " + name + " is\n" + use + "end " + name +
+                                        ";\n; use NEST" + std::to_string(i + 1) + ".all;\n");
+    }
+    std::string text = contents(DEMO);
+    const std::string after = "use STD_1149_1_2001.all;";
+    return scratch_file("nested.bsd",
+                        text.insert(text.find(after) + after.size(), "\n    use NEST0.all;"));
+}
+
+} // namespace
+
+TEST(ToolCheck, OutputDoesNotDependOnTheNumberOfProcesses)
+{
+    const ToolRun one = run_tool({"check", "--verbose", "-j", "1", "examples", "tests/tool"});
+    const ToolRun four = run_tool({"check", "--verbose", "-j", "4", "examples", "tests/tool"});
+    EXPECT_EQ(one.out, four.out);
+    EXPECT_EQ(one.status, four.status);
+    EXPECT_GT(lines_of(one.out).size(), 100u);
+}
+
+TEST(ToolCheck, FileThatEndsItsProcessDoesNotEndTheRun)
+{
+    const std::string nested = description_that_ends_the_process();
+    const ToolRun alone = run_tool({"check", "--format", "gcc", nested});
+    EXPECT_EQ(alone.status, 2);
+    EXPECT_TRUE(contains(alone.out, "Includes nested too deep [package-nested-too-deep]"));
+    EXPECT_EQ(last_line(alone.out),
+              nested + ": error: the process that read the file ended [process-ended]");
+    EXPECT_EQ(last_line(alone.err), "0 files checked: 2 errors, no warnings; 1 file could not be "
+                                    "read");
+
+    for (const char *processes : {"1", "3"}) {
+        const ToolRun run = run_tool({"check", "--format", "gcc", "-j", processes, nested, MISTAKES,
+                                      nested, DEMO, "examples/isc_2001.bsd"});
+        EXPECT_EQ(run.status, 2);
+        EXPECT_EQ(run.out, alone.out + run_tool({"check", "--format", "gcc", MISTAKES}).out +
+                               alone.out +
+                               run_tool({"check", "--format", "gcc", "examples/isc_2001.bsd"}).out);
+        EXPECT_EQ(last_line(run.err), "3 files checked (1 with IEEE 1532): 18 errors, 3 warnings "
+                                      "in 4 files; 2 files could not be read");
+    }
+    EXPECT_EQ(run_tool({"ebst", nested, "-o", "-"}).status, 2);
+}
+
+TEST(ToolCheck, Colour)
+{
+    const std::string colour = "\033[";
+    setenv("CLICOLOR_FORCE", "1", 1);
+    EXPECT_TRUE(contains(run_tool({"check", DEMO}).out, colour));
+    EXPECT_FALSE(contains(run_tool({"check", "--color", "never", DEMO}).out, colour));
+    setenv("NO_COLOR", "1", 1);
+    EXPECT_FALSE(contains(run_tool({"check", DEMO}).out, colour));
+    EXPECT_TRUE(contains(run_tool({"check", "--color", "always", DEMO}).out, colour));
+    unsetenv("CLICOLOR_FORCE");
+    unsetenv("NO_COLOR");
+    EXPECT_FALSE(contains(run_tool({"check", DEMO}).out, colour));
+}
+
+// ------------------------------------------------------------------------------------------- ebst
+
+TEST(ToolEbst, FileAndStandardOutput)
+{
+    const std::string path = scratch_file("out.dsh", "old");
+    const ToolRun run = run_tool({"ebst", DEMO, "-o", path});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.out + run.err, "");
+    const std::string written = contents(path);
+    EXPECT_TRUE(written.starts_with("EBST\n"));
+
+    const ToolRun printed = run_tool({"ebst", DEMO, "-o", "-"});
+    EXPECT_EQ(printed.status, 0);
+    // The time stamp may differ.
+    EXPECT_EQ(lines_of(printed.out).size(), lines_of(written).size());
+    EXPECT_EQ(last_line(printed.out), last_line(written));
+}
+
+TEST(ToolEbst, Refusals)
+{
+    const std::string path = scratch_file("refused.dsh", "old");
+    const ToolRun failed = run_tool({"ebst", MISTAKES, "-o", path});
+    EXPECT_EQ(failed.status, 1);
+    EXPECT_TRUE(contains(failed.out, "[pin-id-not-unique]"));
+    EXPECT_TRUE(contains(failed.err, "--force"));
+    EXPECT_EQ(contents(path), "old");
+    EXPECT_EQ(run_tool({"ebst", "--force", MISTAKES, "-o", path}).status, 1);
+    EXPECT_TRUE(contents(path).starts_with("EBST\n"));
+
+    const std::string input = scratch_file("input.bsd", contents(DEMO));
+    EXPECT_EQ(run_tool({"ebst", input, "-o", input}).status, 2);
+    EXPECT_EQ(run_tool({"ebst", input, "-o", fs::path(input).parent_path() / "./input.bsd"}).status,
+              2);
+    EXPECT_EQ(contents(input), contents(DEMO));
+    EXPECT_EQ(run_tool({"ebst", "examples/two_taps.prg", "-o", path}).status, 2);
+    EXPECT_EQ(run_tool({"ebst", "missing.bsd", "-o", path}).status, 2);
+    EXPECT_EQ(run_tool({"ebst", DEMO, "-o", "/dev/full"}).status, 2);
+    EXPECT_EQ(run_tool({"ebst", DEMO, "-o", "/"}).status, 2);
+    // Messages do not get between the lines of a file that goes to standard output.
+    const ToolRun printed = run_tool({"ebst", "--force", MISTAKES, "-o", "-"});
+    EXPECT_TRUE(printed.out.starts_with("EBST\n"));
+    EXPECT_TRUE(contains(printed.err, "[pin-id-not-unique]"));
+}

@@ -1,0 +1,33 @@
+#!/bin/bash
+# What is left when standard output takes nothing more: closed_output.sh TOOL SOURCE_FOLDER
+set -u
+tool=$1
+cd "$2" || exit 1
+failures=0
+
+# WHAT STATUS EXPECTED COMPLAINTS EXPECTED
+expect() {
+    [ "$2" = "$3" ] && [ "$4" = "$5" ] && return
+    echo "FAILED: $1: status $2, $4 complaints" >&2
+    failures=$((failures + 1))
+}
+
+complaints=$(mktemp)
+trap 'rm -f "$complaints"' EXIT
+for form in 'check examples' 'check --format json tests/tool/mistakes.bsd' \
+    'ebst examples/demo.bsd -o -' 'check --list-rules'; do
+    # A reader that has gone is no fault of the tool's, and no reason to say anything.
+    # shellcheck disable=SC2086 # the words are separate arguments
+    { sleep 0.2; "$tool" $form 2> "$complaints"; echo $? >&3; } 3>&1 > >(true) | {
+        read -r status
+        case $status in 0 | 1 | 2) ;; *) exit 1 ;; esac
+    } || failures=$((failures + 1))
+    expect "$form | true" 0 0 "$(grep -c 'cannot write' "$complaints")" 0
+    # shellcheck disable=SC2086
+    "$tool" $form > /dev/full 2> "$complaints"
+    expect "$form > /dev/full" $? 2 "$(grep -c 'cannot write to standard output' "$complaints")" 1
+    # shellcheck disable=SC2086
+    "$tool" $form >&- 2> "$complaints"
+    expect "$form >&-" $? 2 "$(grep -c 'cannot write to standard output' "$complaints")" 1
+done
+exit $((failures > 0))

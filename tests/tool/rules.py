@@ -1,0 +1,69 @@
+#!/usr/bin/env python3
+"""Holds the table of rules to the sources of the library and to the catalogue.
+
+usage: rules.py TOOL SOURCE_FOLDER
+"""
+
+import json
+import pathlib
+import re
+import subprocess
+import sys
+
+tool, root = sys.argv[1], pathlib.Path(sys.argv[2])
+OF_THE_TOOL = {"check-failed", "process-ended"}
+IDENTIFIER = re.compile(r'"([a-z0-9]+(?:-[a-z0-9]+)+)"')
+LITERAL = re.compile(r'"((?:[^"\\\n]|\\.)*)"')
+failures = []
+
+
+def expect(condition, what):
+    if not condition:
+        failures.append(what)
+        print("FAILED:", what, file=sys.stderr)
+
+
+def run(*arguments):
+    return subprocess.run([tool, *arguments], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
+                          check=True, encoding="utf-8").stdout
+
+
+def without_comments(text):
+    return re.sub(r"/\*.*?\*/|^\s*//.*?$", "", text, flags=re.S | re.M)
+
+
+def unescaped(literal):
+    return re.sub(r"\\(.)", lambda m: {"t": "\t", "n": "\n"}.get(m[1], m[1]), literal)
+
+
+sources = [without_comments(path.read_text()) for path in sorted((root / "src").rglob("*.cpp"))]
+in_code = {found for text in sources for found in IDENTIFIER.findall(text)} | OF_THE_TOOL
+# Literals side by side are one; formats that are put together at run time stand for anything.
+literals = {unescaped(part) for text in sources
+            for part in LITERAL.findall(re.sub(r'(?<!\\)"\s*"', "", text))}
+
+table = json.loads(run("check", "--list-rules", "--format", "json"))
+in_table = [rule["id"] for rule in table]
+expect(len(in_table) == len(set(in_table)), "an identifier stands twice in the table")
+expect(in_code <= set(in_table), f"not in the table: {sorted(in_code - set(in_table))}")
+expect(set(in_table) <= in_code, f"not in the code: {sorted(set(in_table) - in_code)}")
+
+listed = [line.split()[0] for line in run("check", "--list-rules").splitlines()]
+expect(listed == in_table, "--list-rules differs from its JSON form")
+for rule in table:
+    for form in filter(None, rule["text"].split("\n")):
+        start = form[:form.rfind("%")] if form.endswith("%s") else form
+        expect(any(start.strip() in literal or literal.strip() and literal.strip() == form
+                   for literal in literals) or form.startswith("parse error"),
+               f"{rule['id']}: no message reads {form!r}")
+    expect(rule["meaning"], f"{rule['id']}: no meaning")
+    expect(rule["mend"] or rule["level"] == "note", f"{rule['id']}: how to mend is not told")
+    explained = run("check", "--explain", rule["id"])
+    expect(explained.startswith(f"{rule['id']}: {rule['level']}\n"), f"--explain {rule['id']}")
+
+catalogue = (root / "docs" / "rules.md").read_text()
+expect(catalogue == run("check", "--list-rules", "--format", "markdown"),
+       "docs/rules.md is out of date: tarnlet check --list-rules --format markdown > docs/rules.md")
+
+print(f"{len(table)} rules, {len(failures)} failures")
+sys.exit(1 if failures else 0)
