@@ -112,7 +112,7 @@ constexpr RuleEntry RULES[] = {
      "A package announces a cell that its body does not define.",
      "Add the cell to the package body, or remove the deferred constant."},
     {"package-cell-not-announced", WARNING, ANNEX "10",
-     "Cell description '%s' not found in%s",
+     "Cell description '%s' not found in",
      "A package body defines a cell that the package does not announce as a deferred constant.",
      "Add 'constant NAME : CELL_INFO;' to the package."},
 
