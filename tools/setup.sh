@@ -1,11 +1,12 @@
 #!/bin/sh
-# Installs with apt what a fresh Debian 12 lacks to build and test; does nothing when all is there.
+# setup.sh [PACKAGE...]: installs with apt what a fresh Debian 12 lacks to build and test, and the
+# packages named; does nothing when all is there.
 set -eu
 packages="g++ cmake ninja-build bison flex python3 pkg-config libglib2.0-dev libgtest-dev
     libbenchmark-dev libcli11-dev nlohmann-json3-dev python3-jsonschema"
 
 missing=
-for package in $packages; do
+for package in $packages "$@"; do
     case $(dpkg-query -W -f '${Status}' "$package" 2>/dev/null) in
     "install ok installed") ;;
     *) missing="$missing $package" ;;

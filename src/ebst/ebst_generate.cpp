@@ -161,7 +161,7 @@ static int32_t ebst_function(const CellEntry *cell)
 
 // '0', '1' or 0 for a cell that has no initial value. What counts is the code, not the value that
 // it stands for: a safe bit of 0 gives '1' as well.
-static char initial_value(const CellEntry *cell)
+static int32_t initial_value(const CellEntry *cell)
 {
     if (cell->cell_spec->function != CELL_FUNCTION_CONTROLR)
         return 0;
@@ -181,9 +181,9 @@ static const char *ebst_cell_name(Bsdl *bsdl, const CellEntry *cell)
     *at++ = '_';
     std::memcpy(at, function, function_length);
     at += function_length;
-    if (char value = initial_value(cell)) {
+    if (int32_t value = initial_value(cell)) {
         *at++ = '_';
-        *at = value;
+        *at = static_cast<char>(value);
     }
     return made;
 }
