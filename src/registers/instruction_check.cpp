@@ -313,7 +313,7 @@ int32_t bsdl_check_instr_reg(Bsdl *h)
     InstructionCheck check = {.bsdl = h, .instructions = instructions};
     check.is_2001 = h->data->conformance == CONFORMANCE_2001;
     check.all_ones_allowed = h->data->isc && h->data->isc->conformance == 0;
-    if (!arena_start(&check.scratch, 64 * 1024))
+    if (!arena_start(&check.scratch, size_t{64} << 10))
         return BSDL_RESULT_FAILED;
     run_rules(&check);
     bool failed = check.scratch.failed || h->arena.failed;

@@ -143,7 +143,7 @@ static bool pack(OpcodeTable *table, Arena *arena)
             if (telling[at] == telling[at + 1] || opcode->text[at] == 'X')
                 continue;
             uint64_t bit = uint64_t{1} << telling[at] % 64;
-            uint64_t *pair = &bits[telling[at] / 64 * 2];
+            uint64_t *pair = &bits[size_t{telling[at] / 64} * 2];
             pair[0] |= opcode->text[at] == '1' ? bit : 0;
             pair[1] |= bit;
         }

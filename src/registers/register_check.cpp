@@ -378,7 +378,7 @@ int32_t bsdl_check_reg_access(Bsdl *h)
     RegisterCheck check = {.bsdl = h};
     check.boundary_length = static_cast<int32_t>(data->boundary_register->boundary_length);
     check.is_1990 = bsdlIs1990(h) != 0;
-    if (!arena_start(&check.scratch, 64 * 1024))
+    if (!arena_start(&check.scratch, size_t{64} << 10))
         return BSDL_RESULT_FAILED;
     run_rules(&check);
     bool failed = check.scratch.failed || h->arena.failed || lookups_of(h)->arena.failed;

@@ -55,8 +55,8 @@ struct CharTables {
         for (int c = 0; c < 32; c++)
             start[c] = c == 3 || c == 4 ? OTHER : FATAL;
         start[0] = ZERO;
-        for (char c : {' ', '\t', '\v', '\f'})
-            start[static_cast<int>(c)] = BLANK;
+        for (unsigned char c : {' ', '\t', '\v', '\f'})
+            start[c] = BLANK;
         start['\n'] = start['\r'] = LINE_END;
         for (int c = 'A'; c <= 'Z'; c++) {
             start[c] = start[c + 32] = LETTER;
@@ -67,8 +67,8 @@ struct CharTables {
             word[c] = 1;
         }
         word['_'] = 1;
-        for (char c : {';', '&', '=', ',', '*', '[', ']', '(', ')'})
-            start[static_cast<int>(c)] = PUNCTUATION;
+        for (unsigned char c : {';', '&', '=', ',', '*', '[', ']', '(', ')'})
+            start[c] = PUNCTUATION;
         start['"'] = QUOTES;
         start['-'] = MINUS;
         start['+'] = PLUS;
@@ -87,9 +87,9 @@ struct CharTables {
         for (int c = 0; c < 128; c++)
             if (word[c])
                 part_name[c] |= 2;
-        for (char c : {'!', '#', '$', '%', '&', '(', ')', '*',  '+', ',', '-', '.',
-                       '/', ':', '<', '>', '?', '@', '[', '\\', ']', '{', '}'})
-            part_name[static_cast<int>(c)] |= 2;
+        for (unsigned char c : {'!', '#', '$', '%', '&', '(', ')', '*',  '+', ',', '-', '.',
+                                '/', ':', '<', '>', '?', '@', '[', '\\', ']', '{', '}'})
+            part_name[c] |= 2;
     }
 };
 
