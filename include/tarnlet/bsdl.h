@@ -659,7 +659,7 @@ TARNLET_API int32_t bsdlMessageLine(void);
  *         message sink. */
 TARNLET_API const char *bsdlMessageFile(void);
 
-/** Identifier of the rule that the message at hand is about, such as "cell-missing-number".
+/** Identifier of the rule that the message at hand is about, such as "cell-number-missing".
  * Identifiers are stable: a host that looks for certain messages goes by them, not by the texts.
  * @return The identifier, valid during the call of the sink; NULL if there is none, and outside
  *         a message sink. */
