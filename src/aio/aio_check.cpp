@@ -474,8 +474,5 @@ int32_t bsdl_check_aio_pin_behavior(Bsdl *h)
     for (const GSList *info = check.described; info && !check.arena.failed; info = info->next)
         result |= check_pin_info(&check, static_cast<AioPinInfo *>(info->data));
     result |= check_associated_ports(&check);
-    if (check.arena.failed)
-        result = BSDL_RESULT_FAILED;
-    arena_release(&check.arena);
-    return result;
+    return check_end(h, result, &check.arena);
 }

@@ -513,8 +513,5 @@ int32_t bsdl_check_bsr(Bsdl *h)
     if (!arena_start(&check.scratch, SCRATCH_BLOCK))
         return BSDL_RESULT_FAILED;
     int32_t result = check_boundary_register(&check);
-    if (check.scratch.failed || h->arena.failed)
-        result = BSDL_RESULT_FAILED;
-    arena_release(&check.scratch);
-    return result;
+    return check_end(h, result, &check.scratch);
 }

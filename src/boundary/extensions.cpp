@@ -167,7 +167,7 @@ int32_t bsdl_check_extensions(Bsdl *h)
         return BSDL_RESULT_FAILED;
     int32_t result = keep_declared(h, &scratch);
     arena_release(&scratch);
-    return h->arena.failed ? BSDL_RESULT_FAILED : result;
+    return check_end(h, result);
 }
 
 // ---------------------------------------------------------------------------------------- queries

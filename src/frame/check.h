@@ -7,6 +7,10 @@
 // one without data, else 0; messages then name the handle's file.
 int32_t check_begin(const Bsdl *bsdl);
 
+// ... and gives this: its result, or 100 when memory has run out, for then some rule may not have
+// been tried. Releases the check's scratch memory.
+int32_t check_end(Bsdl *bsdl, int32_t result, Arena *scratch = nullptr);
+
 // A row of a driver's table.
 struct CheckStep {
     int32_t (*check)(Bsdl *bsdl);

@@ -72,6 +72,16 @@ int32_t check_begin(const Bsdl *bsdl)
     return BSDL_RESULT_OK;
 }
 
+int32_t check_end(Bsdl *bsdl, int32_t result, Arena *scratch)
+{
+    bool failed = bsdl->arena.failed || (bsdl->lookups && bsdl->lookups->arena.failed);
+    if (scratch) {
+        failed |= scratch->failed;
+        arena_release(scratch);
+    }
+    return failed ? BSDL_RESULT_FAILED : result;
+}
+
 bool check_step(Bsdl *bsdl, const CheckStep &step)
 {
     bool failed = step.check(bsdl) >= step.fails_from;

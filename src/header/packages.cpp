@@ -191,11 +191,8 @@ int32_t bsdl_check_packages(Bsdl *h)
         Arena arena;
         if (!arena_start(&arena, FIRST_BLOCK))
             return BSDL_RESULT_FAILED;
-        result |= check_user_packages(h, &arena);
-        if (arena.failed)
-            result = BSDL_RESULT_FAILED;
-        arena_release(&arena);
+        result = check_end(h, check_user_packages(h, &arena), &arena);
     }
     result |= check_capture_rules(h);
-    return h->arena.failed ? BSDL_RESULT_FAILED : result;
+    return check_end(h, result);
 }

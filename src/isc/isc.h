@@ -153,8 +153,6 @@ inline uint64_t isc_name_key(const char *name, const char *data_name)
 
 // How the checks of this family begin: as all do, and 4 without statements of IEEE 1532.
 int32_t isc_check_begin(const Bsdl *bsdl);
-// And how they end: out of memory some rule may not have been tried, which is no pass.
-int32_t isc_check_end(Bsdl *bsdl, int32_t result);
 // The checks of a part of a PPC/PRG file, whose statements stand in the model. True when all
 // passed.
 bool isc_check_part(Bsdl *bsdl);

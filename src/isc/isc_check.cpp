@@ -13,12 +13,6 @@ int32_t isc_check_begin(const Bsdl *bsdl)
     return bsdl->data->isc ? BSDL_RESULT_OK : BSDL_RESULT_NO_ISC;
 }
 
-int32_t isc_check_end(Bsdl *bsdl, int32_t result)
-{
-    bool failed = bsdl->arena.failed || lookups_of(bsdl)->arena.failed;
-    return failed ? BSDL_RESULT_FAILED : result;
-}
-
 // ---------------------------------------------------------------------------------- the driver
 
 static int32_t check_flows(Bsdl *bsdl) { return bsdl_check_isc_flow(bsdl, 0); }
@@ -281,7 +275,7 @@ int32_t bsdl_check_isc_security(Bsdl *h)
                              "the numerical value of ISC_DISABLE_KEY msb must be greater or equal "
                              "to the value of lsb");
     result |= check_security_positions(security, pdata_length(h), isc->security_line);
-    return isc_check_end(h, result);
+    return check_end(h, result);
 }
 
 // -------------------------------------------------------------------------------- ISC_Illegal_Exit
@@ -321,5 +315,5 @@ int32_t bsdl_check_isc_illegal_exit(Bsdl *h)
             result |= rule_error({"isc-illegal-exit-isc", isc->illegal_exits_line},
                                  "illegal exit instruction '%s' is an ISC instruction", name);
     }
-    return isc_check_end(h, result);
+    return check_end(h, result);
 }

@@ -241,5 +241,5 @@ int32_t bsdl_check_isc_flow(Bsdl *h, int32_t prg_mode)
         if (!prg_mode)
             result |= check_blocks(&check, flow);
     }
-    return isc_check_end(h, result);
+    return check_end(h, result);
 }

@@ -94,7 +94,7 @@ int32_t bsdl_check_isc_procedures(Bsdl *h)
     if (!has_program_done)
         result |= rule_error({"isc-procedure-program-done-missing"},
                              "mandatory procedure PROC_PROGRAM_DONE not found");
-    return isc_check_end(h, result);
+    return check_end(h, result);
 }
 
 // ------------------------------------------------------------------------------------- ISC_Action
@@ -128,5 +128,5 @@ int32_t bsdl_check_isc_actions(Bsdl *h)
                                  spec->procedure_name);
         }
     }
-    return isc_check_end(h, result);
+    return check_end(h, result);
 }

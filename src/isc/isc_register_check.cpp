@@ -120,5 +120,5 @@ int32_t bsdl_check_isc_instr_reg(Bsdl *h)
         return BSDL_RESULT_MISSING;
     int32_t result = check_registers(h);
     result |= check_instructions(h);
-    return isc_check_end(h, result);
+    return check_end(h, result);
 }

@@ -86,7 +86,7 @@ int32_t bsdl_check_compliance(Bsdl *bsdl)
                            "<compliance port> <pattern> '%s' has incorrect length %i, should be %i",
                            pattern, length, port_count);
     }
-    return lookups_of(bsdl)->arena.failed ? int32_t{BSDL_RESULT_FAILED} : result;
+    return check_end(bsdl, result);
 }
 
 // ----------------------------------------------------------------------------------------- queries

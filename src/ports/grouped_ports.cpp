@@ -219,10 +219,7 @@ int32_t bsdl_check_grouped_port(Bsdl *bsdl)
     for (const GSList *link = data->grouped_ports; link; link = link->next)
         result |=
             check_twin_group_entry(bsdl, &verdicts, static_cast<TwinGroupEntry *>(link->data));
-    if (scratch.failed || lookups_of(bsdl)->arena.failed)
-        result = BSDL_RESULT_FAILED;
-    arena_release(&scratch);
-    return result;
+    return check_end(bsdl, result, &scratch);
 }
 
 // ----------------------------------------------------------------------------------------- queries

@@ -304,6 +304,30 @@ bool build_pin_list(Bsdl *bsdl, const PinMapEntry *pin_map)
 
 // ------------------------------------------------------------------------------------------- check
 
+// Equal names in one declaration are not compared with each other.
+static int32_t check_names_unique(const Bsdl *bsdl, Arena *scratch)
+{
+    auto *last = arena_array<const PinSpec *>(scratch, bsdl->names.folds + size_t{1});
+    if (!last)
+        return BSDL_RESULT_FAILED;
+    for (const GSList *link = bsdl->data->logical_ports; link; link = link->next) {
+        auto *spec = static_cast<const PinSpec *>(link->data);
+        for (const GSList *name = spec->names; name; name = name->next)
+            last[name_fold(static_cast<const char *>(name->data))] = spec;
+    }
+    int32_t result = BSDL_RESULT_OK;
+    for (const GSList *link = bsdl->data->logical_ports; link; link = link->next) {
+        auto *spec = static_cast<const PinSpec *>(link->data);
+        for (const GSList *each = spec->names; each; each = each->next) {
+            auto *name = static_cast<const char *>(each->data);
+            if (last[name_fold(name)] != spec)
+                result |= rule_error({"port-name-not-unique", spec->line},
+                                     "<port name> '%s' is not unique", name);
+        }
+    }
+    return result;
+}
+
 int32_t bsdl_check_logical_port(Bsdl *bsdl)
 {
     if (int32_t code = check_begin(bsdl))
@@ -313,25 +337,7 @@ int32_t bsdl_check_logical_port(Bsdl *bsdl)
     Arena scratch;
     if (!arena_start(&scratch, 0))
         return BSDL_RESULT_FAILED;
-    // Equal names in one declaration are not compared with each other.
-    auto *last = arena_array<const PinSpec *>(&scratch, bsdl->names.folds + size_t{1});
-    int32_t result = last ? BSDL_RESULT_OK : BSDL_RESULT_FAILED;
-    for (const GSList *link = bsdl->data->logical_ports; link && last; link = link->next) {
-        auto *spec = static_cast<const PinSpec *>(link->data);
-        for (const GSList *name = spec->names; name; name = name->next)
-            last[name_fold(static_cast<const char *>(name->data))] = spec;
-    }
-    for (const GSList *link = bsdl->data->logical_ports; link && last; link = link->next) {
-        auto *spec = static_cast<const PinSpec *>(link->data);
-        for (const GSList *each = spec->names; each; each = each->next) {
-            auto *name = static_cast<const char *>(each->data);
-            if (last[name_fold(name)] != spec)
-                result |= rule_error({"port-name-not-unique", spec->line},
-                                     "<port name> '%s' is not unique", name);
-        }
-    }
-    arena_release(&scratch);
-    return result;
+    return check_end(bsdl, check_names_unique(bsdl, &scratch), &scratch);
 }
 
 // ----------------------------------------------------------------------------------------- queries

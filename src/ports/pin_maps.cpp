@@ -221,8 +221,7 @@ int32_t bsdl_check_pin_map(Bsdl *bsdl, const char *name)
             return BSDL_RESULT_FAILED;
         bool ready = mapping_names_start(bsdl, &scratch, &names);
         int32_t result = ready ? check_pin_map(&names, pin_map) : BSDL_RESULT_FAILED;
-        arena_release(&scratch);
-        return result;
+        return check_end(bsdl, result, &scratch);
     }
     // It is the package of the handle that is named, whatever the caller asked for.
     return rule_message(BSDL_LEVEL_ERROR, 1, {"pin-mapping-unknown"},
@@ -265,8 +264,7 @@ int32_t bsdl_check_all_pin_maps(Bsdl *bsdl)
     Arena scratch;
     if (!arena_start(&scratch, 0))
         return BSDL_RESULT_FAILED;
-    int32_t result = check_each_pin_map(bsdl, &scratch);
-    arena_release(&scratch);
+    int32_t result = check_end(bsdl, check_each_pin_map(bsdl, &scratch), &scratch);
 
     const PinMapEntry *used = data->selected_pin_map;
     if (!used) {

@@ -112,7 +112,7 @@ int32_t bsdl_check_scan_port(Bsdl *bsdl)
     for (const TapStatement &statement : STATEMENTS)
         if (const PortId *port = ports->*statement.port)
             result |= check_scan_port_role(bsdl, statement, port, ports->*statement.line);
-    return lookups_of(bsdl)->arena.failed ? int32_t{BSDL_RESULT_FAILED} : result;
+    return check_end(bsdl, result);
 }
 
 // ----------------------------------------------------------------------------------------- queries

@@ -130,7 +130,7 @@ int32_t bsdl_check_optional_reg(Bsdl *h)
     if (!codes->usercode_patterns && has_instruction(h, "USERCODE"))
         result = rule_error({"usercode-statement-missing"},
                             "no usercode statement found while USERCODE instruction is defined");
-    return h->arena.failed || lookups_of(h)->arena.failed ? BSDL_RESULT_FAILED : result;
+    return check_end(h, result);
 }
 
 // ----------------------------------------------------------------------------------------- queries

@@ -316,7 +316,5 @@ int32_t bsdl_check_instr_reg(Bsdl *h)
     if (!arena_start(&check.scratch, size_t{64} << 10))
         return BSDL_RESULT_FAILED;
     run_rules(&check);
-    bool failed = check.scratch.failed || h->arena.failed;
-    arena_release(&check.scratch);
-    return failed ? BSDL_RESULT_FAILED : check.result;
+    return check_end(h, check.result, &check.scratch);
 }
