@@ -319,7 +319,7 @@ static std::string row_text(const Json &row, const std::string &key)
         const std::string words = value_text(value, "", " ");
         const bool is_plain = !value.is_object() && !has_structure(value);
         if (is_plain && !words.empty() && words != key && !(is_named && is_part_of_name(field)))
-            text += (text.empty() ? "" : ", ") + field + " " + words;
+            text.append(text.empty() ? "" : ", ").append(field).append(" ").append(words);
     }
     return text;
 }
@@ -337,7 +337,9 @@ static std::string change_line(const Json &change)
     const bool removed = change["change"] == "removed";
     const std::string key = value_text(change["key"], "", "");
     const std::string field = value_text(change["field"], "", "");
-    const std::string subject = key + (key.empty() || field.empty() ? "" : " ") + field;
+    std::string subject = key;
+    if (!field.empty())
+        subject.append(key.empty() ? "" : " ").append(field);
     const std::string values = added || removed
                                    ? row_text(change[added ? "b" : "a"], key)
                                    : plain_text(change["a"]) + " -> " + plain_text(change["b"]);
@@ -365,9 +367,9 @@ static void print_text(const DiffJob &job, const Json &changes)
 
 static int run(const DiffJob &job)
 {
-    const Model a = read_model(job.path_a, job.read);
-    const Model b = read_model(job.path_b, job.read);
-    if (!a.read || !b.read)
+    Model a;
+    Model b;
+    if (!read_model(job.path_a, job.read, a) || !read_model(job.path_b, job.read, b))
         return STATUS_UNUSABLE;
     note_syntax_errors(job.path_a, a);
     note_syntax_errors(job.path_b, b);

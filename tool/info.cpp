@@ -281,8 +281,8 @@ static void add_prg(Summary &summary, const Json &prg)
 
 static int run(const InfoJob &job)
 {
-    const Model model = read_model(job.path, job.read);
-    if (!model.read)
+    Model model;
+    if (!read_model(job.path, job.read, model))
         return STATUS_UNUSABLE;
     note_syntax_errors(job.path, model);
     if (job.json) {

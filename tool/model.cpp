@@ -7,6 +7,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
@@ -309,20 +310,26 @@ static void tell_end()
     std::_Exit(STATUS_UNUSABLE);
 }
 
-Model read_model(const std::string &path, const ReadOptions &options)
+static std::string with_line(const Message &message)
 {
-    Model model;
+    const std::string text = escaped_line(message.text);
+    return message.line > 0 ? "line " + std::to_string(message.line) + ": " + text : text;
+}
+
+using Describe = std::function<void(Reading &reading, const Json &check)>;
+
+static bool read_and_check(const std::string &path, const ReadOptions &options, Model &model,
+                           const Describe &describe)
+{
     bool checking = false;
     int errors = 0;
     int warnings = 0;
     const auto keep = [&](const Message &message) {
-        if (message.level == BSDL_LEVEL_ERROR && model.first_error.empty()) {
-            const std::string place =
-                message.line > 0 ? "line " + std::to_string(message.line) + ": " : std::string();
-            model.first_error = place + escaped_line(message.text);
-        }
-        if (message.level == BSDL_LEVEL_ERROR)
+        if (message.level == BSDL_LEVEL_ERROR) {
             model.last_error = escaped_line(message.text);
+            if (model.first_error.empty())
+                model.first_error = with_line(message);
+        }
         if (checking && !message.rule.empty()) {
             errors += message.level == BSDL_LEVEL_ERROR;
             warnings += message.level == BSDL_LEVEL_WARNING;
@@ -333,26 +340,40 @@ Model read_model(const std::string &path, const ReadOptions &options)
     reading_now = &path;
     model_now = &model;
     Reading reading(path, options, SINK_VERBOSITY, keep);
-    if (!reading.handle()) {
-        reading_now = nullptr;
+    if (reading.handle()) {
+        checking = true;
+        const bool passed = reading.check();
+        checking = false;
+        model.is_prg = reading.is_prg();
+        model.syntax_errors = bsdlGetNumErrors(reading.handle());
+        describe(reading, {{"passed", passed}, {"errors", errors}, {"warnings", warnings}});
+    } else {
         complain(escaped(path) + ": " +
                  (model.first_error.empty() ? "cannot be read" : model.first_error));
-        return model;
     }
-    model.read = true;
-    model.is_prg = reading.is_prg();
-    model.syntax_errors = bsdlGetNumErrors(reading.handle());
-    checking = true;
-    const bool passed = reading.check();
-    checking = false;
     reading_now = nullptr;
-    model.json = document_of(reading, path);
-    model.json["check"] = {{"passed", passed}, {"errors", errors}, {"warnings", warnings}};
-    if (model.is_prg)
-        model.json["prg"] = prg_of(reading.handle());
-    else
-        model.json.update(device_of(reading.handle()));
-    return model;
+    return reading.handle() != nullptr;
+}
+
+bool read_model(const std::string &path, const ReadOptions &options, Model &model)
+{
+    return read_and_check(path, options, model, [&](Reading &reading, const Json &check) {
+        model.json = document_of(reading, path);
+        model.json["check"] = check;
+        if (model.is_prg)
+            model.json["prg"] = prg_of(reading.handle());
+        else
+            model.json.update(device_of(reading.handle()));
+    });
+}
+
+bool read_model(const std::string &path, const ReadOptions &options, Json (*part)(Bsdl *bsdl),
+                Model &model)
+{
+    return read_and_check(path, options, model, [&](Reading &reading, const Json &) {
+        if (!model.is_prg)
+            model.json = part(reading.handle());
+    });
 }
 
 void note_syntax_errors(const std::string &path, const Model &model)

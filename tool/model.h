@@ -37,17 +37,21 @@ Json word_value(const char *word);
 std::string folded(std::string name);
 
 // One file, read and checked, with what has to be said about it.
+// NOLINTNEXTLINE(bugprone-exception-escape): making a null value of Json throws nothing.
 struct Model {
-    bool read = false;
     bool is_prg = false;
     int syntax_errors = 0;
     std::string first_error; // the first message of an error, with its line
     std::string last_error;
-    Json json; // of a file that was read: the document of `tarnlet info --json`
+    Json json; // what was asked for
 };
 
-// The `json` of the result stays null when the file cannot be read; that has been said then.
-Model read_model(const std::string &path, const ReadOptions &options);
+// The document of `tarnlet info --json`.
+bool read_model(const std::string &path, const ReadOptions &options, Model &model);
+// Of a description only what `part` takes from it, of a data file nothing. Both give false when the
+// file cannot be read, which has been said then.
+bool read_model(const std::string &path, const ReadOptions &options, Json (*part)(Bsdl *bsdl),
+                Model &model);
 
 // Says that what is shown is not the whole, when there are syntax errors.
 void note_syntax_errors(const std::string &path, const Model &model);

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
+#include <functional>
+#include <utility>
 
 void add_table_options(CLI::App &app, TableForm &form)
 {
@@ -58,49 +60,65 @@ static void add_padded(std::string &line, const std::string &text, size_t width,
     line += right ? blanks + text : text + blanks;
 }
 
-static void end_line(std::string &text)
+namespace
 {
-    text.erase(text.find_last_not_of(' ') + 1);
-    text += '\n';
+
+// How wide the columns of the text form are, and which of them hold numbers only.
+struct Layout {
+    std::vector<std::string> heads;
+    std::vector<size_t> widths;
+    std::vector<bool> numbers;
+};
+
+} // namespace
+
+static std::string word_of(const Json &value) { return value_text(value, "-", ","); }
+
+static Layout lay_out(const Json &rows, const std::vector<std::string> &columns)
+{
+    Layout layout;
+    for (const std::string &column : columns) {
+        std::string head = column;
+        for (char &c : head)
+            c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+        size_t width = head.size();
+        bool numbers = true;
+        for (const Json &row : rows) {
+            const Json &value = row[column];
+            numbers = numbers && (value.is_number() || value.is_null());
+            width = std::max(width, width_of(word_of(value)));
+        }
+        layout.heads.push_back(std::move(head));
+        layout.widths.push_back(width);
+        layout.numbers.push_back(numbers);
+    }
+    return layout;
+}
+
+// Long tables go out line by line: texts of all rows would take far more room than the rows.
+static void write_table(const Json &rows, const std::vector<std::string> &columns,
+                        const std::function<void(const std::string &line)> &write)
+{
+    const Layout layout = lay_out(rows, columns);
+    const auto write_line = [&](const auto &word) {
+        std::string line;
+        for (size_t i = 0; i < columns.size(); i++) {
+            line += i > 0 ? "  " : "";
+            add_padded(line, word(i), layout.widths[i], layout.numbers[i]);
+        }
+        line.erase(line.find_last_not_of(' ') + 1);
+        write(line + '\n');
+    };
+    write_line([&](size_t i) { return layout.heads[i]; });
+    for (const Json &row : rows)
+        write_line([&](size_t i) { return word_of(row[columns[i]]); });
 }
 
 std::string table_text(const Json &rows, const std::vector<std::string> &columns,
                        std::string_view margin)
 {
-    const size_t count = columns.size();
-    std::vector<std::string> heads;
-    std::vector<size_t> widths;
-    std::vector<bool> numbers(count, true);
-    for (const std::string &column : columns) {
-        std::string head = column;
-        for (char &c : head)
-            c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-        widths.push_back(head.size());
-        heads.push_back(std::move(head));
-    }
-    std::vector<std::vector<std::string>> lines;
-    for (const Json &row : rows) {
-        std::vector<std::string> line;
-        for (size_t i = 0; i < count; i++) {
-            const Json &value = row[columns[i]];
-            numbers[i] = numbers[i] && (value.is_number() || value.is_null());
-            line.push_back(value_text(value, "-", ","));
-            widths[i] = std::max(widths[i], width_of(line[i]));
-        }
-        lines.push_back(std::move(line));
-    }
     std::string text;
-    const auto add_line = [&](const std::vector<std::string> &line) {
-        text += margin;
-        for (size_t i = 0; i < count; i++) {
-            text += i > 0 ? "  " : "";
-            add_padded(text, line[i], widths[i], numbers[i]);
-        }
-        end_line(text);
-    };
-    add_line(heads);
-    for (const std::vector<std::string> &line : lines)
-        add_line(line);
+    write_table(rows, columns, [&](const std::string &line) { text.append(margin).append(line); });
     return text;
 }
 
@@ -115,27 +133,29 @@ static std::string csv_field(const Json &value)
     return quoted + "\"";
 }
 
-static std::string csv_text(const Json &rows, const std::vector<std::string> &columns)
+static void write_csv(const Json &rows, const std::vector<std::string> &columns,
+                      const std::function<void(const std::string &line)> &write)
 {
-    std::string text;
-    for (size_t i = 0; i < columns.size(); i++)
-        text += (i > 0 ? "," : "") + csv_field(columns[i]);
-    text += "\r\n";
-    for (const Json &row : rows) {
+    const auto write_line = [&](const auto &value) {
+        std::string line;
         for (size_t i = 0; i < columns.size(); i++)
-            text += (i > 0 ? "," : "") + csv_field(row[columns[i]]);
-        text += "\r\n";
-    }
-    return text;
+            line.append(i > 0 ? "," : "").append(csv_field(value(i)));
+        write(line + "\r\n");
+    };
+    write_line([&](size_t i) { return Json(columns[i]); });
+    for (const Json &row : rows)
+        write_line([&](size_t i) -> const Json & { return row[columns[i]]; });
 }
 
 void print_table(const Json &rows, const std::vector<std::string> &columns, TableForm form)
 {
-    if (form == TableForm::JSON) {
+    const auto print = [](const std::string &line) {
+        std::fwrite(line.data(), 1, line.size(), stdout);
+    };
+    if (form == TableForm::JSON)
         print_json(rows);
-        return;
-    }
-    const std::string text =
-        form == TableForm::CSV ? csv_text(rows, columns) : table_text(rows, columns, "");
-    std::fwrite(text.data(), 1, text.size(), stdout);
+    else if (form == TableForm::CSV)
+        write_csv(rows, columns, print);
+    else
+        write_table(rows, columns, print);
 }

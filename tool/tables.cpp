@@ -19,7 +19,7 @@ struct TableJob {
 
 struct DeviceTable {
     const char *noun;
-    const char *place; // in the document of `tarnlet info --json`
+    Json (*rows)(Bsdl *bsdl);
     std::vector<std::string> columns;
 };
 
@@ -27,15 +27,15 @@ struct DeviceTable {
 
 static int run(const TableJob &job, const DeviceTable &table)
 {
-    const Model model = read_model(job.path, job.read);
-    if (!model.read)
+    Model model;
+    if (!read_model(job.path, job.read, table.rows, model))
         return STATUS_UNUSABLE;
     if (model.is_prg) {
         complain(escaped(job.path) + ": a PPC/PRG file has no " + table.noun);
         return STATUS_UNUSABLE;
     }
     note_syntax_errors(job.path, model);
-    print_table(model.json.at(Json::json_pointer(table.place)), table.columns, job.form);
+    print_table(model.json, table.columns, job.form);
     return model.syntax_errors ? STATUS_FINDINGS : STATUS_CLEAN;
 }
 
@@ -51,14 +51,14 @@ static std::function<int()> set_up_table(CLI::App &app, DeviceTable table)
 std::function<int()> set_up_pins(CLI::App &app)
 {
     return set_up_table(app, {.noun = "pins",
-                              .place = "/pins",
+                              .rows = pins_of,
                               .columns = {"port", "number", "type", "function", "cells"}});
 }
 
 std::function<int()> set_up_cells(CLI::App &app)
 {
     return set_up_table(app, {.noun = "cells",
-                              .place = "/boundary/cells",
+                              .rows = cells_of,
                               .columns = {"number", "cell", "port", "function", "safe", "control",
                                           "disable_value", "disable_result"}});
 }
@@ -67,13 +67,14 @@ std::function<int()> set_up_instructions(CLI::App &app)
 {
     return set_up_table(
         app, {.noun = "instructions",
-              .place = "/instructions",
+              .rows = instructions_of,
               .columns = {"name", "opcodes", "class", "preload", "register", "length", "capture"}});
 }
 
 std::function<int()> set_up_registers(CLI::App &app)
 {
-    return set_up_table(app, {.noun = "registers",
-                              .place = "/registers",
-                              .columns = {"name", "length", "instructions"}});
+    return set_up_table(app,
+                        {.noun = "registers",
+                         .rows = [](Bsdl *bsdl) { return registers_of(instructions_of(bsdl)); },
+                         .columns = {"name", "length", "instructions"}});
 }
