@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <type_traits>
 
 // A list that goes on longer than any file of this size could make it does not end.
 static constexpr int LONGEST_LIST = 2000000;
@@ -14,11 +15,17 @@ static void look(const char *text)
         seen = std::strlen(text);
 }
 
+template <class... Numbers>
+requires(std::is_arithmetic_v<Numbers> &&...) static void look(Numbers... numbers)
+{
+    seen = (size_t{0} + ... + static_cast<size_t>(numbers != 0));
+}
+
 static void look(const PortId *port)
 {
     if (port) {
         look(port->name);
-        seen = static_cast<size_t>(port->subscripted + port->subscript);
+        look(port->subscripted, port->subscript);
     }
 }
 
@@ -27,7 +34,7 @@ static void look(const PinEntry *const_pin)
     auto *pin = const_cast<PinEntry *>(const_pin);
     look(bsdlGetPinPortID(pin));
     look(bsdlGetPinPhysicalName(pin));
-    seen = static_cast<size_t>(bsdlGetPinType(pin) + bsdlGetPinFunction(pin));
+    look(bsdlGetPinType(pin), bsdlGetPinFunction(pin));
 }
 
 static void look(const PortGroup *group)
@@ -62,8 +69,8 @@ static void ask_about_instruction(InstructionEntry *e)
     look(bsdlGetInstructionName(e));
     look(bsdlGetInstrRegisterName(e));
     look(bsdlGetInstrCaptureValue(e));
-    seen = static_cast<size_t>(bsdlGetInstructionType(e) + bsdlIsInstrPreload(e) +
-                               bsdlGetInstrRegisterLength(e) + bsdlGetNbrOfInstrPatterns(e));
+    look(bsdlGetInstructionType(e), bsdlIsInstrPreload(e), bsdlGetInstrRegisterLength(e),
+         bsdlGetNbrOfInstrPatterns(e));
     walk(bsdlGetFirstInstrPattern, bsdlGetNextInstrPattern, e);
 }
 
@@ -72,10 +79,10 @@ static void ask_about_cell(CellEntry *e)
     look(bsdlGetCellName(e));
     look(bsdlGetCellEbstName(e));
     look(bsdlGetCellPort(e));
-    seen = static_cast<size_t>(bsdlGetCellNumber(e));
-    seen = static_cast<size_t>(bsdlGetCellFunction(e) + bsdlGetCellSafeBit(e));
-    seen = static_cast<size_t>(bsdlGetCellControlCell(e));
-    seen = static_cast<size_t>(bsdlGetCellDisableValue(e) + bsdlGetCellDisableResult(e));
+    look(bsdlGetCellNumber(e));
+    look(bsdlGetCellFunction(e), bsdlGetCellSafeBit(e));
+    look(bsdlGetCellControlCell(e));
+    look(bsdlGetCellDisableValue(e), bsdlGetCellDisableResult(e));
 }
 
 static void ask_about_cell_desc(GSList *cell)
@@ -83,8 +90,7 @@ static void ask_about_cell_desc(GSList *cell)
     look(bsdlGetCellDescName(cell));
     look(bsdlGetCellDescPackage(cell));
     walk(bsdlGetCellFirstCaptDesc, bsdlGetCellNextCaptDesc, cell, [](GSList *capt) {
-        seen = static_cast<size_t>(bsdlGetCellCaptContext(capt) + bsdlGetCellCaptInstr(capt) +
-                                   bsdlGetCellCaptSource(capt));
+        look(bsdlGetCellCaptContext(capt), bsdlGetCellCaptInstr(capt), bsdlGetCellCaptSource(capt));
     });
 }
 
@@ -100,7 +106,7 @@ static void ask_about_header(Bsdl *h)
     look(bsdlStandardPrg(h));
     seen =
         bsdlIs1990(h) + bsdlIs1994(h) + bsdlIs2001(h) + bsdlIs1532(h) + bsdlIsPrg(h) + bsdlIsAio(h);
-    seen = static_cast<size_t>(bsdlStandard(h) + bsdlConformance(h) + bsdlGetNumErrors(h));
+    look(bsdlStandard(h), bsdlConformance(h), bsdlGetNumErrors(h));
     walk(bsdlGetFirstDotALLFileSpec, bsdlGetNextDotALLFileSpec, h);
     walk(bsdlGetFirstDotALLSpec, bsdlGetNextDotALLSpec, h);
     walk(bsdlGetFirstCellDesc, bsdlGetNextCellDesc, h, ask_about_cell_desc);
@@ -117,9 +123,9 @@ static void ask_about_ports(Bsdl *h)
         look(tap(h));
     seen = static_cast<size_t>(bsdlGetTckFrequency(h) > 0) +
            static_cast<size_t>(bsdlGetTckHaltState(h));
-    seen = static_cast<size_t>(bsdlGetNbrOfPins(h) + bsdlGetNbrOfPinMaps(h));
-    seen = static_cast<size_t>(bsdlGetNbrOfPortGroups(h) + bsdlGetNbrOfComplPorts(h));
-    seen = static_cast<size_t>(bsdlGetNbrOfComplPatterns(h));
+    look(bsdlGetNbrOfPins(h), bsdlGetNbrOfPinMaps(h));
+    look(bsdlGetNbrOfPortGroups(h), bsdlGetNbrOfComplPorts(h));
+    look(bsdlGetNbrOfComplPatterns(h));
     walk(bsdlGetFirstPin, bsdlGetNextPin, h, [](PinEntry *pin) { look(pin); });
     walk(bsdlGetFirstPinMap, bsdlGetNextPinMap, h);
     walk(bsdlGetFirstPortGroup, bsdlGetNextPortGroup, h, [](PortGroup *group) { look(group); });
@@ -129,20 +135,20 @@ static void ask_about_ports(Bsdl *h)
 
 static void ask_about_registers(Bsdl *h)
 {
-    seen = static_cast<size_t>(bsdlGetInstructionLength(h));
-    seen = static_cast<size_t>(bsdlGetBSRLength(h));
-    seen = static_cast<size_t>(bsdlGetNbrOfInstructions(h) + bsdlGetNbrOfInstructionCaptures(h));
-    seen = static_cast<size_t>(bsdlGetNbrOfIdcodePatterns(h) + bsdlGetNbrOfUsercodePatterns(h));
+    look(bsdlGetInstructionLength(h));
+    look(bsdlGetBSRLength(h));
+    look(bsdlGetNbrOfInstructions(h), bsdlGetNbrOfInstructionCaptures(h));
+    look(bsdlGetNbrOfIdcodePatterns(h), bsdlGetNbrOfUsercodePatterns(h));
     walk(bsdlGetFirstInstruction, bsdlGetNextInstruction, h, ask_about_instruction);
     walk(bsdlGetFirstInstructionCapture, bsdlGetNextInstructionCapture, h);
     walk(bsdlGetFirstIdcodePattern, bsdlGetNextIdcodePattern, h);
     walk(bsdlGetFirstUsercodePattern, bsdlGetNextUsercodePattern, h);
     walk(bsdlGetFirstCellEntry, bsdlGetNextCellEntry, h, ask_about_cell);
-    seen = static_cast<size_t>(bsdlGetNrOfEbstPins(h));
+    look(bsdlGetNrOfEbstPins(h));
     walk(bsdlGetFirstEbstPin, bsdlGetNextEbstPin, h, [](EbstPin *pin) {
         look(bsdlGetEbstPinNumber(pin));
         look(bsdlGetEbstPinName(pin));
-        seen = static_cast<size_t>(bsdlGetEbstPinType(pin));
+        look(bsdlGetEbstPinType(pin));
     });
 }
 
@@ -152,18 +158,18 @@ static void look(const IscExpression *expression)
 {
     if (expression) {
         look(expression->hex_string);
-        seen = static_cast<size_t>(expression->operation + expression->is_definition);
+        look(expression->operation, expression->is_definition);
     }
 }
 
 static void ask_about_activities(Bsdl *h)
 {
     int count = 0;
-    seen = static_cast<size_t>(bsdlIscNbrOfActivities(h));
+    look(bsdlIscNbrOfActivities(h));
     for (IscActivityInfo *info = bsdlIscFirstActivity(h); info; info = bsdlIscNextActivity(h)) {
         look(info->instruction_name);
         bsdlIscFreeActivity(info);
-        seen = static_cast<size_t>(bsdlIscNbrOfUpdateStreams(h) + bsdlIscNbrOfCaptureStreams(h));
+        look(bsdlIscNbrOfUpdateStreams(h), bsdlIscNbrOfCaptureStreams(h));
         walk(bsdlIscFirstUpdateStream, bsdlIscNextUpdateStream, h, [](IscUpdateField *field) {
             if (field)
                 look(field->expression);
@@ -183,7 +189,7 @@ static void ask_about_activities(Bsdl *h)
 static void ask_about_flows(Bsdl *h)
 {
     int flows = 0;
-    seen = static_cast<size_t>(bsdlIscNbrOfFlows(h));
+    look(bsdlIscNbrOfFlows(h));
     // A flow that is not defined gives NULL ahead of the end.
     const int32_t count = bsdlIscNbrOfFlows(h);
     IscFlowInfo *info = bsdlIscFirstFlow(h);
@@ -194,7 +200,7 @@ static void ask_about_flows(Bsdl *h)
         }
         bsdlIscFreeFlow(info);
         int blocks = 0;
-        seen = static_cast<size_t>(bsdlIscNbrOfFlowBlocks(h));
+        look(bsdlIscNbrOfFlowBlocks(h));
         for (int32_t block = bsdlIscFirstFlowBlock(h); block; block = bsdlIscNextFlowBlock(h)) {
             ask_about_activities(h);
             if (++blocks > LONGEST_LIST)
@@ -207,14 +213,14 @@ static void ask_about_flows(Bsdl *h)
 
 static void ask_about_isc(Bsdl *h)
 {
-    seen = static_cast<size_t>(bsdlIscConformance(h) + bsdlIscPinBehavior(h) + bsdlIscStatus(h));
+    look(bsdlIscConformance(h), bsdlIscPinBehavior(h), bsdlIscStatus(h));
     look(bsdlIscBlankUserStream(h));
     look(bsdlIscDesignWarning(h));
     if (const IscSecurity *security = bsdlIscSecurity(h))
-        seen = static_cast<size_t>(security->disable_read + security->disable_key_msb);
+        look(security->disable_read, security->disable_key_msb);
     walk(bsdlIscFirstFixedPin, bsdlIscNextFixedPin, h);
     walk(bsdlIscFirstIllegalExit, bsdlIscNextIllegalExit, h);
-    seen = static_cast<size_t>(bsdlIscNbrOfActions(h) + bsdlIscNbrOfProcedures(h));
+    look(bsdlIscNbrOfActions(h), bsdlIscNbrOfProcedures(h));
     ask_about_flows(h);
     walk(bsdlIscFirstAction, bsdlIscNextAction, h, [h](IscAction *action) {
         if (!action)
@@ -256,12 +262,12 @@ static void look(const AioPinResult *pin)
 
 static void ask_about_aio(Bsdl *h)
 {
-    seen = static_cast<size_t>(bsdlAioConformance(h));
+    look(bsdlAioConformance(h));
     if (const AioPulseResult *pulse = bsdlAioExtestPulse(h))
-        seen = static_cast<size_t>(pulse->cycle_count);
+        look(pulse->cycle_count);
     if (const AioTrainResult *train = bsdlAioExtestTrain(h))
-        seen = static_cast<size_t>(train->pulse_count);
-    seen = static_cast<size_t>(bsdlAioNbrOfPinBehaviorDescriptions(h));
+        look(train->pulse_count);
+    look(bsdlAioNbrOfPinBehaviorDescriptions(h));
     bsdlAioNextPinBehavior(h);
     int count = 0;
     for (AioPinResult *pin = bsdlAioFirstPinBehavior(h); pin; pin = bsdlAioNextPinBehavior(h)) {
@@ -285,14 +291,14 @@ static void ask_about_aio(Bsdl *h)
         look(bus->at1);
         look(bus->at2);
     }
-    seen = static_cast<size_t>(btslD4NbrABMs(h) + btslD4TbicNbrPartitions(h));
+    look(btslD4NbrABMs(h), btslD4TbicNbrPartitions(h));
     walk(btslD4FirstABM, btslD4NextABM, h, [](const D4Abm *abm) {
         if (abm)
             look(abm->pin);
     });
     walk(btslD4TbicFirstPartitions, btslD4TbicNextPartitions, h, [](const D4Partition *partition) {
         if (partition)
-            seen = static_cast<size_t>(partition->value[5]);
+            look(partition->value[5]);
     });
 }
 
@@ -319,7 +325,7 @@ static void ask_about_program(Bsdl *h, const PrgProgramSpec *program)
     look(bsdlPrgProgPartType(h));
     look(bsdlPrgProgInFile(h));
     look(bsdlPrgProgOutFile(h));
-    seen = static_cast<size_t>(bsdlPrgProgProgType(h));
+    look(bsdlPrgProgProgType(h));
     ask_about_isc(h);
 }
 
@@ -327,11 +333,11 @@ static void ask_about_prg(Bsdl *h)
 {
     look(bsdlPrgDesignName(h));
     look(bsdlPrgRevision(h));
-    seen = static_cast<size_t>(bsdlPrgFrequency(h));
+    look(bsdlPrgFrequency(h));
     int count = 0;
-    seen = static_cast<size_t>(bsdlPrgNbrOfTaps(h));
+    look(bsdlPrgNbrOfTaps(h));
     for (int32_t tap = bsdlPrgFirstTap(h); tap != -1; tap = bsdlPrgNextTap(h)) {
-        seen = static_cast<size_t>(bsdlPrgCurrTap(h) + bsdlPrgNbrOfComponents(h));
+        look(bsdlPrgCurrTap(h), bsdlPrgNbrOfComponents(h));
         walk(bsdlPrgFirstComponent, bsdlPrgNextComponent, h, [h](PrgComponentSetting *setting) {
             look(setting);
             look(bsdlPrgComponentName(h));
@@ -344,7 +350,7 @@ static void ask_about_prg(Bsdl *h)
     }
     bsdlPrgSelectTap(h, 1);
     bsdlPrgSelectComponent(h, nullptr);
-    seen = static_cast<size_t>(bsdlPrgNbrOfProgParts(h));
+    look(bsdlPrgNbrOfProgParts(h));
     walk(bsdlPrgFirstProgPart, bsdlPrgNextProgPart, h, [h](PrgProgramSpec *program) {
         ask_about_program(h, program);
         ask_about_program(h, bsdlPrgCurrProgPart(h));
