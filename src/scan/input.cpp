@@ -117,9 +117,18 @@ void rescan_strings(Bsdl *bsdl)
 void release_strings(Bsdl *bsdl)
 {
     ScanState *reading = bsdl->reading;
-    if (reading->strings.active)
+    StringStore *strings = &reading->strings;
+    if (strings->active && reading->looked_ahead && reading->at < reading->end) {
+        // The character that told the end of the last token has left the string with it: it is
+        // read yet, so that "HIGHZ, CLAMP" where one name belongs does not pass for HIGHZ.
+        char *end = const_cast<char *>(reading->at) + 1;
+        *end = '\0';
+        reading->end = end;
+        return;
+    }
+    if (strings->active)
         input_leave_strings(reading);
-    reading->strings.count = 0;
+    strings->count = 0;
 }
 
 void drop_unread_strings(Bsdl *bsdl)

@@ -40,6 +40,7 @@ struct ScanState {
     const char *piece_end; // of the piece being read; above all addresses outside of strings
     const char *token;
     uint32_t token_length;
+    bool looked_ahead;  // its end was told by the character behind it
     int32_t token_line; // source line on which it begins
     int32_t line;       // as messages count
     int32_t source_line;

@@ -213,6 +213,7 @@ static int finish(ScanState *reading, const char *start, const char *end, int lo
     reading->token = start;
     reading->token_length = static_cast<uint32_t>(end - start);
     reading->token_line = reading->source_line;
+    reading->looked_ahead = looked_ahead != 0;
     reading->at = end;
     if (reading->token_length >= TOKEN_SIZE) {
         stop(reading, "token too large, exceeds YYLMAX");

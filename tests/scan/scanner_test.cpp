@@ -326,6 +326,23 @@ TEST(Rescan, TokensAndLines)
     }
 }
 
+// What ended the last token is read all the same, so that it is not passed over in silence.
+TEST(Rescan, ReleaseKeepsTheCharacterThatWasLookedAt)
+{
+    Scanning scanning("\"A, rest\"; C");
+    Bsdl *bsdl = scanning.handle();
+    for (int token = scanning.next(); token != ';'; token = scanning.next())
+        if (token == QUOTED_STRING)
+            store_string(bsdl, scanning.value.quoted);
+    rescan_strings(bsdl);
+    EXPECT_EQ(scanning.next(), IDENTIFIER);
+    release_strings(bsdl);
+    EXPECT_EQ(scanning.next(), ',');
+    EXPECT_EQ(scanning.next(), IDENTIFIER);
+    EXPECT_STREQ(scanning.value.string, "C");
+    EXPECT_EQ(scanning.next(), 0);
+}
+
 TEST(Rescan, ReleaseBeforeTheEndGoesBackToTheFile)
 {
     Scanning scanning("\"A (1) rest\" &\n\"more\"\n; C");
