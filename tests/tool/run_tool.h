@@ -13,9 +13,9 @@ struct ToolRun {
 // Runs the built tool in the source folder, standard input is `input`.
 ToolRun run_tool(const std::vector<std::string> &arguments, const std::string &input = {});
 
-// Holds text to a file of tests/tool/golden, which it becomes when TARNLET_UPDATE=1 stands in the
-// environment.
-void expect_golden(const std::string &text, const std::string &name);
+// Holds an output to a file of tests/tool/golden, which it becomes when TARNLET_UPDATE=1 stands in
+// the environment. The build folder is written as BUILD.
+void expect_golden(const std::string &output, const std::string &name);
 
 // A file below the build folder, made anew.
 std::string scratch_file(const std::string &name, const std::string &text);
