@@ -6,12 +6,17 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <deque>
+#include <malloc.h>
 #include <map>
 #include <optional>
 #include <poll.h>
 #include <string_view>
 #include <sys/wait.h>
 #include <unistd.h>
+
+constexpr int KEPT_MEMORY = 64 << 20;
+constexpr size_t MOST_AT_HAND = 8; // files of one child
 
 // --------------------------------------------------------------- a report on its way to the parent
 
@@ -120,19 +125,28 @@ static bool write_all(int to, const void *data, size_t size)
 [[noreturn]] static void serve(int requests, int results, const std::vector<std::string> &files,
                                const CheckJob &job)
 {
-    const auto send = [&](const FileReport &report) {
-        const std::string bytes = packed(report);
-        return write_all(results, bytes.data(), bytes.size());
-    };
-    uint32_t index;
-    while (read(requests, &index, sizeof index) == sizeof index) {
-        FileReport report;
-        report.path = files[index];
-        if_process_ends([&] { return send(report) ? 0 : 1; });
-        check_file(files[index], job, report);
-        if_process_ends({});
-        if (!send(report))
+    // The memory of one file serves the next.
+    mallopt(M_TRIM_THRESHOLD, KEPT_MEMORY);
+    mallopt(M_TOP_PAD, KEPT_MEMORY / 64);
+    std::string bytes;
+    const auto send = [&] { return write_all(results, bytes.data(), bytes.size()); };
+    uint32_t indexes[MOST_AT_HAND];
+    for (ssize_t got; (got = read(requests, indexes, sizeof indexes)) > 0;) {
+        for (size_t i = 0; i < static_cast<size_t>(got) / sizeof *indexes; i++) {
+            FileReport report;
+            report.path = files[indexes[i]];
+            if_process_ends([&] {
+                bytes += packed(report);
+                return send() ? 0 : 1;
+            });
+            check_file(files[indexes[i]], job, report);
+            if_process_ends({});
+            bytes += packed(report);
+        }
+        // One way through the parent for all of them.
+        if (!send())
             break;
+        bytes.clear();
     }
     _exit(0);
 }
@@ -146,8 +160,9 @@ struct Child {
     pid_t pid = -1;
     int requests = -1;
     int results = -1;
-    std::optional<size_t> file; // at work on
+    std::deque<size_t> files; // at work on, or to follow
     std::string received;
+    bool reported_end = false; // of its process, which the end of its results will follow
 };
 
 class Run
@@ -167,6 +182,8 @@ class Run
   private:
     void spawn(Child &child);
     void stop(Child &child);
+    size_t files_left() const { return again.size() + files.size() - next_file; }
+    size_t take_file();
     void give_work(Child &child);
     void child_ended(Child &child);
     void file_done(Child &child, FileReport report);
@@ -178,6 +195,7 @@ class Run
     std::vector<Child> children;
     std::map<size_t, FileReport> finished; // not handed over yet: an earlier file is missing
     size_t next_file = 0;
+    std::deque<size_t> again; // one of them may have ended its process
     size_t next_report_file = 0;
     size_t done = 0;
     bool stopped = false;
@@ -226,18 +244,38 @@ void Run::stop(Child &child)
     }
 }
 
+size_t Run::take_file()
+{
+    size_t index = next_file;
+    if (again.empty()) {
+        next_file++;
+    } else {
+        index = again.front();
+        again.pop_front();
+    }
+    events.progress(done, files[index]);
+    return index;
+}
+
+// While there are many files a child gets some at a time and need not wait for this process; at
+// the end no file waits for a child while another one is idle. Files that were lost with a child
+// are read one by one, to find out which it was.
 void Run::give_work(Child &child)
 {
-    child.file.reset();
-    if (next_file == files.size()) {
-        stop(child);
+    const bool many = again.empty() && files_left() > 2 * MOST_AT_HAND * children.size();
+    if (child.files.size() > (many ? MOST_AT_HAND / 2 : 0))
         return;
+    uint32_t indexes[MOST_AT_HAND];
+    size_t count = 0;
+    for (; files_left() && child.files.size() < (many ? MOST_AT_HAND : 1); count++) {
+        child.files.push_back(take_file());
+        indexes[count] = static_cast<uint32_t>(child.files.back());
     }
-    const auto index = static_cast<uint32_t>(next_file++);
-    child.file = index;
-    events.progress(done, files[index]);
     // A child that has ended shows as the end of its results.
-    write_all(child.requests, &index, sizeof index);
+    if (count)
+        write_all(child.requests, indexes, count * sizeof *indexes);
+    else
+        stop(child);
 }
 
 // Reports go out in the order of the files, whichever child was first.
@@ -254,7 +292,8 @@ void Run::hand_over()
 
 void Run::file_done(Child &child, FileReport report)
 {
-    finished.emplace(*child.file, std::move(report));
+    finished.emplace(child.files.front(), std::move(report));
+    child.files.pop_front();
     done++;
     hand_over();
 }
@@ -275,15 +314,17 @@ void Run::child_ended(Child &child)
     stop(child);
     const std::string reason = how_it_ended(child.pid);
     child.pid = -1;
-    if (child.file) {
+    if (child.files.size() == 1 && !child.reported_end) {
         FileReport report;
-        report.path = files[*child.file];
+        report.path = files[child.files.front()];
         report.end_reason = reason;
         file_done(child, std::move(report));
-        child.file.reset();
     }
+    child.reported_end = false;
+    again.insert(again.end(), child.files.begin(), child.files.end());
+    child.files.clear();
     child.received.clear();
-    if (next_file < files.size()) {
+    if (files_left()) {
         spawn(child);
         if (child.results >= 0)
             give_work(child);
@@ -324,15 +365,14 @@ bool Run::step()
             continue;
         }
         child.received.append(buffer, static_cast<size_t>(got));
-        if (std::optional<FileReport> report = next_report(child.received)) {
-            if (report->state == FileState::ENDED)
-                report->end_reason = how_it_ended(child.pid);
-            const bool ended = report->state == FileState::ENDED;
+        while (std::optional<FileReport> report = next_report(child.received)) {
+            child.reported_end = report->state == FileState::ENDED;
+            if (child.reported_end)
+                report->end_reason = "the process that read the file ended";
             file_done(child, std::move(*report));
-            child.file.reset();
-            if (!ended)
-                give_work(child);
         }
+        if (!child.reported_end)
+            give_work(child);
     }
     return true;
 }

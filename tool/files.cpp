@@ -20,26 +20,51 @@ static bool has_known_ending(const char *name)
     return false;
 }
 
-static bool is_folder(const std::string &path, bool follow_link)
+static bool is_folder(const std::string &path)
 {
     struct stat status;
-    const int result = follow_link ? stat(path.c_str(), &status) : lstat(path.c_str(), &status);
-    return result == 0 && S_ISDIR(status.st_mode);
+    return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-static std::vector<std::string> names_in(const std::string &folder, bool *readable)
+// Pipes and devices below a folder are nobody's descriptions.
+static bool is_file(const std::string &path)
 {
-    std::vector<std::string> names;
+    struct stat status;
+    return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+namespace
+{
+
+struct FolderEntry {
+    std::string name;
+    unsigned char type; // DT_UNKNOWN where the file system does not tell
+};
+
+} // namespace
+
+static std::vector<FolderEntry> entries_of(const std::string &folder, bool *readable)
+{
+    std::vector<FolderEntry> entries;
     DIR *open = opendir(folder.c_str());
     *readable = open != nullptr;
     if (!open)
-        return names;
+        return entries;
     while (const dirent *entry = readdir(open))
         if (std::strcmp(entry->d_name, ".") != 0 && std::strcmp(entry->d_name, "..") != 0)
-            names.emplace_back(entry->d_name);
+            entries.push_back({entry->d_name, entry->d_type});
     closedir(open);
-    std::sort(names.begin(), names.end());
-    return names;
+    std::sort(entries.begin(), entries.end(),
+              [](const FolderEntry &a, const FolderEntry &b) { return a.name < b.name; });
+    return entries;
+}
+
+static unsigned char type_of(const std::string &path, const FolderEntry &entry)
+{
+    struct stat status;
+    if (entry.type != DT_UNKNOWN || lstat(path.c_str(), &status) != 0)
+        return entry.type;
+    return IFTODT(status.st_mode);
 }
 
 // Links to folders are not followed below the folder that was named: they may lead back.
@@ -52,11 +77,13 @@ static void collect_folder(const std::string &top, std::vector<std::string> &fil
         waiting.pop_back();
         bool readable;
         std::vector<std::string> folders;
-        for (const std::string &name : names_in(folder, &readable)) {
-            std::string path = folder + (folder.back() == '/' ? "" : "/") + name;
-            if (is_folder(path, false))
+        for (const FolderEntry &entry : entries_of(folder, &readable)) {
+            std::string path = folder + (folder.back() == '/' ? "" : "/") + entry.name;
+            const unsigned char type = type_of(path, entry);
+            if (type == DT_DIR)
                 folders.push_back(std::move(path));
-            else if (has_known_ending(name.c_str()) && !is_folder(path, true))
+            else if (has_known_ending(entry.name.c_str()) &&
+                     (type == DT_REG || (type == DT_LNK && is_file(path))))
                 files.push_back(std::move(path));
         }
         if (!readable)
@@ -70,7 +97,7 @@ std::vector<std::string> collect_files(const std::vector<std::string> &paths,
 {
     std::vector<std::string> files;
     for (const std::string &path : paths) {
-        if (path != "-" && is_folder(path, true))
+        if (path != "-" && is_folder(path))
             collect_folder(path, files, unreadable);
         else
             files.push_back(path);
