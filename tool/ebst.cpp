@@ -86,15 +86,21 @@ bool EbstRun::choose_output()
 
 void EbstRun::copy_to_standard_output()
 {
+    std::string text;
     char buffer[1 << 16];
     lseek(copy, 0, SEEK_SET);
-    for (ssize_t got; !write_failed && (got = read(copy, buffer, sizeof buffer)) > 0;)
-        for (ssize_t done = 0; done < got && !write_failed;) {
-            const ssize_t part =
-                ::write(standard_output, buffer + done, static_cast<size_t>(got - done));
-            write_failed = part < 0 && errno != EINTR;
-            done += part > 0 ? part : 0;
-        }
+    for (ssize_t got; (got = read(copy, buffer, sizeof buffer)) > 0;)
+        text.append(buffer, static_cast<size_t>(got));
+    // The header names the file: by the name that it gets where none is given.
+    const std::string named = "\"" + std::to_string(copy) + " created by";
+    if (const size_t at = text.find(named); at != std::string::npos)
+        text.replace(at, named.size(), "\"" + derived_name(options.path) + " created by");
+
+    for (size_t done = 0; done < text.size() && !write_failed;) {
+        const ssize_t part = ::write(standard_output, text.data() + done, text.size() - done);
+        write_failed = part < 0 && errno != EINTR;
+        done += part > 0 ? static_cast<size_t>(part) : 0;
+    }
     if (write_failed && errno != EPIPE)
         complain(std::string("cannot write to standard output: ") + std::strerror(errno));
 }
