@@ -441,7 +441,7 @@ TEST(ToolEbst, FileAndStandardOutput)
     EXPECT_TRUE(written.starts_with("EBST\n"));
 
     const ToolRun printed = run_tool({"ebst", DEMO, "-o", "-"});
-    EXPECT_NE(printed.output.find("\"demo.dsh created by"), std::string::npos);
+    EXPECT_NE(printed.out.find("\"demo.dsh created by"), std::string::npos);
     EXPECT_EQ(printed.status, 0);
     // The time stamp may differ.
     EXPECT_EQ(lines_of(printed.out).size(), lines_of(written).size());
