@@ -16,8 +16,10 @@ uint64_t scan_alone(const char *path)
     // The numbers of pin maps and cell tables are most of the text, so they are read as such.
     bsdl.scan_mode = SCAN_MODE_INTEGER;
     reader_state.context = nullptr;
-    if (arena_start(&bsdl.arena, size_t{64} << 10) && names_start(&bsdl.names, &bsdl.arena) &&
-        reading_start(&bsdl, &reading)) {
+    // As a reading does it, with a name table that fits the file.
+    if (arena_start(&bsdl.arena, size_t{16} << 10) && reading_start(&bsdl, &reading) &&
+        names_start(&bsdl.names, &bsdl.arena,
+                    static_cast<size_t>(reading.files[0].end - reading.files[0].text) / 32)) {
         bsdl.reading = &reading;
         BSDL_YYSTYPE value;
         int32_t line = 0;
