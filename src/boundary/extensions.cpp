@@ -166,8 +166,7 @@ int32_t bsdl_check_extensions(Bsdl *h)
     if (!arena_start(&scratch, SCRATCH_BLOCK))
         return BSDL_RESULT_FAILED;
     int32_t result = keep_declared(h, &scratch);
-    arena_release(&scratch);
-    return check_end(h, result);
+    return check_end(h, result, &scratch);
 }
 
 // ---------------------------------------------------------------------------------------- queries

@@ -210,7 +210,7 @@ int32_t bsdl_check_runbist(Bsdl *h)
                              "Runbist used, but RUNBIST instruction does not exist");
     result |= check_clocks(h, spec->wait, spec->line);
     result |= check_signature(h, spec, runbist);
-    return result;
+    return check_end(h, result);
 }
 
 int32_t bsdl_check_intest(Bsdl *h)
@@ -228,5 +228,5 @@ int32_t bsdl_check_intest(Bsdl *h)
         result |= rule_error({"intest-no-instruction", spec->line},
                              "Intest used, but INTEST instruction does not exist");
     result |= check_clocks(h, spec->wait, spec->line);
-    return result;
+    return check_end(h, result);
 }
