@@ -156,6 +156,8 @@ int32_t isc_check_begin(const Bsdl *bsdl);
 // The checks of a part of a PPC/PRG file, whose statements stand in the model. True when all
 // passed.
 bool isc_check_part(Bsdl *bsdl);
+// Whether the standard defines an instruction of this name.
+bool isc_is_instruction(const char *name);
 
 // ------------------------------------------------- statements other than ISC_Flow (isc_statements)
 

@@ -280,21 +280,6 @@ int32_t bsdl_check_isc_security(Bsdl *h)
 
 // -------------------------------------------------------------------------------- ISC_Illegal_Exit
 
-static bool is_isc_instruction(const char *name)
-{
-    static constexpr const char *NAMES[] = {
-        "ISC_ENABLE",           "ISC_DISABLE",      "ISC_PROGRAM",       "ISC_NOOP",
-        "ISC_PROGRAM_USERCODE", "ISC_SETUP",        "ISC_READ",          "ISC_ERASE",
-        "ISC_DISCHARGE",        "ISC_PROGRAM_DONE", "ISC_ERASE_DONE",    "ISC_PROGRAM_SECURITY",
-        "ISC_READ_INFO",        "ISC_DATA_SHIFT",   "ISC_ADDRESS_SHIFT", "ISC_INCREMENT"};
-    if (!text_starts_with(name, "ISC_"))
-        return false;
-    for (const char *one : NAMES)
-        if (same_text(name, one))
-            return true;
-    return false;
-}
-
 int32_t bsdl_check_isc_illegal_exit(Bsdl *h)
 {
     if (int32_t code = isc_check_begin(h))
@@ -311,7 +296,7 @@ int32_t bsdl_check_isc_illegal_exit(Bsdl *h)
         if (!find_instruction(h, name))
             result |= rule_error({"isc-illegal-exit-unknown", isc->illegal_exits_line},
                                  "illegal exit instruction '%s' does not exist", name);
-        else if (is_isc_instruction(name))
+        else if (isc_is_instruction(name))
             result |= rule_error({"isc-illegal-exit-isc", isc->illegal_exits_line},
                                  "illegal exit instruction '%s' is an ISC instruction", name);
     }

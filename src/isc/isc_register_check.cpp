@@ -69,29 +69,29 @@ static bool may_select(const IscInstruction *instruction, const char *register_n
     return false;
 }
 
-static uint32_t find_row(const uint32_t *folds, const char *name)
+static uint32_t find_row(const char *name)
 {
-    for (uint32_t row = 0; row < INSTRUCTION_COUNT; row++)
-        if (folds[row] == name_fold(name))
-            return row;
-    return INSTRUCTION_COUNT;
+    if (!text_starts_with(name, "ISC_")) // as most names of a description do not
+        return INSTRUCTION_COUNT;
+    uint32_t row = 0;
+    while (row < INSTRUCTION_COUNT && !same_text(name, INSTRUCTIONS[row].name))
+        row++;
+    return row;
 }
 
-// Only public instructions are seen, so a private ISC_ENABLE counts as missing.
-static int32_t check_instructions(Bsdl *bsdl)
-{
-    uint32_t folds[INSTRUCTION_COUNT];
-    bool seen[INSTRUCTION_COUNT] = {};
-    for (uint32_t row = 0; row < INSTRUCTION_COUNT; row++)
-        folds[row] = name_fold(model_name(bsdl, INSTRUCTIONS[row].name));
+bool isc_is_instruction(const char *name) { return find_row(name) != INSTRUCTION_COUNT; }
 
+// Only public instructions are seen, so a private ISC_ENABLE counts as missing.
+static int32_t check_instructions(const Bsdl *bsdl)
+{
+    bool seen[INSTRUCTION_COUNT] = {};
     int32_t result = 0;
     for (const GSList *link = bsdl->data->instruction_register->opcode_table; link;
          link = link->next) {
         const auto *entry = static_cast<const InstructionEntry *>(link->data);
         if (entry->type != INSTRUCTION_TYPE_PUBLIC)
             continue;
-        uint32_t row = find_row(folds, entry->name);
+        uint32_t row = find_row(entry->name);
         if (row == INSTRUCTION_COUNT)
             continue;
         seen[row] = true;
