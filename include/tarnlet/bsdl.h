@@ -862,8 +862,8 @@ TARNLET_API int32_t bsdl_check_packages(Bsdl *h);
 TARNLET_API int32_t bsdl_check_all_pin_maps(Bsdl *h);
 
 /** Checks the one pin mapping of that name, for hosts; bsdl_check() does not call it.
- * @return Also 5 for a NULL name, even with a NULL handle, without pin mappings, or if the
- *         mapping or the port clause is empty; 100 if there is no such mapping. */
+ * @return Also 5 for a NULL name, even with a NULL handle, and without pin mappings or a port
+ *         clause; 100 if there is no such mapping. */
 TARNLET_API int32_t bsdl_check_pin_map(Bsdl *h, const char *name);
 
 /** Differential pairs: sets the functions of their pins and links the two.

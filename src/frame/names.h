@@ -7,9 +7,9 @@
 #include <type_traits>
 
 // Every identifier of a reading (ports, pins, cells, instructions, registers, packages, ...) is
-// stored once, in the case of its first writing, and handed out as a pointer to its text. Names
-// that differ in case alone share one fold number, so comparing names and indexing by name never
-// looks at characters again. Patterns, paths and free texts are not names.
+// stored once for each way of writing it, and handed out as a pointer to its text. Names that
+// differ in case alone share one fold number, so comparing names and indexing by name never looks
+// at characters again. Patterns, paths and free texts are not names.
 struct NameTable {
     Arena *arena = nullptr;
     uint64_t *slots = nullptr; // high 16 bits: part of the hash; low 48 bits: address of the text
