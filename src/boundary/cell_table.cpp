@@ -20,8 +20,7 @@ constexpr size_t SCRATCH_BLOCK = size_t{64} << 10;
 
 } // namespace
 
-// ---------------------------------------------------------------------------------------
-// statements
+// -------------------------------------------------------------------------------------- statements
 
 // Mandatory in the 1990 issue, where its absence passes all the same.
 void boundary_cells_absent(Bsdl *bsdl)

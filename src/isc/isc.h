@@ -4,8 +4,7 @@
 #include "frame/lookup.h"
 #include "frame/model.h"
 
-// ------------------------------------------------------------------------------------------
-// records
+// ------------------------------------------------------------- records
 
 // Names a flow, in ISC_Flow where it is defined and in ISC_Procedure where it is used.
 struct IscFlowDescriptor {
