@@ -524,15 +524,16 @@ static int skip_comment(const Scan &scan, const char *start)
         input_leave_strings(reading);
         at = reading->at;
     }
-    if (length >= TOKEN_SIZE - 1) {
+    size_t line_end = 0;
+    if (at < reading->end)
+        line_end = at[0] == '\r' && at[1] == '\n' ? 2 : 1;
+    if (length + line_end >= TOKEN_SIZE) {
         stop(reading, "token too large, exceeds YYLMAX");
         return BSDL_YYEOF;
     }
-    if (at < reading->end) {
+    if (line_end)
         input_count_line_end(reading, at);
-        at += at[0] == '\r' && at[1] == '\n' ? 2 : 1;
-    }
-    reading->at = at;
+    reading->at = at + line_end;
     return NO_TOKEN;
 }
 
@@ -648,7 +649,11 @@ static int scan_part_or_file_name(const Scan &scan, const char *start)
     const char *end = start;
     while (CHARS.part_name[static_cast<unsigned char>(*end)] & (part ? 1 : 2))
         end++;
-    const char *shorter = in_word(*start) && *start != '_' ? word_end(start) : start + 1;
+    const char *shorter = start + 1;
+    if (start_class(*start) == LETTER || start_class(*start) == DIGIT)
+        shorter = word_end(start);
+    else if (start_class(*start) == OTHER)
+        shorter = start; // nothing else takes such a character
     for (const char *pair : {"::", ":=", "<>", "<<", ">>", "?!"})
         if (std::strncmp(start, pair, 2) == 0)
             shorter = start + 2;
