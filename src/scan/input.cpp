@@ -159,8 +159,7 @@ const char *join_strings(Bsdl *bsdl)
     return text;
 }
 
-// ---------------------------------------------------------------------------------------- the
-// lines
+// --------------------------------------------------------------------------------------- the lines
 
 void input_count_line_end(ScanState *reading, const char *at)
 {

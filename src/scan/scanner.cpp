@@ -116,6 +116,9 @@ static bool is_hex_digit(char c)
 
 static bool is_letter(char c) { return start_class(c) == LETTER; }
 
+// A carriage return and a newline are one line end.
+static size_t line_end_length(const char *at) { return at[0] == '\r' && at[1] == '\n' ? 2 : 1; }
+
 static const char *word_end(const char *at)
 {
     while (in_word(*at))
@@ -524,9 +527,7 @@ static int skip_comment(const Scan &scan, const char *start)
         input_leave_strings(reading);
         at = reading->at;
     }
-    size_t line_end = 0;
-    if (at < reading->end)
-        line_end = at[0] == '\r' && at[1] == '\n' ? 2 : 1;
+    const size_t line_end = at < reading->end ? line_end_length(at) : 0;
     if (length + line_end >= TOKEN_SIZE) {
         stop(reading, "token too large, exceeds YYLMAX");
         return BSDL_YYEOF;
@@ -686,7 +687,7 @@ int scan_token(BSDL_YYSTYPE *value, int32_t *line, Bsdl *bsdl)
             continue;
         case LINE_END:
             input_count_line_end(reading, at);
-            at += at[0] == '\r' && at[1] == '\n' ? 2 : 1;
+            at += line_end_length(at);
             continue;
         case ZERO:
             if (at < reading->end)
