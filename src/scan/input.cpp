@@ -195,6 +195,7 @@ static bool load_file(InputFile *file, const char *path)
     std::FILE *stream = open_to_read(path);
     if (!stream)
         return false;
+    std::setvbuf(stream, nullptr, _IONBF, 0); // straight into our own
     size_t capacity = size_t{64} << 10;
     if (std::fseek(stream, 0, SEEK_END) == 0) {
         long size = std::ftell(stream);
