@@ -1,7 +1,5 @@
 #include "aio/aio_description.h"
 
-#include <chrono>
-
 using namespace aio;
 
 namespace
@@ -218,6 +216,7 @@ TEST(AioQueries, ThisPinAmidstAWalk)
     EXPECT_EQ(shown(bsdlAioFirstPinBehavior(reading)), "D(0) 0");
 }
 
+// Searches that walked over all ports would take hours.
 TEST(AioQueries, ManyPorts)
 {
     constexpr int PORTS = 100000;
@@ -228,7 +227,6 @@ TEST(AioQueries, ManyPorts)
     ASSERT_EQ(bsdlGetNumErrors(reading), 0);
     EXPECT_EQ(bsdl_check_aio_pin_behavior(reading), 0);
     EXPECT_EQ(walk(reading).size(), size_t{PORTS});
-    const auto start = std::chrono::steady_clock::now();
     int found = 0;
     for (int round = 0; round < 2; round++)
         for (int i = PORTS - 1; i > 0; i--) {
@@ -236,8 +234,6 @@ TEST(AioQueries, ManyPorts)
             found += bsdlAioThisPinBehavior(reading, &port) != nullptr;
         }
     EXPECT_EQ(found, 2 * (PORTS - 1));
-    // Searches that walked over all ports would take hours.
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
 }
 
 } // namespace

@@ -133,22 +133,4 @@ TEST(AioStatements, BesideThoseOfIeee1532)
     }
 }
 
-TEST(AioStatements, CutAfterEachToken)
-{
-    const std::string text = CONFORMANCE_1149_6 + pulse("WAIT_DURATION TCK 15") +
-                             train("TRAIN 30, MAXIMUM_TIME 1.0e-6") +
-                             pins("A[7], D(1) : AC_SELECT=8 LP_TIME=1.0 HP_TIME=1.0 ON_CHIP; Y");
-    const std::string front = statements("").text();
-    const std::string head = front.substr(0, front.rfind("end DEV;"));
-    for (size_t at = 0; at < text.size(); at++) {
-        if (std::isalnum(static_cast<unsigned char>(text[at])))
-            continue;
-        Reading reading(head + text.substr(0, at) + "\"; end DEV;", options());
-        reading.check(bsdl_check_aio);
-        bsdlAioFirstPinBehavior(reading);
-    }
-    Reading after(statements(text), options());
-    EXPECT_EQ(bsdlGetNumErrors(after), 0);
-}
-
 } // namespace

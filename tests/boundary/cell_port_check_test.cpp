@@ -1,6 +1,5 @@
 #include "cells.h"
 
-#include "frame/lookup.h"
 #include "ports/ports.h"
 
 using namespace support;
@@ -172,21 +171,4 @@ TEST(CellPortPins, FirstCellTellsWhetherThePinCanBeDisabled)
     for (const PinEntry *pin : all_of(reading.handle(), bsdlGetFirstPin, bsdlGetNextPin))
         disabled.push_back(pin->has_disable);
     EXPECT_EQ(disabled, (std::vector<int32_t>{0, 0, 0, 0, 1, 0, 1}));
-}
-
-TEST(CellPortPins, MemoryRunsOut)
-{
-    int32_t result = 100;
-    for (long requests = 0; result && requests < 100; requests++) {
-        Reading reading(
-            with_cells({"Y:out", "B:inout"}, {CONTROL, "1 (BC_0, Y, output3, X, 0, 0, Z)",
-                                              "2 (BC_0, B, output2, X)", "3 (BC_0, B, input, X)"}));
-        check_up_to_cells(reading);
-        lookups_drop(reading);
-        memory_fail_after(requests);
-        result = reading.check(bsdl_check_bsr);
-        memory_fail_after(-1);
-        EXPECT_TRUE(result == 0 || result == 100) << requests;
-    }
-    EXPECT_EQ(result, 0);
 }

@@ -216,14 +216,6 @@ TEST(CellTable, Statements)
     }
 }
 
-TEST(CellTable, FastReadLeavesTheRegisterOut)
-{
-    Reading reading(Description(), {.flags = FAST_READ});
-    EXPECT_EQ(0, bsdlGetBSRLength(reading));
-    EXPECT_EQ(nullptr, bsdlGetFirstCellEntry(reading));
-    EXPECT_EQ(nullptr, bsdlGetNextCellEntry(reading));
-}
-
 TEST(CellTable, NullEntry)
 {
     EXPECT_EQ(0, bsdlGetBSRLength(nullptr));

@@ -2,7 +2,6 @@
 #include "frame/model.h"
 #include "support/description.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <regex>
 #include <sys/stat.h>
@@ -48,7 +47,6 @@ std::vector<std::string> golden_names()
 
 } // namespace
 
-// Rewrites the files when TARNLET_UPDATE=1 stands in the environment.
 TEST_P(Golden, File)
 {
     std::string name = GetParam();
@@ -59,11 +57,7 @@ TEST_P(Golden, File)
     ASSERT_EQ(bsdlGetNumErrors(reading), 0);
     EXPECT_EQ(reading.check(bsdl_check), name == "faulty" ? 100 : 0)
         << testing::PrintToString(errors_and_warnings(reading.messages()));
-    std::string text = masked(written(reading, name + ".dsh"));
-    fs::path golden = GOLDEN / (name + ".dsh");
-    if (const char *update = std::getenv("TARNLET_UPDATE"); update && *update == '1')
-        write_text(golden, text);
-    EXPECT_EQ(text, read_text(golden));
+    expect_golden("ebst/golden/" + name + ".dsh", masked(written(reading, name + ".dsh")));
 }
 
 INSTANTIATE_TEST_SUITE_P(Ebst, Golden, testing::ValuesIn(golden_names()),

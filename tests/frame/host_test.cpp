@@ -1,4 +1,4 @@
-// What a host does beside one reading: many in one process, one from inside a message sink, several
+// What a host does beside one reading: many in one process, one from inside a message sink, two
 // processes at once.
 
 #include "frame/arena.h"
@@ -6,6 +6,8 @@
 #include "support/description.h"
 
 #include <cstdlib>
+#include <cstring>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <string>
 #include <sys/wait.h>
@@ -14,9 +16,16 @@
 namespace
 {
 
-constexpr const char *EXAMPLES[] = {"demo.bsd",     "demo_1990.bsd",    "demo_1994.bsd",
-                                    "isc_2001.bsd", "isc_2002.bsd",     "aio_2003.bsd",
-                                    "two_taps.prg", "demo_mistakes.bsd"};
+// With and without errors, of their syntax too.
+constexpr const char *FILES[] = {
+    "examples/demo.bsd",     "examples/demo_1990.bsd",     "examples/demo_1994.bsd",
+    "examples/isc_2001.bsd", "examples/isc_2002.bsd",      "examples/aio_2003.bsd",
+    "examples/two_taps.prg", "examples/demo_mistakes.bsd", "tests/tool/mistakes.bsd"};
+
+std::string in_source(const std::string &file)
+{
+    return std::string(TARNLET_SOURCE_DIR) + "/" + file;
+}
 
 // All that a host sees of one file: results, and messages with where they belong.
 class Record
@@ -87,71 +96,83 @@ void Record::run()
         const char *name = bsdlGetCellEbstName(cell);
         text_ += std::string(name ? name : "-") + " ";
     }
+    text_ += std::to_string(bsdlPrgNbrOfComponents(h));
+    text_ += bsdlPrgFirstProgPart(h) && bsdlIscFirstAction(h) ? "+" : "-";
+    text_ += bsdlAioFirstPinBehavior(h) ? "+" : "-";
     bsdlRelease(h);
 }
 
-static std::string alone(const char *example)
+static std::string alone(const std::string &path)
 {
-    Record record(support::example(example));
+    Record record(path);
     record.run();
     return record.text();
 }
 
-class ReadingInsideSink : public testing::TestWithParam<const char *>
+class EachFile : public testing::TestWithParam<const char *>
 {
+  protected:
     void TearDown() override { support::reset_reader_state(); }
+
+    const std::string path_ = in_source(GetParam());
+    const std::string alone_ = alone(path_);
 };
 
-TEST_P(ReadingInsideSink, ChangesNeither)
+TEST_P(EachFile, ReadingInsideTheSinkChangesNeither)
 {
-    const std::string outer_alone = alone(GetParam());
-    Record counted(support::example(GetParam()));
+    Record counted(path_);
     counted.run();
     ASSERT_GT(counted.messages(), 10);
     for (int after = 0; after < counted.messages(); after++) {
-        const char *example = EXAMPLES[after % std::size(EXAMPLES)];
-        Record outer(support::example(GetParam()));
-        Record inner(support::example(example));
+        const std::string other = in_source(FILES[after % std::size(FILES)]);
+        Record outer(path_);
+        Record inner(other);
         outer.nest(&inner, after);
         outer.run();
-        ASSERT_EQ(outer.text(), outer_alone) << example << " inside, at message " << after;
-        ASSERT_EQ(inner.text(), alone(example)) << example << " inside, at message " << after;
+        ASSERT_EQ(outer.text(), alone_) << other << " inside, at message " << after;
+        ASSERT_EQ(inner.text(), alone(other)) << other << " inside, at message " << after;
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(examples, ReadingInsideSink, testing::ValuesIn(EXAMPLES),
+// Whatever remains of a file can be checked and asked, and leaves nothing behind.
+TEST_P(EachFile, MayEndEarly)
+{
+    const std::string text = support::read_text(path_);
+    const std::string path = support::new_folder() + "/cut";
+    for (size_t end = 0; end < text.size(); end++) {
+        if (!std::strchr(";,:\n", text[end]))
+            continue;
+        support::write_text(path, text.substr(0, end + 1));
+        Record(path).run();
+    }
+    EXPECT_EQ(alone(path_), alone_);
+}
+
+INSTANTIATE_TEST_SUITE_P(files, EachFile, testing::ValuesIn(FILES),
                          [](const testing::TestParamInfo<const char *> &info) {
-                             std::string name = info.param;
-                             name.resize(name.find('.'));
-                             return name;
+                             return std::filesystem::path(info.param).stem().string();
                          });
 
-TEST(Processes, SeveralAtOnceReadAlike)
+TEST(Processes, TwoAtOnceReadAlike)
 {
-    std::string single;
-    for (const char *example : EXAMPLES)
-        single += alone(example);
+    const auto all = [] {
+        std::string text;
+        for (const char *file : FILES)
+            text += alone(in_source(file));
+        return text;
+    };
+    const std::string single = all();
+    const pid_t child = fork();
+    bool alike = true;
+    for (int round = 0; round < 5; round++)
+        alike &= all() == single;
+    if (child == 0)
+        _exit(alike ? 0 : 1);
+    int status = -1;
+    EXPECT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    EXPECT_TRUE(alike);
     support::reset_reader_state();
-    pid_t children[3];
-    for (pid_t &child : children) {
-        child = fork();
-        ASSERT_GE(child, 0);
-        if (child != 0)
-            continue;
-        for (int round = 0; round < 20; round++) {
-            std::string mine;
-            for (const char *example : EXAMPLES)
-                mine += alone(example);
-            if (mine != single)
-                _exit(1);
-        }
-        _exit(0);
-    }
-    for (const pid_t child : children) {
-        int status = 0;
-        ASSERT_EQ(waitpid(child, &status, 0), child);
-        EXPECT_EQ(status, 0);
-    }
 }
 
 static long resident_kib()
@@ -173,9 +194,9 @@ TEST(ManyReadings, DoNotGrow)
     const int readings = wanted ? std::atoi(wanted) : 2000;
     const std::string folder = support::new_folder();
     std::vector<std::string> files;
-    for (const char *example : EXAMPLES) {
-        const std::string text = support::read_text(support::example(example));
-        files.push_back(support::example(example));
+    for (const char *file : FILES) {
+        files.push_back(in_source(file));
+        const std::string text = support::read_text(files.back());
         // Cut inside a statement, inside a string, and with a line that no statement begins with.
         for (size_t part = 1; part < 4; part++) {
             files.push_back(folder + "/" + std::to_string(files.size()));

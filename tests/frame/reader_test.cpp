@@ -189,7 +189,7 @@ TEST_F(Reader, Outcomes)
           total("1 syntax error")},
          STRICT},
         // Behind the statement one token is looked at: it might have gone on.
-        {"fast", Description().with(BOUNDARY_LENGTH, "; \x08").text(), 0, {}, FAST_READ},
+        {"fast", Description().with(REGISTER_ACCESS, "; \x08").text(), 0, {}, FAST_READ},
         {"fast, without IDCODE",
          Description()
              .without(IDCODE_REGISTER)
@@ -443,49 +443,6 @@ TEST_F(Channel, LongTextsAreCut)
     }
 }
 
-// A sink that reads a file of its own at each message.
-struct NestingHost {
-    Host outer;
-    Host inner;
-    std::string path;
-    BsdlContext context = {sink, this, 4};
-
-    static void sink(void *data, BsdlMessage *message)
-    {
-        auto *host = static_cast<NestingHost *>(data);
-        Host::sink(&host->outer, message);
-        const std::string file = bsdlMessageFile() ? bsdlMessageFile() : "";
-        const int32_t line = bsdlMessageLine();
-        Bsdl *bsdl = host->inner.read(host->path.c_str());
-        EXPECT_EQ(bsdl_check(bsdl), 0);
-        bsdlRelease(bsdl);
-        EXPECT_EQ(bsdlMessageFile() ? bsdlMessageFile() : "", file);
-        EXPECT_EQ(bsdlMessageLine(), line);
-    }
-};
-
-TEST_F(Channel, ASinkMayReadAFileOfItsOwn)
-{
-    const std::string path =
-        file(Description(Issue::BSDL_1990).with(GENERIC_PARAMETER, BAD_GENERIC).text());
-    Host alone;
-    Bsdl *bsdl = alone.read(path.c_str());
-    EXPECT_EQ(bsdl_check(bsdl), 0);
-    bsdlRelease(bsdl);
-
-    NestingHost nesting;
-    nesting.path = file(Description().text(), "inner.bsd");
-    bsdl = readBsdl(path.c_str(), nullptr, nullptr, 0, &nesting.context);
-    EXPECT_EQ(bsdlGetNumErrors(bsdl), 1);
-    EXPECT_EQ(bsdl_check(bsdl), 0);
-    bsdlRelease(bsdl);
-    ExpectedMessages want;
-    for (const Message &message : alone.messages)
-        want.push_back({message.level, message.text, static_cast<int>(message.verbosity)});
-    expect_messages(nesting.outer.messages, want);
-    EXPECT_FALSE(nesting.inner.messages.empty());
-}
-
 TEST_F(Channel, TheLatestReadingTakesTheMessagesOfAllHandles)
 {
     const std::string path = file(Description().text());
@@ -579,19 +536,6 @@ TEST_F(Driver, Steps)
         EXPECT_EQ(reading.check(bsdl_check), result) << "the verdict stays";
         EXPECT_TRUE(reading.messages().empty());
     }
-}
-
-TEST_F(Driver, AStepsOwnMessagesComeAheadOfItsLine)
-{
-    Reading reading(Description().replace(INSTRUCTION_CAPTURE, "0101", "01010"));
-    EXPECT_EQ(reading.check(bsdl_check), 100);
-    expect_messages(errors_and_warnings(reading.messages()),
-                    {{ERROR,
-                      "instruction capture pattern (01010) length (5) must be equal to "
-                      "instruction length (4)",
-                      2},
-                     {ERROR, "instruction capture pattern (01010) must end in 01", 2},
-                     {ERROR, "\tInstruction register description has errors", 1}});
 }
 
 TEST_F(Driver, ResultsWithoutAllChecks)

@@ -2,7 +2,6 @@
 
 #include "isc_family.h"
 
-#include <cstdlib>
 #include <functional>
 
 using namespace support;
@@ -11,29 +10,15 @@ using namespace isc_family;
 namespace
 {
 
-// A golden file beside this one; rewritten when TARNLET_UPDATE=1 stands in the environment, to be
-// reviewed then.
-void expect_golden(const std::string &name, const std::string &text)
-{
-    std::string path = std::string(TARNLET_SOURCE_DIR) + "/tests/isc/" + name;
-    if (const char *update = std::getenv("TARNLET_UPDATE"); update && *update == '1')
-        write_text(path, text);
-    if (read_text(path) == text)
-        return;
-    write_text(path + ".got", text);
-    ADD_FAILURE() << "not as in " << name << ": compare it with " << path
-                  << ".got; it is rewritten when TARNLET_UPDATE=1 stands in the environment";
-}
-
 // Of both examples. The fixed pins of the older one stand in the way of the queries, but not of
 // this test.
 TEST(IscQueries, WholeTrees)
 {
     Reading newer(read_text(example("isc_2002.bsd")));
     expect_passed(newer);
-    expect_golden("isc_2002.golden", tree_text(newer));
+    expect_golden("isc/isc_2002.golden", tree_text(newer));
     // A second walk finds every cursor where it was.
-    expect_golden("isc_2002.golden", tree_text(newer));
+    expect_golden("isc/isc_2002.golden", tree_text(newer));
 
     Reading older(read_text(example("isc_2001.bsd")));
     EXPECT_EQ(older.check(bsdl_check_isc), 100);
@@ -42,7 +27,7 @@ TEST(IscQueries, WholeTrees)
                      {ERROR, "\tISC fixed pins description has errors"},
                      {ERROR, "    BSDL ISC semantic checks failed"}});
     older.handle()->data->check_passed |= 0x10;
-    expect_golden("isc_2001.golden", tree_text(older));
+    expect_golden("isc/isc_2001.golden", tree_text(older));
 }
 
 const char FLOWS[] =

@@ -282,26 +282,4 @@ TEST(IscStatements, LastOfSeveralFamiliesCounts)
     EXPECT_EQ(reading.handle()->data->isc->pin_behavior, ISC_PIN_BEHAVIOR_CLAMP);
 }
 
-// Read token by token from a file that ends early: whatever remains can be checked and asked.
-TEST(IscStatements, CutAfterEachToken)
-{
-    std::string text = full()
-                           .with_flow("F(ARRAY) INITIALIZE (MINE 8:$a=FF, 8:$a+1 WAIT TCK 1, "
-                                      "1.0e-3 MIN, 2 MAX 8:!$a~*?:OST:CRC) REPEAT 2 LOOP MIN 1 "
-                                      "MAX 2 ((MINE 8:?! WAIT 1.5))")
-                           .description()
-                           .text();
-    size_t begin = text.find("attribute ISC_Conformance");
-    for (size_t end = begin; end < text.size(); end++) {
-        if (text[end] == ' ' || std::isalnum(static_cast<unsigned char>(text[end])))
-            continue;
-        Reading reading(text.substr(0, end + 1));
-        if (reading.handle()) {
-            bsdl_check(reading);
-            bsdl_check_isc(reading);
-            tree_text(reading);
-        }
-    }
-}
-
 } // namespace

@@ -1,6 +1,7 @@
 #!/bin/sh
-# Builds the host program of the guide against an installed tree as the guide says, by pkg-config
-# and by CMake, runs it, and compares what it prints with what it is known to print.
+# Installs into a folder of its own, moves it, builds the host program of the guide against it as the
+# guide says, by pkg-config and by CMake, runs it, and compares what it prints with what it is known
+# to print.
 # With TARNLET_UPDATE=1 in the environment that is written anew.
 set -eu
 source_dir=$1 build_dir=$2 libdir=$3 cc=$4 sanitize=$5
@@ -9,7 +10,8 @@ trap 'rm -rf "$work"' EXIT
 root=$work/root
 flags="-Wall -Wextra -Werror ${sanitize:+-fsanitize=$sanitize -fno-sanitize-recover=all}"
 
-cmake --install "$build_dir" --prefix "$root" > "$work/log" || { cat "$work/log"; exit 1; }
+cmake --install "$build_dir" --prefix "$work/first" > "$work/log" || { cat "$work/log"; exit 1; }
+mv "$work/first" "$root"
 
 PKG_CONFIG_PATH=$root/$libdir/pkgconfig
 export PKG_CONFIG_PATH
@@ -43,6 +45,11 @@ grep -q '^examples/demo_mistakes.bsd:[0-9]*: .*\[[a-z0-9-]*\]$' "$work/err"
 status=0
 "$work/device_report" no/such.bsd > "$work/out" 2> "$work/err" || status=$?
 [ $status = 2 ]
+
+# Packages that are installed beside the library are found without being told.
+"$work/device_report" tests/packaging/needs_package.bsd > "$work/out"
+[ ! -x "$build_dir/bin/tarnlet" ] || "$root/bin/tarnlet" check --quiet \
+    tests/packaging/needs_package.bsd
 
 # The guide knows every export.
 while read -r name; do

@@ -164,22 +164,4 @@ TEST(PrgStatements, NamesOfFamilies)
     }
 }
 
-TEST(PrgStatements, CutAfterEachToken)
-{
-    const std::string text = read_text(example("two_taps.prg"));
-    for (size_t at = 0; at < text.size(); at++) {
-        if (!std::isspace(static_cast<unsigned char>(text[at])) ||
-            (at && std::isspace(text[at - 1])))
-            continue;
-        Reading reading(text.substr(0, at), options());
-        reading.check(bsdl_check_prg);
-        bsdlPrgFirstTap(reading);
-        bsdlPrgFirstComponent(reading);
-        bsdlPrgFirstProgPart(reading);
-        bsdlIscFirstFixedPin(reading);
-    }
-    Reading after(text, options());
-    EXPECT_EQ(bsdlGetNumErrors(after), 0);
-}
-
 } // namespace

@@ -127,14 +127,4 @@ TEST(IdRegisters, Queries)
     expect_iteration(without.handle(), bsdlGetFirstIdcodePattern, bsdlGetNextIdcodePattern, {});
 }
 
-TEST(IdRegisters, FastReadEndsBehindTheIdcode)
-{
-    Reading reading(Description().with(USERCODE_REGISTER, usercode(ID).second),
-                    {.flags = FAST_READ});
-    EXPECT_EQ(bsdlGetNbrOfIdcodePatterns(reading), 1);
-    EXPECT_EQ(bsdlGetNbrOfUsercodePatterns(reading), 0);
-    EXPECT_EQ(bsdlGetBSRLength(reading), 0);
-    EXPECT_FALSE(reading.has("\tUsercode register statement passed"));
-}
-
 } // namespace

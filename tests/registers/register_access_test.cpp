@@ -236,11 +236,4 @@ TEST(RegisterAccess, ManyRegistersJoin)
         missing);
 }
 
-TEST(RegisterAccess, FastReadWithoutIdcodeEndsHere)
-{
-    Reading reading(described({"", {NO_IDCODE, access("BYPASS (BYPASS)")}}), {.flags = FAST_READ});
-    EXPECT_TRUE(reading.has("\tRegister access statement passed"));
-    EXPECT_EQ(bsdlGetBSRLength(reading), 0);
-}
-
 } // namespace

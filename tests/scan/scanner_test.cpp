@@ -266,13 +266,18 @@ struct Seen {
     int source_line; // where it stands
 };
 
+void store_strings(Scanning &scanning)
+{
+    for (int token = scanning.next(); token && token != ';'; token = scanning.next())
+        if (token == QUOTED_STRING)
+            store_string(scanning.handle(), scanning.value.quoted);
+}
+
 // Stores the strings of the input up to the ';', reads them again and goes on in the file.
 std::vector<Seen> rescanned(Scanning &scanning)
 {
     Bsdl *bsdl = scanning.handle();
-    for (int token = scanning.next(); token && token != ';'; token = scanning.next())
-        if (token == QUOTED_STRING)
-            store_string(bsdl, scanning.value.quoted);
+    store_strings(scanning);
     rescan_strings(bsdl);
     std::vector<Seen> seen;
     while (scanning.next()) {
@@ -333,9 +338,7 @@ TEST(Rescan, ReleaseKeepsTheCharacterThatWasLookedAt)
 {
     Scanning scanning("\"A, rest\"; C");
     Bsdl *bsdl = scanning.handle();
-    for (int token = scanning.next(); token != ';'; token = scanning.next())
-        if (token == QUOTED_STRING)
-            store_string(bsdl, scanning.value.quoted);
+    store_strings(scanning);
     rescan_strings(bsdl);
     EXPECT_EQ(scanning.next(), IDENTIFIER);
     release_strings(bsdl);
@@ -349,9 +352,7 @@ TEST(Rescan, ReleaseBeforeTheEndGoesBackToTheFile)
 {
     Scanning scanning("\"A (1) rest\" &\n\"more\"\n; C");
     Bsdl *bsdl = scanning.handle();
-    for (int token = scanning.next(); token != ';'; token = scanning.next())
-        if (token == QUOTED_STRING)
-            store_string(bsdl, scanning.value.quoted);
+    store_strings(scanning);
     EXPECT_STREQ(join_strings(bsdl), "A (1) rest\nmore");
     rescan_strings(bsdl);
     for (int i = 0; i < 4; i++)

@@ -8,6 +8,7 @@
 #include <fstream>
 #include <ostream>
 #include <sstream>
+#include <unistd.h>
 
 namespace support
 {
@@ -229,11 +230,38 @@ void write_text(const std::string &path, const std::string &text)
     EXPECT_TRUE(stream.good()) << path;
 }
 
+namespace
+{
+
+// A process that was forked off, as death tests are, leaves those of its parent.
+struct Folders {
+    std::vector<std::pair<std::string, pid_t>> made;
+    ~Folders()
+    {
+        std::error_code ignored;
+        for (const auto &[name, maker] : made)
+            if (maker == getpid())
+                std::filesystem::remove_all(name, ignored);
+    }
+};
+
+} // namespace
+
 std::string new_folder()
 {
+    static Folders folders;
     std::string name = (std::filesystem::temp_directory_path() / "tarnlet_test_XXXXXX").string();
     EXPECT_NE(mkdtemp(name.data()), nullptr);
+    folders.made.emplace_back(name, getpid());
     return name;
+}
+
+void expect_golden(const std::string &name, const std::string &text)
+{
+    const std::string path = std::string(TARNLET_SOURCE_DIR) + "/tests/" + name;
+    if (const char *update = std::getenv("TARNLET_UPDATE"); update && *update == '1')
+        write_text(path, text);
+    EXPECT_EQ(text, read_text(path)) << name;
 }
 
 std::string example(const std::string &name)

@@ -180,6 +180,9 @@ std::string read_text(const std::string &path);
 void write_text(const std::string &path, const std::string &text);
 // A new empty folder, gone at the end of the process.
 std::string new_folder();
+// Holds a text to the golden file tests/NAME, which it becomes when TARNLET_UPDATE=1 stands in the
+// environment, to be reviewed then.
+void expect_golden(const std::string &name, const std::string &text);
 // examples/NAME of the source tree.
 std::string example(const std::string &name);
 

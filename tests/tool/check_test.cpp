@@ -11,6 +11,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace support;
 namespace fs = std::filesystem;
 
 namespace
@@ -39,13 +40,6 @@ bool contains(const std::string &text, const std::string &part)
     return text.find(part) != std::string::npos;
 }
 
-std::string contents(const std::string &path)
-{
-    std::ostringstream text;
-    text << std::ifstream(path, std::ios::binary).rdbuf();
-    return text.str();
-}
-
 struct GoldenCheck {
     const char *name;
     std::vector<std::string> arguments;
@@ -64,7 +58,7 @@ TEST_P(CheckGolden, Output)
 {
     const ToolRun run = run_tool(GetParam().arguments);
     EXPECT_EQ(run.status, GetParam().status);
-    expect_golden(run.out, GetParam().name);
+    expect_golden_output(run.out, GetParam().name);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -72,6 +66,9 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         GoldenCheck{"check_mistakes.txt", {"check", MISTAKES}, 1},
         GoldenCheck{"check_mistakes.gcc", {"check", "--format", "gcc", MISTAKES}, 1},
+        // Each mistake that the file marks is reported, and nothing else is.
+        GoldenCheck{
+            "check_example.gcc", {"check", "--format", "gcc", "examples/demo_mistakes.bsd"}, 1},
         GoldenCheck{"check_mistakes.json", {"check", "--format", "json", MISTAKES}, 1},
         GoldenCheck{"check_mistakes.sarif", {"check", "--format", "sarif", MISTAKES}, 1},
         GoldenCheck{"check_colour.txt", {"check", "--color", "always", "--strict", MISTAKES}, 1},
@@ -89,7 +86,7 @@ INSTANTIATE_TEST_SUITE_P(
 // Each comment of mistakes.bsd stands above the line that its mistake is reported on.
 TEST(ToolCheck, LinesPointAtTheMistakes)
 {
-    const std::vector<std::string> source = lines_of(contents(MISTAKES));
+    const std::vector<std::string> source = lines_of(read_text(MISTAKES));
     std::vector<int> expected;
     for (size_t i = 0; i < source.size(); i++)
         if (contains(source[i], "-- Mistake:"))
@@ -116,8 +113,7 @@ TEST(ToolCheck, OnlyTheFormatStandsOnStandardOutput)
     }
 }
 
-// ----------------------------------------------------------------------- status and what is
-// counted
+// --------------------------------------------------------------------- status, what is counted
 
 namespace
 {
@@ -146,7 +142,6 @@ TEST_P(CheckStatus, Status)
 INSTANTIATE_TEST_SUITE_P(
     Tool, CheckStatus,
     testing::Values(
-        StatusCase{"clean", {"check", DEMO}, 0, "1 file checked: no errors, no warnings"},
         StatusCase{"errors", {"check", MISTAKES}, 1, "1 file checked: 13 errors, 3 warnings"},
         StatusCase{
             "werror", {"check", "--werror", MISTAKES}, 1, "1 file checked: 16 errors, no warnings"},
@@ -170,12 +165,16 @@ INSTANTIATE_TEST_SUITE_P(
                    {"check", "--quiet", "--error-limit", "2", MISTAKES},
                    1,
                    "  11 more errors not shown"},
-        StatusCase{"files_of_all_kinds",
-                   {"check", "examples/aio_2003.bsd", "examples/isc_2002.bsd",
-                    "examples/two_taps.prg", DEMO},
+        StatusCase{"examples",
+                   {"check", "--werror", DEMO, "examples/demo_1994.bsd", "examples/demo_1990.bsd",
+                    "examples/isc_2002.bsd", "examples/aio_2003.bsd", "examples/two_taps.prg"},
                    0,
-                   "4 files checked (1 with IEEE 1532, 1 with IEEE 1149.6, 1 PPC/PRG): no errors, "
+                   "6 files checked (1 with IEEE 1532, 1 with IEEE 1149.6, 1 PPC/PRG): no errors, "
                    "no warnings"},
+        StatusCase{"examples_strict",
+                   {"check", "--werror", "--strict", DEMO, "examples/aio_2003.bsd"},
+                   0,
+                   "2 files checked (1 with IEEE 1149.6): no errors, no warnings"},
         StatusCase{"missing_file",
                    {"check", "missing.bsd"},
                    2,
@@ -239,13 +238,13 @@ TEST(ToolCheck, QuietLeavesTheMessages)
 
 TEST(ToolCheck, StandardInput)
 {
-    const ToolRun run = run_tool({"check", "-"}, contents(MISTAKES));
+    const ToolRun run = run_tool({"check", "-"}, read_text(MISTAKES));
     EXPECT_EQ(run.status, 1);
     std::string expected = run_tool({"check", MISTAKES}).out;
     expected.replace(expected.find(MISTAKES), std::string(MISTAKES).size(), "<stdin>");
     EXPECT_EQ(run.out, expected);
 
-    const ToolRun both = run_tool({"check", "--format", "gcc", DEMO, "-"}, contents(MISTAKES));
+    const ToolRun both = run_tool({"check", "--format", "gcc", DEMO, "-"}, read_text(MISTAKES));
     EXPECT_TRUE(contains(both.out, "<stdin>:48: error: <pin id> '26' is not unique"));
 }
 
@@ -327,10 +326,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(ToolCheck, MissingPackageIsReportedWithAllFolders)
 {
-    std::string text = contents(DEMO);
-    const std::string after = "use STD_1149_1_2001.all;";
-    text.insert(text.find(after) + after.size(), "\n    use MISSING_PKG.all;");
-    const std::string path = scratch_file("needs.bsd", text);
+    const std::string path = demo_using("MISSING_PKG");
     const ToolRun run =
         run_tool({"check", "--format", "gcc", "-I", "examples", "-I", "tests/tool/", path});
     EXPECT_EQ(run.status, 1);
@@ -358,29 +354,7 @@ TEST(ToolCheck, MissingPackageIsReportedWithAllFolders)
     EXPECT_TRUE(contains(run_tool({"check", "--format", "json", path}).out, "\"searched\":["));
 }
 
-// ---------------------------------------------------------------------------------- child
-// processes
-
-namespace
-{
-
-// Packages of packages, more than may be open at a time: that ends the process that reads them.
-std::string description_that_ends_the_process()
-{
-    for (int i = 0; i < 12; i++) {
-        const std::string name = "NEST" + std::to_string(i);
-        const std::string use = "use STD_1149_1_2001.all;\n";
-        scratch_file(name + ".all", "package " + name + " is\n" + use + "end " + name +
-                                        ";\npackage body " + name + " is\n" + use + "end " + name +
-                                        ";\n; use NEST" + std::to_string(i + 1) + ".all;\n");
-    }
-    std::string text = contents(DEMO);
-    const std::string after = "use STD_1149_1_2001.all;";
-    return scratch_file("nested.bsd",
-                        text.insert(text.find(after) + after.size(), "\n    use NEST0.all;"));
-}
-
-} // namespace
+// -------------------------------------------------------------------------------- child processes
 
 TEST(ToolCheck, OutputDoesNotDependOnTheNumberOfProcesses)
 {
@@ -393,7 +367,7 @@ TEST(ToolCheck, OutputDoesNotDependOnTheNumberOfProcesses)
 
 TEST(ToolCheck, FileThatEndsItsProcessDoesNotEndTheRun)
 {
-    const std::string nested = description_that_ends_the_process();
+    const std::string nested = description_that_ends_its_process();
     const ToolRun alone = run_tool({"check", "--format", "gcc", nested});
     EXPECT_EQ(alone.status, 2);
     EXPECT_TRUE(contains(alone.out, "Includes nested too deep [package-nested-too-deep]"));
@@ -437,7 +411,7 @@ TEST(ToolEbst, FileAndStandardOutput)
     const ToolRun run = run_tool({"ebst", DEMO, "-o", path});
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.out + run.err, "");
-    const std::string written = contents(path);
+    const std::string written = read_text(path);
     EXPECT_TRUE(written.starts_with("EBST\n"));
 
     const ToolRun printed = run_tool({"ebst", DEMO, "-o", "-"});
@@ -455,15 +429,15 @@ TEST(ToolEbst, Refusals)
     EXPECT_EQ(failed.status, 1);
     EXPECT_TRUE(contains(failed.out, "[pin-id-not-unique]"));
     EXPECT_TRUE(contains(failed.err, "--force"));
-    EXPECT_EQ(contents(path), "old");
+    EXPECT_EQ(read_text(path), "old");
     EXPECT_EQ(run_tool({"ebst", "--force", MISTAKES, "-o", path}).status, 1);
-    EXPECT_TRUE(contents(path).starts_with("EBST\n"));
+    EXPECT_TRUE(read_text(path).starts_with("EBST\n"));
 
-    const std::string input = scratch_file("input.bsd", contents(DEMO));
+    const std::string input = scratch_file("input.bsd", read_text(DEMO));
     EXPECT_EQ(run_tool({"ebst", input, "-o", input}).status, 2);
     EXPECT_EQ(run_tool({"ebst", input, "-o", fs::path(input).parent_path() / "./input.bsd"}).status,
               2);
-    EXPECT_EQ(contents(input), contents(DEMO));
+    EXPECT_EQ(read_text(input), read_text(DEMO));
     EXPECT_EQ(run_tool({"ebst", "examples/two_taps.prg", "-o", path}).status, 2);
     EXPECT_EQ(run_tool({"ebst", "missing.bsd", "-o", path}).status, 2);
     EXPECT_EQ(run_tool({"ebst", DEMO, "-o", "/dev/full"}).status, 2);

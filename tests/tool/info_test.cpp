@@ -4,18 +4,12 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <sstream>
+
+using namespace support;
 
 namespace
 {
-
-std::string source_text(const std::string &path)
-{
-    std::ifstream file(std::string(TARNLET_SOURCE_DIR) + "/" + path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
 
 std::string replaced(std::string text, const std::string &from, const std::string &to)
 {
@@ -42,7 +36,7 @@ TEST_P(ToolGolden, Output)
     const ToolRun run = run_tool(GetParam().arguments);
     EXPECT_EQ(run.status, GetParam().status);
     EXPECT_EQ(run.err, "");
-    expect_golden(run.out, GetParam().name);
+    expect_golden_output(run.out, GetParam().name);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -87,14 +81,14 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(ToolInfo, DescriptionFromStandardInput)
 {
     const ToolRun from_file = run_tool({"cells", "examples/demo.bsd"});
-    const ToolRun from_input = run_tool({"cells", "-"}, source_text("examples/demo.bsd"));
+    const ToolRun from_input = run_tool({"cells", "-"}, read_text("examples/demo.bsd"));
     EXPECT_EQ(from_input.status, 0);
     EXPECT_EQ(from_input.out, from_file.out);
 }
 
 TEST(ToolInfo, SyntaxErrorsLeaveTheRest)
 {
-    const std::string text = source_text("examples/demo.bsd");
+    const std::string text = read_text("examples/demo.bsd");
     const std::string path =
         scratch_file("broken.bsd", replaced(text, "attribute RUNBIST_EXECUTION of",
                                             "attribute RUNBIST_EXECUTION to"));
@@ -139,19 +133,9 @@ TEST(ToolInfo, FilesThatCannotBeRead)
     EXPECT_EQ(list.out, "component\r\ntarn_demo\r\n");
 }
 
-// Eleven package files, each of which goes on with the next, are one too many for the library.
 TEST(ToolInfo, FileThatEndsItsProcess)
 {
-    for (int i = 1; i <= 11; i++) {
-        const std::string name = "nest" + std::to_string(i);
-        scratch_file(name + ".all", "package " + name + " is\nend " + name + ";\npackage body " +
-                                        name + " is\nend " + name + ";\n;\nuse nest" +
-                                        std::to_string(i + 1) + ".all\n");
-    }
-    const std::string standard = "use STD_1149_1_2001.all;";
-    const std::string path =
-        scratch_file("deep.bsd", replaced(source_text("examples/demo.bsd"), standard,
-                                          standard + "\nuse nest1.all;"));
+    const std::string path = description_that_ends_its_process();
     const ToolRun info = run_tool({"info", path});
     EXPECT_EQ(info.status, 2);
     EXPECT_EQ(info.out, "");
@@ -217,7 +201,7 @@ TEST(ToolInfo, FieldsOfTheStartDoNotDependOnTheRest)
 
 TEST(ToolInfo, LettersBeyondAsciiAndControlCharacters)
 {
-    const std::string text = replaced(source_text("examples/demo.bsd"), "DATA is driven",
+    const std::string text = replaced(read_text("examples/demo.bsd"), "DATA is driven",
                                       "5\xB0 \x1B[31m\x01\x7F is driven");
     const std::string path = scratch_file("latin\n1.bsd", text);
     for (const std::vector<std::string> &form :
@@ -240,7 +224,7 @@ TEST(ToolInfo, LettersBeyondAsciiAndControlCharacters)
 
 TEST(ToolInfo, NamesAreComparedWithoutCaseAndOrder)
 {
-    std::string text = source_text("examples/demo.bsd");
+    std::string text = read_text("examples/demo.bsd");
     text = replaced(text, "\"EXTEST    (000000), \" &\n        \"SAMPLE    (000001), \"",
                     "\"Sample    (000001), \" &\n        \"extest    (000000), \"");
     text = replaced(text, "BC_4, CLK,", "bc_4, clk,");

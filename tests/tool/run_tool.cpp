@@ -1,33 +1,40 @@
 #include "run_tool.h"
 
+#include "support/package_file.h"
+
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
-#include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <spawn.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
-namespace fs = std::filesystem;
-
-static std::string read_whole(const fs::path &path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
+using namespace support;
 
 std::string scratch_file(const std::string &name, const std::string &text)
 {
-    // Cases run side by side, each in a process of its own.
-    const fs::path folder =
-        fs::path(TARNLET_BUILD_DIR) / "tests" / "scratch" / ("tool-" + std::to_string(getpid()));
-    fs::create_directories(folder);
-    std::ofstream(folder / name, std::ios::binary) << text;
-    return folder / name;
+    static const std::string folder = new_folder();
+    write_text(folder + "/" + name, text);
+    return folder + "/" + name;
+}
+
+std::string demo_using(const std::string &package)
+{
+    const std::string standard = "use STD_1149_1_2001.all;";
+    std::string text = read_text(example("demo.bsd"));
+    const size_t at = text.find(standard) + standard.size();
+    return scratch_file("uses_" + package + ".bsd",
+                        text.insert(at, "\n    use " + package + ".all;"));
+}
+
+std::string description_that_ends_its_process()
+{
+    for (int i = 0; i < 12; i++) {
+        const std::string name = "nest" + std::to_string(i);
+        scratch_file(name + ".all", PackageFile{.name = name}.text() + ";\nuse nest" +
+                                        std::to_string(i + 1) + ".all;\n");
+    }
+    return demo_using("nest0");
 }
 
 ToolRun run_tool(const std::vector<std::string> &arguments, const std::string &input)
@@ -55,8 +62,8 @@ ToolRun run_tool(const std::vector<std::string> &arguments, const std::string &i
     int status = 0;
     while (waitpid(child, &status, 0) < 0 && errno == EINTR)
         continue;
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), read_whole(out),
-            read_whole(err)};
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), read_text(out),
+            read_text(err)};
 }
 
 // What stands in the build folder is elsewhere on each machine.
@@ -68,13 +75,7 @@ static std::string masked(std::string text)
     return text;
 }
 
-void expect_golden(const std::string &output, const std::string &name)
+void expect_golden_output(const std::string &output, const std::string &name)
 {
-    const std::string text = masked(output);
-    const fs::path path = fs::path(TARNLET_SOURCE_DIR) / "tests" / "tool" / "golden" / name;
-    if (const char *update = std::getenv("TARNLET_UPDATE"); update && *update == '1') {
-        fs::create_directories(path.parent_path());
-        std::ofstream(path, std::ios::binary) << text;
-    }
-    EXPECT_EQ(text, read_whole(path)) << name;
+    expect_golden("tool/golden/" + name, masked(output));
 }

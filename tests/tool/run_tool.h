@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/description.h"
+
 #include <string>
 #include <vector>
 
@@ -13,9 +15,12 @@ struct ToolRun {
 // Runs the built tool in the source folder, standard input is `input`.
 ToolRun run_tool(const std::vector<std::string> &arguments, const std::string &input = {});
 
-// Holds an output to a file of tests/tool/golden, which it becomes when TARNLET_UPDATE=1 stands in
-// the environment. The build folder is written as BUILD.
-void expect_golden(const std::string &output, const std::string &name);
+// Holds an output to a file of tests/tool/golden, the build folder written as BUILD.
+void expect_golden_output(const std::string &output, const std::string &name);
 
-// A file below the build folder, made anew.
+// A file made anew in the scratch folder of the process.
 std::string scratch_file(const std::string &name, const std::string &text);
+// examples/demo.bsd with one more use statement.
+std::string demo_using(const std::string &package);
+// Packages of packages, more than may be open at a time: that ends the process that reads it.
+std::string description_that_ends_its_process();
