@@ -50,7 +50,12 @@ static int run(const Command &command, int argc, char **argv)
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError &error) {
-        return app.exit(error, std::cout, std::cerr) == 0 ? STATUS_CLEAN : STATUS_UNUSABLE;
+        if (error.get_exit_code() == 0) {
+            app.exit(error, std::cout, std::cerr);
+            return STATUS_CLEAN;
+        }
+        complain(escaped(error.what()) + "\nRun with --help for more information.");
+        return STATUS_UNUSABLE;
     }
     return action();
 }

@@ -1,9 +1,11 @@
 #include "output.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <poll.h>
 #include <unistd.h>
 
 size_t utf8_length(std::string_view text)
@@ -59,17 +61,33 @@ std::string counted(size_t count, const char *noun)
     return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }
 
+size_t columns_of(std::string_view text)
+{
+    return static_cast<size_t>(std::count_if(text.begin(), text.end(), [](char c) {
+        return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+    }));
+}
+
 void complain(const std::string &text) { std::fprintf(stderr, "tarnlet: %s\n", text.c_str()); }
 
 bool output_failed() { return std::ferror(stdout) != 0; }
+
+// Whatever the write that failed has left in errno.
+static bool reader_has_gone()
+{
+    pollfd output = {STDOUT_FILENO, POLLOUT, 0};
+    return poll(&output, 1, 0) > 0 && (output.revents & (POLLERR | POLLHUP)) != 0;
+}
 
 bool close_output()
 {
     errno = 0;
     if (std::fflush(stdout) == 0 && !output_failed())
         return true;
-    if (errno != EPIPE && errno != 0)
-        complain(std::string("cannot write to standard output: ") + std::strerror(errno));
+    // A long text has gone out, and failed to, before this flush: then the reason is not known.
+    const std::string reason = errno ? std::string(": ") + std::strerror(errno) : "";
+    if (!reader_has_gone())
+        complain("cannot write to standard output" + reason);
     return false;
 }
 

@@ -16,6 +16,9 @@ size_t utf8_length(std::string_view text);
 // ends for a plain listing along.
 std::string escaped_line(std::string_view text);
 
+// Width on a terminal, for a character a column: continuation bytes of UTF-8 take none.
+size_t columns_of(std::string_view text);
+
 // "1 file", "2 files".
 std::string counted(size_t count, const char *noun);
 

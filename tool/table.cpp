@@ -45,17 +45,9 @@ std::string value_text(const Json &value, std::string_view nothing, std::string_
     return text;
 }
 
-// Width on a terminal, for a character a column: continuation bytes take none.
-static size_t width_of(const std::string &text)
-{
-    return static_cast<size_t>(std::count_if(text.begin(), text.end(), [](char c) {
-        return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
-    }));
-}
-
 static void add_padded(std::string &line, const std::string &text, size_t width, bool right)
 {
-    const size_t used = width_of(text);
+    const size_t used = columns_of(text);
     const std::string blanks(width > used ? width - used : 0, ' ');
     line += right ? blanks + text : text + blanks;
 }
@@ -86,7 +78,7 @@ static Layout lay_out(const Json &rows, const std::vector<std::string> &columns)
         for (const Json &row : rows) {
             const Json &value = row[column];
             numbers = numbers && (value.is_number() || value.is_null());
-            width = std::max(width, width_of(word_of(value)));
+            width = std::max(width, columns_of(word_of(value)));
         }
         layout.heads.push_back(std::move(head));
         layout.widths.push_back(width);

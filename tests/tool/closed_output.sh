@@ -15,7 +15,8 @@ expect() {
 complaints=$(mktemp)
 trap 'rm -f "$complaints"' EXIT
 for form in 'check examples' 'check --format json tests/tool/mistakes.bsd' \
-    'ebst examples/demo.bsd -o -' 'check --list-rules'; do
+    'ebst examples/demo.bsd -o -' 'check --list-rules' \
+    'diff examples/demo.bsd examples/isc_2002.bsd'; do
     # A reader that has gone is no fault of the tool's, and no reason to say anything.
     exec 3> >(true)
     wait $!
