@@ -4,6 +4,7 @@
 #include "reporter.h"
 #include "source_lines.h"
 
+#include <algorithm>
 #include <cstdio>
 
 namespace
@@ -60,36 +61,61 @@ void TextReporter::heading(const FileFindings &file) const
     std::putchar('\n');
 }
 
+// A blank for a tab, so that the mark stands below what it marks.
+static std::string character(std::string_view text) { return text == "\t" ? " " : escaped(text); }
+
+// The start of a text that takes no more than so many columns.
+static std::string first_columns(std::string_view text, size_t columns)
+{
+    std::string start;
+    while (!text.empty()) {
+        const size_t length = std::max<size_t>(utf8_length(text), 1);
+        const std::string next = character(text.substr(0, length));
+        if (columns_of(start) + columns_of(next) > columns)
+            break;
+        start += next;
+        text.remove_prefix(length);
+    }
+    return start;
+}
+
+// Its end.
+static std::string last_columns(std::string_view text, size_t columns)
+{
+    std::string end;
+    while (!text.empty()) {
+        size_t length = std::min<size_t>(text.size(), 4);
+        while (length > 1 && utf8_length(text.substr(text.size() - length)) != length)
+            length--;
+        const std::string next = character(text.substr(text.size() - length));
+        if (columns_of(next) + columns_of(end) > columns)
+            break;
+        end.insert(0, next);
+        text.remove_suffix(length);
+    }
+    return end;
+}
+
 // A window of a long line, with the mark in it.
 void TextReporter::source_line(const Finding &finding)
 {
-    std::string_view line = sources.line(finding.file, finding.line);
-    Mark mark = find_mark(line, finding.text);
+    const std::string_view line = sources.line(finding.file, finding.line);
+    const Mark mark = find_mark(line, finding.text);
     if (mark.length == 0)
         return;
-    if (line.size() > WIDEST_LINE) {
-        const size_t from = mark.at > WIDEST_LINE / 2 ? mark.at - WIDEST_LINE / 2 : 0;
-        line = line.substr(from, WIDEST_LINE);
-        mark.at -= from;
-        mark.length = std::min(mark.length, line.size() - mark.at);
-    }
-    // Blanks for tabs, so that the mark stands below what it marks.
-    std::string before(line.substr(0, mark.at));
-    std::string behind(line.substr(mark.at + mark.length));
-    for (std::string *part : {&before, &behind})
-        for (char &c : *part)
-            c = c == '\t' ? ' ' : c;
-    before = escaped(before);
-    const std::string marked = escaped(line.substr(mark.at, mark.length));
-    std::printf("        %s %s%s%s\n", painted(DIM, "|").c_str(), before.c_str(), marked.c_str(),
-                escaped(behind).c_str());
-    size_t columns = 0;
-    for (char c : before)
-        columns += (static_cast<unsigned char>(c) & 0xC0) != 0x80;
-    std::printf("        %s %*s%s\n", painted(DIM, "|").c_str(), static_cast<int>(columns), "",
-                painted(colour_of(finding.severity),
-                        "^" + std::string(marked.size() > 1 ? marked.size() - 1 : 0, '~'))
-                    .c_str());
+    const std::string_view left = line.substr(0, mark.at);
+    size_t room = WIDEST_LINE - columns_of(last_columns(left, WIDEST_LINE / 2));
+    const std::string marked = first_columns(line.substr(mark.at, mark.length), room);
+    room -= columns_of(marked);
+    const std::string behind = first_columns(line.substr(mark.at + mark.length), room);
+    // What they leave is for more of the left.
+    const std::string before =
+        last_columns(left, WIDEST_LINE - columns_of(marked) - columns_of(behind));
+    const std::string margin = "        " + painted(DIM, "|") + " ";
+    const std::string under = "^" + std::string(columns_of(marked) - 1, '~');
+    std::printf("%s%s%s%s\n", margin.c_str(), before.c_str(), marked.c_str(), behind.c_str());
+    std::printf("%s%*s%s\n", margin.c_str(), static_cast<int>(columns_of(before)), "",
+                painted(colour_of(finding.severity), under).c_str());
 }
 
 void TextReporter::finding(const FileFindings &file, const Finding &finding)

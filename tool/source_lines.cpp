@@ -5,6 +5,12 @@
 #include <fstream>
 #include <iterator>
 
+// As the library counts them: a lone carriage return ends a line too.
+static bool ends_line(std::string_view text, size_t at)
+{
+    return text[at] == '\n' || (text[at] == '\r' && !text.substr(at + 1).starts_with('\n'));
+}
+
 std::string_view SourceLines::line(const std::string &file, int32_t number)
 {
     auto [at, added] = files.try_emplace(file);
@@ -14,17 +20,14 @@ std::string_view SourceLines::line(const std::string &file, int32_t number)
         source.text.assign(std::istreambuf_iterator<char>(stream), {});
         source.starts.push_back(0);
         for (size_t i = 0; i < source.text.size(); i++)
-            if (source.text[i] == '\n')
+            if (ends_line(source.text, i))
                 source.starts.push_back(i + 1);
     }
     if (number < 1 || static_cast<size_t>(number) > source.starts.size())
         return {};
     std::string_view rest = source.text;
     rest.remove_prefix(source.starts[static_cast<size_t>(number) - 1]);
-    rest = rest.substr(0, rest.find('\n'));
-    if (rest.ends_with('\r'))
-        rest.remove_suffix(1);
-    return rest;
+    return rest.substr(0, rest.find_first_of("\r\n"));
 }
 
 static bool is_word(char c) { return std::isalnum(static_cast<unsigned char>(c)) || c == '_'; }
