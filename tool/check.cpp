@@ -12,7 +12,6 @@
 
 #include <chrono>
 #include <cstdio>
-#include <thread>
 #include <unistd.h>
 
 namespace
@@ -32,7 +31,7 @@ struct CheckOptions {
     bool verbose = false;
     bool quiet = false;
     bool werror = false;
-    size_t error_limit = 0;
+    unsigned error_limit = 0;
     unsigned jobs = 0;
 };
 
@@ -89,7 +88,7 @@ class CheckRun
     Selection selection;
     std::unique_ptr<Reporter> reporter;
     Totals totals;
-    bool folders_missing = false;
+    bool all_found = true;
 };
 
 } // namespace
@@ -156,7 +155,7 @@ bool CheckRun::take(const FileReport &report)
 
 int CheckRun::status() const
 {
-    if (totals.not_read || folders_missing)
+    if (totals.not_read || !all_found)
         return STATUS_UNUSABLE;
     return totals.errors ? STATUS_FINDINGS : STATUS_CLEAN;
 }
@@ -190,11 +189,7 @@ int CheckRun::run()
     set_job();
     make_reporter();
 
-    std::vector<std::string> unreadable;
-    const std::vector<std::string> files = collect_files(options.paths, unreadable);
-    for (const std::string &folder : unreadable)
-        complain("cannot read folder " + escaped(folder));
-    folders_missing = !unreadable.empty();
+    const std::vector<std::string> files = collect_files(options.paths, &all_found);
 
     if (files.size() == 1) {
         FileReport report;
@@ -204,12 +199,6 @@ int CheckRun::run()
         if_process_ends({});
         take(report);
     } else {
-        // The copy of standard input is there for all children.
-        for (const std::string &path : files)
-            if (path == "-")
-                standard_input_file();
-        const unsigned processors = std::thread::hardware_concurrency();
-        const unsigned processes = options.jobs ? options.jobs : processors ? processors : 1;
         Progress progress(files.size(), !options.quiet);
         const ChildEvents events = {
             .report =
@@ -218,7 +207,7 @@ int CheckRun::run()
                     return take(report);
                 },
             .progress = [&](size_t done, const std::string &path) { progress.show(done, path); }};
-        check_in_children(files, job, processes, events);
+        check_in_children(files, job, options.jobs, events);
         progress.clear();
     }
     reporter->end(totals);

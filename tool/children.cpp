@@ -2,6 +2,7 @@
 
 #include "output.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -13,6 +14,7 @@
 #include <poll.h>
 #include <string_view>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 constexpr int KEPT_MEMORY = 64 << 20;
@@ -54,8 +56,9 @@ static std::string packed(const FileReport &report)
     put_text(body, report.device);
     put_number(body, report.checks);
     put_number(body, static_cast<uint32_t>(report.state));
+    put_number(body, static_cast<uint32_t>(report.syntax_errors));
     put_number(body, report.passed);
-    put_number(body, report.syntax_failed);
+    put_text(body, report.extract);
     put_number(body, static_cast<uint32_t>(report.messages.size()));
     for (const Message &message : report.messages) {
         put_number(body, static_cast<uint32_t>(message.level));
@@ -77,8 +80,9 @@ static FileReport unpacked(std::string_view body)
     report.device = take_text(body);
     report.checks = take_number(body);
     report.state = static_cast<FileState>(take_number(body));
+    report.syntax_errors = static_cast<int32_t>(take_number(body));
     report.passed = take_number(body) != 0;
-    report.syntax_failed = take_number(body) != 0;
+    report.extract = take_text(body);
     report.messages.resize(take_number(body));
     for (Message &message : report.messages) {
         message.level = static_cast<int32_t>(take_number(body));
@@ -253,7 +257,8 @@ size_t Run::take_file()
         index = again.front();
         again.pop_front();
     }
-    events.progress(done, files[index]);
+    if (events.progress)
+        events.progress(done, files[index]);
     return index;
 }
 
@@ -396,6 +401,11 @@ Run::~Run()
 void check_in_children(const std::vector<std::string> &files, const CheckJob &job, size_t processes,
                        const ChildEvents &events)
 {
+    // The copy of standard input is there for all children.
+    if (std::find(files.begin(), files.end(), "-") != files.end())
+        standard_input_file();
+    if (processes == 0)
+        processes = std::max(std::thread::hardware_concurrency(), 1u);
     Run run(files, job, events);
     run.start(processes);
     while (run.step())

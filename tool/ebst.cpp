@@ -139,8 +139,11 @@ int EbstRun::run()
         close_output();
         return STATUS_UNUSABLE;
     });
-    check_file(options.path, {.read = options.read}, report,
-               [&](Reading &reading) { write(reading, report.passed); });
+    check_file(
+        options.path,
+        {.read = options.read,
+         .afterwards = [this](Reading &reading, FileReport &done) { write(reading, done.passed); }},
+        report);
     if_process_ends({});
 
     const FileFindings findings = select_findings(report, {});

@@ -16,8 +16,17 @@ static bool is_try(const Message &message)
            message.text.starts_with("\tTrying '");
 }
 
-void check_file(const std::string &path, const CheckJob &job, FileReport &report,
-                const std::function<void(Reading &reading)> &afterwards)
+static uint32_t checks_for(Reading &reading, const ReadOptions &read)
+{
+    if (reading.is_prg())
+        return CHECKED_PRG;
+    uint32_t checks = CHECKED_BSDL;
+    if (!read.fast_read)
+        checks |= (reading.has_isc() ? +CHECKED_ISC : 0u) | (reading.has_aio() ? +CHECKED_AIO : 0u);
+    return checks;
+}
+
+void check_file(const std::string &path, const CheckJob &job, FileReport &report)
 {
     std::vector<Message> tries;
     const auto keep = [&](const Message &message) {
@@ -44,14 +53,13 @@ void check_file(const std::string &path, const CheckJob &job, FileReport &report
     }
     if (const char *device = bsdlComponentName(reading.handle()))
         report.device = device;
-    report.checks = reading.is_prg() ? CHECKED_PRG : CHECKED_BSDL;
-    if (!reading.is_prg() && !job.read.fast_read)
-        report.checks |=
-            (reading.has_isc() ? +CHECKED_ISC : 0u) | (reading.has_aio() ? +CHECKED_AIO : 0u);
-    report.syntax_failed = bsdlGetNumErrors(reading.handle()) > 0;
-    report.passed = reading.check();
-    if (afterwards)
-        afterwards(reading);
+    report.syntax_errors = bsdlGetNumErrors(reading.handle());
+    if (job.checks) {
+        report.checks = checks_for(reading, job.read);
+        report.passed = reading.check();
+    }
+    if (job.afterwards)
+        job.afterwards(reading, report);
     report.state = FileState::READ;
 }
 

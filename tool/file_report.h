@@ -22,23 +22,25 @@ struct FileReport {
     std::string end_reason; // of ENDED
     uint32_t checks = 0;
     FileState state = FileState::ENDED;
+    int32_t syntax_errors = 0;
     bool passed = false;
-    bool syntax_failed = false;
     std::vector<Message> messages;
+    std::string extract; // what the job has taken from the file
 };
 
 struct CheckJob {
     ReadOptions read;
+    bool checks = true;
     // Messages of level 0 and 1 up to `finding_verbosity`, the others up to `note_verbosity`.
     uint32_t finding_verbosity = 3;
     uint32_t note_verbosity = 0;
+    // Called with a file that could be read; messages of what it does join the others.
+    std::function<void(Reading &reading, FileReport &report)> afterwards;
 };
 
 // Reads and checks a file in this process. The report grows while the file is read, so that it
-// holds what was said when the process has to end. What is done `afterwards` with a file that
-// could be read adds its messages too.
-void check_file(const std::string &path, const CheckJob &job, FileReport &report,
-                const std::function<void(Reading &reading)> &afterwards = {});
+// holds what was said when the process has to end.
+void check_file(const std::string &path, const CheckJob &job, FileReport &report);
 
 // The library ends the process where the memory for a scan or a package search runs out. This is
 // then called and gives the exit status; an empty handler is none.

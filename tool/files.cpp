@@ -68,8 +68,7 @@ static unsigned char type_of(const std::string &path, const FolderEntry &entry)
 }
 
 // Links to folders are not followed below the folder that was named: they may lead back.
-static void collect_folder(const std::string &top, std::vector<std::string> &files,
-                           std::vector<std::string> &unreadable)
+static void collect_folder(const std::string &top, std::vector<std::string> &files, bool *all_read)
 {
     std::vector<std::string> waiting = {top};
     while (!waiting.empty()) {
@@ -86,21 +85,28 @@ static void collect_folder(const std::string &top, std::vector<std::string> &fil
                      (type == DT_REG || (type == DT_LNK && is_file(path))))
                 files.push_back(std::move(path));
         }
-        if (!readable)
-            unreadable.push_back(folder + ": " + std::strerror(errno));
+        if (!readable) {
+            complain("cannot read folder " + escaped(folder) + ": " + std::strerror(errno));
+            *all_read = false;
+        }
         waiting.insert(waiting.end(), folders.rbegin(), folders.rend());
     }
 }
 
-std::vector<std::string> collect_files(const std::vector<std::string> &paths,
-                                       std::vector<std::string> &unreadable)
+std::vector<std::string> collect_files(const std::vector<std::string> &paths, bool *all_read)
 {
     std::vector<std::string> files;
+    *all_read = true;
     for (const std::string &path : paths) {
         if (path != "-" && is_folder(path))
-            collect_folder(path, files, unreadable);
+            collect_folder(path, files, all_read);
         else
             files.push_back(path);
+    }
+    if (files.empty() && *all_read) {
+        complain("there are no .bsd, .bsdl, .bsm, .ppc or .prg files in " + escaped(paths[0]) +
+                 (paths.size() > 1 ? " and the other folders" : ""));
+        *all_read = false;
     }
     return files;
 }

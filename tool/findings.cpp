@@ -104,7 +104,7 @@ void Selecting::verdict(const Message &message)
 {
     const bool of_step = message.text.starts_with('\t');
     Finding finding = finding_of(message);
-    if (!report.syntax_failed && (of_step ? !said_in_step : !said_in_file)) {
+    if (report.syntax_errors == 0 && (of_step ? !said_in_step : !said_in_file)) {
         finding.rule = RULE_CHECK_FAILED;
         const auto chosen = selection.rules.find(RULE_CHECK_FAILED);
         if (chosen != selection.rules.end())

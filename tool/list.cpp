@@ -1,8 +1,8 @@
 // tarnlet list: chosen fields of many files, a row for each.
 
+#include "children.h"
 #include "command.h"
 #include "files.h"
-#include "guarded.h"
 #include "output.h"
 #include "table.h"
 #include "words.h"
@@ -196,7 +196,7 @@ static Depth depth_of(const std::vector<std::string> &fields)
     return depth;
 }
 
-static Json row_of(Reading &reading, const std::string &path, const ListJob &job, bool passed)
+static Json row_of(const Reading &reading, const FileReport &report, const ListJob &job)
 {
     Json row;
     for (const std::string &name : job.fields) {
@@ -206,52 +206,49 @@ static Json row_of(Reading &reading, const std::string &path, const ListJob &job
         else if (field->value)
             row[name] = field->value(reading.handle());
         else
-            row[name] = name == "passed" ? Json(passed) : text_value(path.c_str());
+            row[name] = name == "passed" ? Json(report.passed) : text_value(report.path.c_str());
     }
     return row;
 }
 
-// The row of a file, null for one that cannot be read, and the status that the file leads to.
-static Json read_row(const std::string &path, const ListJob &job, Depth depth)
+static void complain_of(const FileReport &report, const std::string &what)
 {
-    std::string first_error;
-    ReadOptions options = job.read;
-    options.fast_read = depth == Depth::START;
-    Reading reading(path, options, 2, [&](const Message &message) {
-        if (message.level == BSDL_LEVEL_ERROR && first_error.empty())
-            first_error = escaped_line(message.text);
-    });
-    if (!reading.handle()) {
-        complain(escaped(path) + ": " + (first_error.empty() ? "cannot be read" : first_error));
-        return {{"row", nullptr}, {"status", STATUS_UNUSABLE}};
+    complain(escaped(report.path) + ": " + what);
+}
+
+// Says what is wrong with a file and gives the status that it leads to.
+static int status_of(const FileReport &report)
+{
+    if (report.extract.empty()) {
+        const auto error =
+            std::find_if(report.messages.begin(), report.messages.end(),
+                         [](const Message &each) { return each.level == BSDL_LEVEL_ERROR; });
+        complain_of(report, error != report.messages.end() ? escaped_line(error->text)
+                            : !report.end_reason.empty()   ? report.end_reason
+                                                           : "cannot be read");
+        return STATUS_UNUSABLE;
     }
-    const int32_t syntax_errors = bsdlGetNumErrors(reading.handle());
-    if (syntax_errors > 0)
-        complain(escaped(path) + ": " +
-                 counted(static_cast<size_t>(syntax_errors), "syntax error"));
-    const bool passed = depth == Depth::CHECKS && reading.check();
-    return {{"row", row_of(reading, path, job, passed)},
-            {"status", syntax_errors > 0 ? STATUS_FINDINGS : STATUS_CLEAN}};
+    if (report.syntax_errors == 0)
+        return STATUS_CLEAN;
+    complain_of(report, counted(static_cast<size_t>(report.syntax_errors), "syntax error"));
+    return STATUS_FINDINGS;
 }
 
 static int read_rows(const std::vector<std::string> &files, const ListJob &job, Json &rows)
 {
     int status = STATUS_CLEAN;
     const Depth depth = depth_of(job.fields);
-    const auto done = [&](size_t, const std::string &line) {
-        Json result = Json::parse(line);
-        status = std::max(status, result["status"].get<int>());
-        if (!result["row"].is_null())
-            rows.push_back(std::move(result["row"]));
+    CheckJob reading = {.read = job.read, .checks = depth == Depth::CHECKS, .finding_verbosity = 2};
+    reading.read.fast_read = depth == Depth::START;
+    reading.afterwards = [&](Reading &file, FileReport &report) {
+        report.extract = row_of(file, report, job).dump();
     };
-    const auto lost = [&](size_t item) {
-        complain(escaped(files[item]) + ": ended the process that read it");
-        status = STATUS_UNUSABLE;
-    };
-    run_guarded(files.size(),
-                {.work = [&](size_t item) { return read_row(files[item], job, depth).dump(); },
-                 .done = done,
-                 .lost = lost});
+    check_in_children(files, reading, 0, {.report = [&](const FileReport &report) {
+                          status = std::max(status, status_of(report));
+                          if (!report.extract.empty())
+                              rows.push_back(Json::parse(report.extract));
+                          return true;
+                      }});
     return status;
 }
 
@@ -274,17 +271,12 @@ static int run(const ListJob &job)
         print_fields();
         return STATUS_CLEAN;
     }
-    int status = STATUS_CLEAN;
-    std::vector<std::string> unreadable;
-    const std::vector<std::string> files = collect_files(job.paths, unreadable);
-    for (const std::string &folder : unreadable) {
-        complain(escaped(folder));
-        status = STATUS_UNUSABLE;
-    }
+    bool all_found;
+    const std::vector<std::string> files = collect_files(job.paths, &all_found);
     Json rows = Json::array();
-    status = std::max(status, read_rows(files, job, rows));
+    const int status = read_rows(files, job, rows);
     print_table(rows, job.fields, job.form);
-    return status;
+    return all_found ? status : STATUS_UNUSABLE;
 }
 
 std::function<int()> set_up_list(CLI::App &app)

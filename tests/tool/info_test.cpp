@@ -131,6 +131,11 @@ TEST(ToolInfo, FilesThatCannotBeRead)
         run_tool({"list", "--csv", "--fields", "component", "no/such.bsd", "examples/demo.bsd"});
     EXPECT_EQ(list.status, 2);
     EXPECT_EQ(list.out, "component\r\ntarn_demo\r\n");
+    EXPECT_EQ(run_tool({"list", "docs"}).status, 2);
+    // Standard input is there for all of them.
+    const ToolRun twice = run_tool({"list", "--csv", "--fields", "component", "-", "-"},
+                                   read_text("examples/demo.bsd"));
+    EXPECT_EQ(twice.out, "component\r\ntarn_demo\r\ntarn_demo\r\n");
 }
 
 TEST(ToolInfo, FileThatEndsItsProcess)
@@ -145,7 +150,7 @@ TEST(ToolInfo, FileThatEndsItsProcess)
                                    "examples/demo.bsd", path, "examples/demo_1990.bsd"});
     EXPECT_EQ(list.status, 2);
     EXPECT_EQ(list.out, "component,pins\r\ntarn_demo,41\r\ntarn_demo_1990,15\r\n");
-    const std::string said = "tarnlet: " + path + ": ended the process that read it\n";
+    const std::string said = "tarnlet: " + path + ": Includes nested too deep\n";
     EXPECT_EQ(list.err, said + said);
 }
 
@@ -160,12 +165,14 @@ TEST(ToolInfo, WrongUse)
         {"list"},
         {"list", "--fields", "idcode,irlength", "examples"},
         {"list", "--fields", "opcode:", "examples"},
+        {"list", "--csvv\x1B[31m", "examples"},
     };
     for (const auto &arguments : cases) {
         const ToolRun run = run_tool(arguments);
         EXPECT_EQ(run.status, 2) << testing::PrintToString(arguments);
         EXPECT_EQ(run.out, "") << testing::PrintToString(arguments);
-        EXPECT_NE(run.err, "") << testing::PrintToString(arguments);
+        EXPECT_EQ(run.err.find("tarnlet: "), 0u) << testing::PrintToString(arguments);
+        EXPECT_EQ(run.err.find('\x1B'), std::string::npos) << testing::PrintToString(arguments);
     }
 }
 
