@@ -56,6 +56,7 @@ class Selecting
     std::vector<std::string> searched;
     bool said_in_step = false; // an error since the last verdict
     bool said_in_file = false;
+    bool recovering = false; // from a syntax error
 };
 
 } // namespace
@@ -129,6 +130,14 @@ static bool tried_folder(const Message &message, std::string &folder)
     return true;
 }
 
+// Behind a missing quotation mark each number of a table is an illegal identifier, until the end of
+// the statement is found: that has been said by the syntax error.
+static bool is_of_words(std::string_view rule)
+{
+    return rule == "illegal-identifier" || rule == "illegal-character" || rule == "vhdl-keyword" ||
+           rule == "incomplete-string";
+}
+
 void Selecting::message(const Message &message)
 {
     if (message.level == BSDL_LEVEL_ERROR && message.rule.empty()) {
@@ -140,7 +149,11 @@ void Selecting::message(const Message &message)
     said_in_step |= message.level == BSDL_LEVEL_ERROR;
     said_in_file |= message.level == BSDL_LEVEL_ERROR;
 
+    if (message.rule == "syntax-error" || message.rule == "statement-skipped")
+        recovering = message.rule == "syntax-error";
     Finding finding = finding_of(message);
+    if (recovering && is_of_words(message.rule) && !selection.rules.contains(message.rule))
+        finding.severity = selection.notes ? Severity::NOTE : Severity::OFF;
     if (message.rule == "package-not-found") {
         finding.searched = std::exchange(searched, {});
         if (std::string installed = installed_package_folder(); !installed.empty())

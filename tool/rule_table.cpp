@@ -120,7 +120,8 @@ constexpr RuleEntry RULES[] = {
     {"syntax-error", ERROR, ANNEX "5",
      "parse error, expecting %s, found '%s' on line %i",
      "The text does not follow the grammar at this place: the word that was found is none of "
-     "those that may stand here. What follows up to the next semicolon is not read.",
+     "those that may stand here. What follows up to the next semicolon is not read; what is wrong "
+     "with its single words is told with --verbose only.",
      "Compare the statement with the form that the standard gives. The cause may stand just "
      "before the word that is named: a comma, an ampersand or a closing parenthesis that is "
      "missing."},

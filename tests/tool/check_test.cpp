@@ -102,6 +102,71 @@ TEST(ToolCheck, LinesPointAtTheMistakes)
     EXPECT_EQ(reported, expected);
 }
 
+namespace
+{
+
+struct MarkCase {
+    const char *name;
+    std::string text;
+    std::string line; // with its mark below
+    std::string mark;
+};
+
+class CheckMark : public testing::TestWithParam<MarkCase>
+{
+};
+
+} // namespace
+
+TEST_P(CheckMark, StandsBelowThePlace)
+{
+    const MarkCase &row = GetParam();
+    const std::vector<std::string> lines =
+        lines_of(run_tool({"check", scratch_file("mark.bsd", row.text)}).out);
+    for (size_t i = 1; i + 2 < lines.size(); i++)
+        if (contains(lines[i], "[syntax-error]")) {
+            EXPECT_EQ(lines[i + 1], "        | " + row.line);
+            EXPECT_EQ(lines[i + 2], "        | " + row.mark);
+            return;
+        }
+    ADD_FAILURE() << "no syntax error";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Tool, CheckMark,
+    testing::Values(MarkCase{"carriage_returns", "-- x\rentity A is\r p q;\r", " p q;", " ^"},
+                    MarkCase{"both_line_ends", "-- x\r\nentity A is\r\n p q;\r\n", " p q;", " ^"},
+                    MarkCase{"tabs", "entity A is\n\t\"a\tb\" c;\n", " \"a b\" c;", " ^~~~~"},
+                    MarkCase{"beyond_ascii", "entity A is\n\"\xC3\xA9\xFF\"; -- \xC3\xA9\n",
+                             "\"\xC3\xA9\\xFF\"; -- \xC3\xA9", "^~~~~~~"},
+                    MarkCase{"long_line",
+                             "entity A is\n" + std::string(200, '\t') + "x \xC3\xA9" +
+                                 std::string(200, '!'),
+                             std::string(60, ' ') + "x \xC3\xA9" + std::string(57, '!'),
+                             std::string(60, ' ') + "^"}),
+    [](const auto &param) { return std::string(param.param.name); });
+
+// Behind a missing quotation mark all is words that are wrong: the syntax error says it once.
+TEST(ToolCheck, SyntaxErrorIsNotRepeatedWordByWord)
+{
+    std::string text = read_text(DEMO);
+    const std::string row = "\"SAMPLE    (000001), \"";
+    text.replace(text.find(row), row.size(), row.substr(0, row.size() - 1));
+    const std::string path = scratch_file("quote.bsd", text);
+    const auto count = [&](const std::vector<std::string> &options, const char *what) {
+        std::vector<std::string> arguments = {"check", "--format", "gcc", path};
+        arguments.insert(arguments.begin() + 1, options.begin(), options.end());
+        const std::vector<std::string> lines = lines_of(run_tool(arguments).out);
+        return std::count_if(lines.begin(), lines.end(),
+                             [&](const std::string &line) { return contains(line, what); });
+    };
+    EXPECT_EQ(count({}, "error: parse error"), 1);
+    EXPECT_LE(count({}, "warning: Illegal identifier"), 1);
+    EXPECT_LE(count({"--strict"}, "error: Illegal identifier"), 1);
+    EXPECT_GT(count({"--verbose"}, "note: Illegal identifier"), 5);
+    EXPECT_GT(count({"--rule", "illegal-identifier=error"}, "error: Illegal identifier"), 5);
+}
+
 TEST(ToolCheck, OnlyTheFormatStandsOnStandardOutput)
 {
     for (const char *format : {"gcc", "json", "sarif"}) {
@@ -203,6 +268,15 @@ INSTANTIATE_TEST_SUITE_P(
                    {"check", "--format", "xml", DEMO},
                    2,
                    "Run with --help for more information."},
+        StatusCase{"negative_limit",
+                   {"check", "--error-limit", "-1", DEMO},
+                   2,
+                   "Run with --help for more information."},
+        StatusCase{"no_file_in_the_folder",
+                   {"check", "--quiet", "tests/tool/golden"},
+                   2,
+                   "tarnlet: there are no .bsd, .bsdl, .bsm, .ppc or .prg files in "
+                   "tests/tool/golden"},
         StatusCase{"format_of_another_use",
                    {"check", "--format", "markdown", DEMO},
                    2,
