@@ -37,7 +37,7 @@ ExpectedMessages joined(ExpectedMessages front, const ExpectedMessages &back)
 
 TEST(AioDriver, GeneralChecksRunFirstAndOnce)
 {
-    Reading reading(whole(), options());
+    Reading reading(whole());
     ASSERT_EQ(bsdlGetNumErrors(reading), 0);
     EXPECT_EQ(reading.check(bsdl_check_aio), 0);
     Messages lines = picked(reading.messages(), [](const Message &message) {
@@ -58,7 +58,7 @@ TEST(AioDriver, AFailedCheckOfTheFamily)
 {
     Description text = whole();
     text.replace(EXTENSIONS, "TRAIN 30", "TRAIN 0");
-    Reading reading(text, options());
+    Reading reading(text);
     ASSERT_EQ(bsdl_check(reading), 0);
     EXPECT_EQ(reading.check(bsdl_check_aio), 100);
     ExpectedMessages lines = aio_lines(AIO_FAILED, "AIO EXTEST Train Execution");
@@ -71,7 +71,7 @@ TEST(AioDriver, AFailedGeneralCheckEndsIt)
     Description text = whole();
     text.with(INSTRUCTION_CAPTURE, attribute("INSTRUCTION_CAPTURE", "0110"))
         .replace(BOUNDARY_LENGTH, "8", "9");
-    Reading reading(text, options());
+    Reading reading(text);
     // One hundred for each general check that failed, and no summary.
     EXPECT_EQ(reading.check(bsdl_check_aio), 200);
     EXPECT_EQ(reading.messages().back().text, "\tExtensions description passed");
@@ -86,7 +86,7 @@ TEST(AioDriver, WithoutStatements)
     const Expected no_pins = {WARNING, "No AIO portlist specified", 2};
 
     // The package alone: an empty record, for which nothing is mandatory.
-    Reading with_package(whole().without(EXTENSIONS), options());
+    Reading with_package(whole().without(EXTENSIONS));
     ASSERT_EQ(bsdl_check(with_package), 0);
     EXPECT_EQ(bsdlAioNbrOfPinBehaviorDescriptions(with_package), -1);
     EXPECT_EQ(with_package.check(bsdl_check_aio), 0);
@@ -95,7 +95,7 @@ TEST(AioDriver, WithoutStatements)
     expect_messages(with_package.messages(), joined({AIO_HEADING, missing}, lines));
     EXPECT_EQ(bsdlAioNbrOfPinBehaviorDescriptions(with_package), 0);
 
-    Reading strict(whole().without(EXTENSIONS), options(STRICT));
+    Reading strict(whole().without(EXTENSIONS), {.flags = STRICT});
     EXPECT_EQ(strict.check(bsdl_check_aio), 7);
     expect_messages(strict.messages(), {AIO_HEADING, missing_strict});
     EXPECT_EQ(strict.check(bsdl_check_aio_conformance), 7);
@@ -133,7 +133,7 @@ TEST(AioDriver, ResultsOfSingleChecks)
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(row.name);
-        Reading reading(row.text, options());
+        Reading reading(row.text);
         EXPECT_EQ(bsdl_check_aio_conformance(reading), row.conformance);
         EXPECT_EQ(bsdl_check_aio_extest_pulse(reading), row.pulse);
         EXPECT_EQ(bsdl_check_aio_extest_train(reading), row.train);
@@ -215,7 +215,7 @@ void expect_findings(int32_t (*check)(Bsdl *), std::string (*statement)(const st
         Description text = statements(CONFORMANCE_1149_6 + statement(row.value));
         if (row.other != STATEMENT_COUNT)
             text.with(row.other, row.other_text);
-        Reading reading(text, options(row.flags));
+        Reading reading(text, {.flags = row.flags});
         ASSERT_EQ(bsdlGetNumErrors(reading), 0);
         ExpectedMessages messages;
         int result = 0;
@@ -344,8 +344,7 @@ TEST(AioChecks, Pins) { expect_findings(bsdl_check_aio_pin_behavior, pins, pin_c
 TEST(AioChecks, WhereMessagesPoint)
 {
     Reading reading(with_pins("A : LP_TIME=1.0; \" &\n\"NONE : LP_TIME=1.0;\" &\n \"A :\" & \n"
-                              "\"LP_TIME=-1.0"),
-                    options());
+                              "\"LP_TIME=-1.0"));
     EXPECT_EQ(reading.check(bsdl_check_aio_pin_behavior), 100);
     const int first = with_pins("").line(EXTENSIONS);
     ASSERT_EQ(reading.messages().size(), 3U);

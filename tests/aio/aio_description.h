@@ -60,11 +60,4 @@ inline Description whole()
                               pins("A[7], D[5,6] : LP_TIME=5.0e-9"));
 }
 
-inline Options options(unsigned flags = 0)
-{
-    return {.flags = flags,
-            .files = {{"std_1149_6_2003.all", read_text(std::string(TARNLET_SOURCE_DIR) +
-                                                        "/packages/std_1149_6_2003.all")}}};
-}
-
 } // namespace aio

@@ -63,7 +63,7 @@ TEST(AioQueries, PulseAndTrain)
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(row.text);
-        Reading reading(statements(CONFORMANCE_1149_6 + row.text), options());
+        Reading reading(statements(CONFORMANCE_1149_6 + row.text));
         EXPECT_EQ(bsdlAioConformance(reading), 1);
         ASSERT_NE(bsdlAioExtestPulse(reading), nullptr);
         EXPECT_EQ(bsdlAioExtestPulse(reading)->cycle_count, row.cycles);
@@ -76,7 +76,7 @@ TEST(AioQueries, PulseAndTrain)
 
 TEST(AioQueries, WalkOverAll)
 {
-    Reading reading(with_pins(PINS), options());
+    Reading reading(with_pins(PINS));
     EXPECT_EQ(bsdlAioNextPinBehavior(reading), nullptr);
     EXPECT_EQ(bsdlAioNextACPort(reading), nullptr);
     EXPECT_EQ(bsdlAioNextInputCell(reading), nullptr);
@@ -109,8 +109,8 @@ TEST(AioQueries, WalkOverAll)
 TEST(AioQueries, WithoutData)
 {
     Reading plain{Description()};
-    Reading package(statements(""), options());
-    Reading conformance(statements(CONFORMANCE_1149_6), options());
+    Reading package(statements(""));
+    Reading conformance(statements(CONFORMANCE_1149_6));
     const PortId port = {"A", 0, 0};
     for (Bsdl *handle :
          {static_cast<Bsdl *>(nullptr), plain.handle(), package.handle(), conformance.handle()}) {
@@ -176,7 +176,7 @@ TEST(AioQueries, ThisPin)
 {
     for (const ThisPinCase &row : this_pin_cases) {
         SCOPED_TRACE(row.name);
-        Reading reading(with_pins(row.pins), options());
+        Reading reading(with_pins(row.pins));
         ASSERT_EQ(bsdlGetNumErrors(reading), 0);
         if (row.checked)
             bsdl_check_aio_pin_behavior(reading);
@@ -191,7 +191,7 @@ TEST(AioQueries, ThisPin)
 
 TEST(AioQueries, ThisPinKeepsItsOwnName)
 {
-    Reading reading(with_pins("A; B"), options());
+    Reading reading(with_pins("A; B"));
     std::string name = "A";
     const PortId port = {name.c_str(), 0, 0};
     const PortId unnamed = {nullptr, 0, 0};
@@ -206,7 +206,7 @@ TEST(AioQueries, ThisPinKeepsItsOwnName)
 // It leaves the walk where it is, whose cells stay good.
 TEST(AioQueries, ThisPinAmidstAWalk)
 {
-    Reading reading(with_pins("D[5,6]; Q[4,7,10]"), options());
+    Reading reading(with_pins("D[5,6]; Q[4,7,10]"));
     bsdl_check_aio_pin_behavior(reading);
     bsdlAioFirstPinBehavior(reading);
     const PortId port = {"Q", 1, 1};
@@ -223,7 +223,7 @@ TEST(AioQueries, ManyPorts)
     std::string value;
     for (int i = 0; i < PORTS; i++)
         value += (i ? ", D(" : "D(") + std::to_string(i) + ")[7]" + (i % 500 ? "" : "\" & \"");
-    Reading reading(with_pins(value + " : LP_TIME=0.5"), options());
+    Reading reading(with_pins(value + " : LP_TIME=0.5"));
     ASSERT_EQ(bsdlGetNumErrors(reading), 0);
     EXPECT_EQ(bsdl_check_aio_pin_behavior(reading), 0);
     EXPECT_EQ(walk(reading).size(), size_t{PORTS});

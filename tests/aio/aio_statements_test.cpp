@@ -45,7 +45,7 @@ TEST(AioStatements, Messages)
 {
     for (const StatementCase &row : statement_cases) {
         SCOPED_TRACE(row.name);
-        Reading reading(statements(row.text), options());
+        Reading reading(statements(row.text));
         ASSERT_NE(reading.handle(), nullptr);
         ExpectedMessages expected;
         for (const std::string &line : row.lines)
@@ -81,7 +81,7 @@ TEST(AioStatements, TextsThatTheGrammarRefuses)
     };
     for (const std::string &text : refused) {
         SCOPED_TRACE(text);
-        Reading reading(statements(text), options());
+        Reading reading(statements(text));
         EXPECT_GE(bsdlGetNumErrors(reading), 1);
     }
 }
@@ -89,7 +89,7 @@ TEST(AioStatements, TextsThatTheGrammarRefuses)
 TEST(AioStatements, NamesStandInTheListOfExtensions)
 {
     // The package declares them; without it each is reported where the others are.
-    Options bare = options();
+    Options bare;
     bare.files["std_1149_6_2003.all"] = "package STD_1149_6_2003 is end STD_1149_6_2003; "
                                         "package body STD_1149_6_2003 is end STD_1149_6_2003;";
     Reading reading(
@@ -117,13 +117,10 @@ TEST(AioStatements, BesideThoseOfIeee1532)
         attribute("ISC_PROCEDURE", "P = (F)") + attribute("ISC_ACTION", "A = (P)");
     const std::string all_aio = CONFORMANCE_1149_6 + train("TRAIN 1, MAXIMUM_TIME 1.0") +
                                 pins("A[7] : AC_SELECT=8 LP_TIME=1.0 HP_TIME=1.0 ON_CHIP");
-    Options both = options();
-    both.files["std_1532_2002.all"] =
-        read_text(std::string(TARNLET_SOURCE_DIR) + "/packages/std_1532_2002.all");
     for (const std::string &text : {isc + all_aio, all_aio + isc}) {
         Description description = statements(text);
         description.with(USES, "use STD_1532_2002.all; use STD_1149_6_2003.all;");
-        Reading reading(description, both);
+        Reading reading(description);
         ASSERT_NE(reading.handle(), nullptr);
         EXPECT_EQ(bsdlGetNumErrors(reading), 0);
         EXPECT_TRUE(reading.has("\tBSDL ISC extensions found"));

@@ -2,8 +2,6 @@
 
 #include "ports/ports.h"
 
-#include <random>
-
 using namespace pins;
 
 namespace
@@ -158,66 +156,35 @@ TEST(LogicalPorts, ClauseWithAnErrorIsSkipped)
 
 // --------------------------------------------------------------------------------------- look-ups
 
-// What the index stands for: a walk over the list.
-const PinEntry *walk_to_pin(Bsdl *bsdl, const PortId *port)
+// The first of a name and form, in any case; a name by itself gives its declaration in any form.
+TEST(LogicalPorts, LookUps)
 {
-    for (const GList *link = bsdl->data->pins; link; link = link->next) {
-        auto *pin = static_cast<const PinEntry *>(link->data);
-        if (same_text(pin->port_id->name, port->name) &&
-            pin->port_id->subscripted == port->subscripted &&
-            pin->port_id->subscript == port->subscript)
-            return pin;
+    Reading reading(pins::description("P : linkage bit; p, Q : linkage bit_vector(2 downto 1); "
+                                      "q, P : linkage bit; R : linkage bit_vector(0 to 0)",
+                                      ""));
+    ASSERT_EQ(build(reading), 0);
+    Bsdl *bsdl = reading;
+    const std::vector<PinEntry *> all = all_of(bsdl, bsdlGetFirstPin, bsdlGetNextPin);
+    const struct {
+        const char *name;
+        int32_t subscript; // -1: none
+        int place;         // among the pins, -1: none
+    } rows[] = {{"p", -1, 0},  {"P", 2, 1},          {"p", 1, 2},      {"P", 0, -1},  {"P", 3, -1},
+                {"Q", -1, 5},  {"q", 2, 3},          {"Q", 1, 4},      {"R", -1, -1}, {"r", 0, 7},
+                {"R", -2, -1}, {"Q", INT32_MAX, -1}, {"LATER", -1, -1}};
+    for (const auto &[name, subscript, place] : rows) {
+        const char *known = model_name(bsdl, name);
+        const PortId *port =
+            subscript == -1 ? port_id_whole(bsdl, known) : port_id_bit(bsdl, known, subscript);
+        EXPECT_EQ(find_pin_entry(bsdl, port), place < 0 ? nullptr : all[OWN_PINS + place])
+            << name << " " << subscript;
     }
-    return nullptr;
-}
-
-const PinSpec *walk_to_name(Bsdl *bsdl, const char *name)
-{
-    for (const GSList *link = bsdl->data->logical_ports; link; link = link->next)
-        for (const GSList *each = static_cast<PinSpec *>(link->data)->names; each;
-             each = each->next)
-            if (same_text(static_cast<const char *>(each->data), name))
-                return static_cast<const PinSpec *>(link->data);
-    return nullptr;
-}
-
-TEST(LogicalPorts, LookUpsFindWhatAWalkFinds)
-{
-    std::mt19937 random(7);
-    auto below = [&random](unsigned n) { return static_cast<int>(random() % n); };
-    const std::vector<std::string> names = {"P", "p", "Q", "R", "S", "T"};
-    for (int round = 0; round < 60; round++) {
-        std::string ports;
-        for (int i = 0, count = 1 + below(4); i < count; i++) {
-            ports += (i ? "; " : "") + names[below(6)];
-            if (below(4) == 0)
-                ports += ", " + names[below(6)];
-            int low = below(4), high = low + below(4);
-            ports += below(3) == 0   ? " : linkage bit"
-                     : below(2) == 0 ? " : linkage bit_vector(" + std::to_string(low) + " to " +
-                                           std::to_string(high) + ")"
-                                     : " : linkage bit_vector(" + std::to_string(high) +
-                                           " downto " + std::to_string(low) + ")";
-        }
-        SCOPED_TRACE(ports);
-        Reading reading(pins::description(ports, ""));
-        ASSERT_EQ(build(reading), 0);
-        Bsdl *bsdl = reading;
-        for (const std::string &text : names) {
-            const char *name = model_name(bsdl, text);
-            EXPECT_EQ(find_port_name(bsdl, name), walk_to_name(bsdl, name));
-            const PortId *whole = port_id_whole(bsdl, name);
-            EXPECT_EQ(find_pin_entry(bsdl, whole), walk_to_pin(bsdl, whole)) << text;
-            for (int subscript : {-1, 0, 1, 2, 3, 4, 5, 6, 7, INT32_MAX}) {
-                const PortId *bit = port_id_bit(bsdl, name, subscript);
-                EXPECT_EQ(find_pin_entry(bsdl, bit), walk_to_pin(bsdl, bit))
-                    << text << " " << subscript;
-            }
-        }
-        // A name that the reading did not know when the index was made.
-        EXPECT_EQ(find_pin_entry(bsdl, port_id_whole(bsdl, model_name(bsdl, "LATER"))), nullptr);
-        EXPECT_EQ(find_port_name(bsdl, model_name(bsdl, "LATER")), nullptr);
-    }
+    const GSList *declared = g_slist_nth(bsdl->data->logical_ports, OWN_DECLARATIONS);
+    for (const auto &[name, place] : {std::pair{"P", 0}, {"q", 1}, {"R", 3}})
+        EXPECT_EQ(find_port_name(bsdl, model_name(bsdl, name)),
+                  g_slist_nth_data(const_cast<GSList *>(declared), place))
+            << name;
+    EXPECT_EQ(find_port_name(bsdl, model_name(bsdl, "NONE")), nullptr);
 }
 
 // ----------------------------------------------------------------------------------------- queries

@@ -68,6 +68,7 @@ inline std::string functions(Bsdl *bsdl)
 
 // The pins of the valid description come first.
 constexpr size_t OWN_PINS = 11;
+constexpr unsigned OWN_DECLARATIONS = 9;
 
 // What a check of the ports says, and the functions that the pins have behind it.
 struct PortCase {

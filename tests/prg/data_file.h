@@ -60,13 +60,7 @@ struct DataFile {
     }
 };
 
-inline Options options(unsigned flags = 0)
-{
-    return {.flags = flags,
-            .files = {{"std_1532_2002.all",
-                       read_text(std::string(TARNLET_SOURCE_DIR) + "/packages/std_1532_2002.all")}},
-            .name = "test.prg"};
-}
+inline Options options() { return {.name = "test.prg"}; }
 
 inline std::string channels(const std::string &value)
 {
