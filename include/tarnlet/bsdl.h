@@ -62,9 +62,10 @@
  *
  * A list is walked with a First and a Next function; the position is kept with the list, so that
  * there is one iteration at a time over each list of a handle. Next before First gives the second
- * element. At the end of a list, and ever after, Next gives NULL (functions that give numbers
- * state their own value). A count function gives what its description says for a list that is
- * absent: for some lists that is -1, for some 0.
+ * element unless stated otherwise. At the end of a list, and ever after, Next gives NULL
+ * (functions that give numbers state their own value). A count function gives what its description
+ * says for a list that is absent: for some lists that is -1, for some 0. Counting does not move the
+ * position.
  *
  * ### NULL
  *
@@ -75,13 +76,15 @@
  * ### Messages
  *
  * The library prints nothing. Each message is handed to the sink of the context if its verbosity
- * number does not exceed that of the context: 0 is used when memory runs out, 1 for errors and
- * the results of checks, 2 for errors inside a statement, warnings and notes on packages, 3 for
- * statements that passed, 4 for statements that are absent and for each file tried. A sink may
- * ask bsdlMessageLine(), bsdlMessageFile() and bsdlMessageRule() what its message is about.
+ * number does not exceed that of the context: 0 is used when memory runs out, 1 for syntax errors,
+ * failed checks and what is at hand, 2 for rules that are broken, warnings and notes on packages, 3
+ * for statements and checks that passed, 4 for statements that are absent and for each file tried.
+ * A few notes stand at another number. A sink may ask bsdlMessageLine(), bsdlMessageFile() and
+ * bsdlMessageRule() what its message is about.
  *
- * Memory that runs out while text is scanned or a package is sought, and packages that nest
- * deeper than ten files, end the process after a message.
+ * Packages that nest deeper than ten files end the process after a message. So does memory that
+ * runs out while text is scanned or a package is sought, or again after a call had to fail for want
+ * of it.
  */
 
 #include <stdint.h>
@@ -129,7 +132,7 @@ enum BsdlFlag {
 enum BsdlLevel {
     BSDL_LEVEL_ERROR = 0,
     BSDL_LEVEL_WARNING = 1,
-    BSDL_LEVEL_INFO = 2,    /**< A statement or a check passed, or a statement is absent. */
+    BSDL_LEVEL_INFO = 2,    /**< A statement or a check passed, a statement is absent, a note. */
     BSDL_LEVEL_PHASE = 3,   /**< Heading of a phase. */
     BSDL_LEVEL_PROGRESS = 4 /**< Which file, package or part is at hand. */
 };
@@ -144,7 +147,8 @@ enum BsdlResult {
     BSDL_RESULT_MISSING = 5,   /**< A statement or table that is needed is absent. */
     BSDL_RESULT_NO_NAME = 6,   /**< bsdlSetEbstFile() without a name. */
     BSDL_RESULT_NO_AIO = 7,    /**< The description has no IEEE 1149.6 statements. */
-    BSDL_RESULT_FAILED = 100   /**< At least one rule failed; the messages say which. */
+    BSDL_RESULT_FAILED = 100   /**< A rule failed, a file was not written: the messages say which;
+                                  or memory ran out. */
 };
 
 /** Result of bsdlStandard(). */
@@ -182,8 +186,9 @@ enum BsdlConformance {
     CONFORMANCE_2001 = 4
 };
 
-/** Mode of a port. Codes 6 to 9 stand for the modes 1 to 4 of a port bit that has no boundary
- * cell; bsdl_check_bsr() sets them. */
+/** Mode of a port. Codes 6 to 9 stand for the modes 1 to 4 of a port bit that has neither a
+ * boundary cell nor a role (see PinFunction); bsdl_check_bsr() sets them, but not in a strict
+ * reading, where such a bit is an error. */
 enum PinType {
     PIN_TYPE_NONE = 0,
     PIN_TYPE_IN = 1,
@@ -290,13 +295,13 @@ enum InstructionType {
     INSTRUCTION_TYPE_PRIVATE = 3
 };
 
-/** Kind of a data register. */
+/** Kind of a data register, as bsdl_check_reg_access() leaves it. No function gives it. */
 enum RegisterKind {
     REGISTER_KIND_BOUNDARY = 1,
     REGISTER_KIND_BYPASS = 2,
-    REGISTER_KIND_IDENTIFICATION = 4, /**< IDCODE and USERCODE, implied by the standard. */
-    REGISTER_KIND_DEVICE_ID = 5,      /**< DEVICE_ID as written, or added for IEEE 1532. */
-    REGISTER_KIND_BIST = 6,           /**< Register of RUNBIST. */
+    REGISTER_KIND_IDENTIFICATION = 4, /**< DEVICE_ID; in a description of 1990 IDCODE. */
+    REGISTER_KIND_DEVICE_ID = 5,      /**< DEVICE_ID that was added for IEEE 1532. */
+    REGISTER_KIND_BIST = 6,           /**< Register of RUNBIST, once the EBST file was written. */
     REGISTER_KIND_USER = 7
 };
 
@@ -383,7 +388,7 @@ enum IscActivityKind {
  * the count of a repeat block. */
 enum IscBlockCode { ISC_BLOCK_TERMINATE = -2, ISC_BLOCK_INITIALIZE = -1, ISC_BLOCK_NONE = 0 };
 
-/** Bits of IscFlowInfo.flags. */
+/** Bits of IscFlowInfo.flags: words of the flow's own definition. */
 enum IscFlowFlag { ISC_FLOW_UNPROCESSED = 0x20, ISC_FLOW_EXIT_ON_ERROR = 0x40 };
 
 /** Result of bsdlAioConformance(). */
@@ -440,7 +445,8 @@ typedef struct BsdlMessage {
 
 /** Where messages go. The caller owns it and keeps it until no export will be called again. */
 typedef struct BsdlContext {
-    /** Called for each message on the thread of the export at hand; NULL drops all messages. */
+    /** Called for each message on the thread of the export at hand; NULL drops all messages. It may
+     * read other files, and check and release those, but must leave the handle at hand as it is. */
     void (*message_sink)(void *sink_data, BsdlMessage *msg);
     void *sink_data;    /**< First argument of message_sink; the library does not look at it. */
     uint32_t verbosity; /**< Messages with a higher number are dropped; may change at any time. */
@@ -461,7 +467,7 @@ typedef struct PortGroup {
     PortId *associated;
 } PortGroup;
 
-/** Bits of ISC_Security; a position, or ISC_SECURITY_ANY. */
+/** Bits of ISC_Security: positions in the register ISC_PDATA, or ISC_SECURITY_ANY. */
 typedef struct IscSecurity {
     int32_t disable_read;
     int32_t disable_program;
@@ -513,10 +519,10 @@ typedef struct IscCaptureField {
 
 /** One activity or loop marker; release it with bsdlIscFreeActivity().
  *
- * For an activity, v holds the shortest wait as clock cycles and microseconds, then the longest
- * wait in the same way; a value that is not given is 0. For a loop marker instruction_name is
- * NULL and v holds the kind (see IscActivityKind), the largest and the smallest number of loops,
- * and 0. */
+ * For an activity, v holds the shortest wait as clock cycles and microseconds, rounded up, then the
+ * longest wait in the same way, rounded down; a value that is not given is 0. For a loop marker
+ * instruction_name is NULL and v holds the kind (see IscActivityKind), the largest and the smallest
+ * number of loops, and 0; at the end of a loop the kind alone. */
 typedef struct IscActivityInfo {
     const char *instruction_name; /**< Owned by the handle. */
     int32_t v[4];
@@ -554,7 +560,8 @@ typedef struct AioPinResult {
     int32_t input_cell;  /**< Number of the cell that observes the bit. */
 } AioPinResult;
 
-/** Analog test bus of an IEEE 1149.4 device. */
+/** Analog test bus of an IEEE 1149.4 device. What the numbers in this and the next two records
+ * mean is a matter of the device: they are handed out as the table has them. */
 typedef struct D4AtBus {
     PortId *at1;
     PortId *at2;
@@ -602,7 +609,7 @@ typedef struct PrgProgramSpec {
  *
  * Syntax errors do not make it fail: the result is a handle whenever the name of the component
  * could be read. A NULL result leaves nothing to release; the reason has been sent as a message,
- * except for a NULL context.
+ * except for a NULL context and when memory has run out.
  *
  * @param file_name    File to read; the name is copied.
  * @param package      Name of the pin mapping to use; NULL for the default that the description
@@ -619,10 +626,11 @@ TARNLET_API Bsdl *readBsdl(const char *file_name, const char *package, GSList *p
                            uint32_t flags, BsdlContext *context);
 
 /**
- * Releases what was read. The handle itself, the names given to readBsdl() and bsdlSetEbstFile()
- * and the standards in use stay: bsdlFileName(), bsdlGetNumErrors(), bsdlStandard(), bsdlIs1990()
- * and the like go on answering, other queries give their value for no data. A host that reads many
- * files calls bsdlRelease() instead, or afterwards.
+ * Releases what was read. The handle itself, its names of files and of the pin mapping and the
+ * standards in use stay: bsdlFileName(), bsdlGetDefaultDevicePackage(), bsdlGetNumErrors(),
+ * bsdlStandard() and the queries on one standard go on answering, but for bsdlStandard1149_1() and
+ * bsdlIs1532(); these and all others give their value for no data. A host that reads many files
+ * calls bsdlRelease() instead, or afterwards.
  *
  * @return 0 if an EBST record had been generated; 1 if none had, which is no failure, and for a
  *         NULL handle or one that was released before.
@@ -681,7 +689,8 @@ TARNLET_API const char *bsdlMessageRule(void);
  *
  * @param first First directory, further ones behind it, and NULL at the end. For a list that is
  *              to be given to bsdlFreeUsrPackDirs() they must come from g_malloc() or malloc().
- * @return A new list; NULL if first is NULL.
+ * @return A new list, released with bsdlFreeUsrPackDirs(), or with g_slist_free() where the strings
+ *         are not to be released; NULL if first is NULL.
  */
 TARNLET_API GSList *bsdlUsrPackDirs(const char *first, ...) TARNLET_SENTINEL;
 
@@ -698,11 +707,11 @@ TARNLET_API const char *bsdlGetFirstDotALLFileSpec(Bsdl *h);
 TARNLET_API const char *bsdlGetNextDotALLFileSpec(Bsdl *h);
 
 /** First package name of the use statements that name packages of a user.
- * @return The name as written; NULL without one. */
+ * @return The name as written, with its ".all"; NULL without one. */
 TARNLET_API const char *bsdlGetFirstDotALLSpec(Bsdl *h);
 
 /** Next package name, as bsdlGetFirstDotALLSpec().
- * @return The name as written; NULL at the end. */
+ * @return The name as written, with its ".all"; NULL at the end. */
 TARNLET_API const char *bsdlGetNextDotALLSpec(Bsdl *h);
 
 /** @} */
@@ -725,7 +734,7 @@ TARNLET_API void bsdlLibVersion(const char **name, const char **version);
 TARNLET_API int32_t bsdlStandard(Bsdl *h);
 
 /** Package name of the IEEE 1149.1 issue in use, such as "STD_1149_1_2001".
- * @return The name, owned by the handle; NULL without one. */
+ * @return The name; NULL without one, and after freeBsdl(). */
 TARNLET_API const char *bsdlStandard1149_1(Bsdl *h);
 
 /** "STD_1532_2001" or "STD_1532_2002", of both the first.
@@ -757,7 +766,7 @@ TARNLET_API uint32_t bsdlIs1994(Bsdl *h);
 TARNLET_API uint32_t bsdlIs2001(Bsdl *h);
 
 /** Whether a package of IEEE 1532 is in use.
- * @return The bits within BSDL_STANDARD_MASK_1532; 0 for a PPC/PRG file. */
+ * @return The bits within BSDL_STANDARD_MASK_1532; 0 for a PPC/PRG file, and after freeBsdl(). */
 TARNLET_API uint32_t bsdlIs1532(Bsdl *h);
 
 /** Whether the file is a PPC/PRG file.
@@ -783,7 +792,8 @@ TARNLET_API const char *bsdlComponentName(Bsdl *h);
 
 /** Name of the pin mapping to use: what was given to readBsdl(), else the default of the generic
  * parameter.
- * @return The name; NULL if neither is there. */
+ * @return The name, also after freeBsdl(), whether there is such a mapping or not; NULL if neither
+ *         is there. */
 TARNLET_API const char *bsdlGetDefaultDevicePackage(Bsdl *h);
 
 /** @} */
@@ -831,15 +841,19 @@ TARNLET_API GList *bsdlFindComponent(GList *list, const void *component);
  * Each check sends a message for every rule that is broken, goes on to the end and returns a
  * BsdlResult. bsdl_check() runs them all in their order; some build on what earlier ones have put
  * into the model, so that a host that calls them one by one keeps the order in which they stand
- * here. Only those results that a check can give beyond 0, 2, 3 and 100 are named.
+ * here. It does so in place of bsdl_check() and calls each once for a handle: a second run of
+ * bsdl_check_scan_port(), bsdl_check_compliance() or bsdl_check_extensions() takes what the first
+ * one has done for a fault. Only those results that a check can give beyond 0, 2, 3 and 100 are
+ * named.
  * @{
  */
 
 /**
  * Runs the fourteen checks from bsdl_check_generic() to bsdl_check_extensions() and sends one
- * line for each. After a fast read only the first of them runs, and the result is 0.
+ * line for each; bsdl_check_pin_map() is none of them. After a fast read only the first of them
+ * runs, each time anew, and the result is 0 whatever it finds.
  *
- * The outcome is kept: a second call gives it again at once and sends nothing.
+ * Otherwise the outcome is kept: a second call gives it again at once and sends nothing.
  * @return 0, 2, 3 or 100.
  */
 TARNLET_API int32_t bsdl_check(Bsdl *h);
@@ -853,11 +867,12 @@ TARNLET_API int32_t bsdl_check_generic(Bsdl *h);
 TARNLET_API int32_t bsdl_check_logical_port(Bsdl *h);
 
 /** Packages are consistent, capture descriptors obey the rules of the standard. Adds the cell
- * descriptions of packages to those that are built in. */
+ * descriptions of packages to those that are built in; a further call adds them again. */
 TARNLET_API int32_t bsdl_check_packages(Bsdl *h);
 
 /** Every pin mapping agrees with the port clause. Builds the list of pins from the mapping that
- * bsdl_check_generic() has selected, or from the only one; after 100 there may be no list.
+ * bsdl_check_generic() has selected, or from the only one; after 100 there may be no list. A list
+ * of more than 4,000,000 pins is not built.
  * @return Also 5 without pin mappings or a port clause. */
 TARNLET_API int32_t bsdl_check_all_pin_maps(Bsdl *h);
 
@@ -878,8 +893,9 @@ TARNLET_API int32_t bsdl_check_scan_port(Bsdl *h);
  * @return Also 1 without COMPLIANCE_PATTERNS, 5 without pins. */
 TARNLET_API int32_t bsdl_check_compliance(Bsdl *h);
 
-/** Opcodes. Classifies the instructions, adds those that are mandatory and absent, puts the
- * preload instruction first and turns opcodes into upper case. */
+/** Opcodes. Classifies the instructions, adds BYPASS if it has no opcode of ones and, unless the
+ * description conforms to the issue of 2001, EXTEST if it has no opcode of zeros, puts the preload
+ * instruction first and turns opcodes into upper case. Gives 0 without opcodes. */
 TARNLET_API int32_t bsdl_check_instr_reg(Bsdl *h);
 
 /** IDCODE and USERCODE.
@@ -988,7 +1004,7 @@ TARNLET_API PortId *bsdlGetPinPortID(PinEntry *pin);
 TARNLET_API int32_t bsdlGetPinType(PinEntry *pin);
 
 /** Role of a pin.
- * @return See PinFunction. */
+ * @return See PinFunction; 0 before the checks that give it. */
 TARNLET_API int32_t bsdlGetPinFunction(PinEntry *pin);
 
 /** Name of the physical pin in the mapping in use.
@@ -1011,11 +1027,11 @@ TARNLET_API PortId *bsdlGetTdoPortId(Bsdl *h);
 TARNLET_API PortId *bsdlGetTrstPortId(Bsdl *h);
 
 /** Highest frequency of TCK.
- * @return The frequency in hertz; 0.0 without TAP_SCAN_CLOCK. */
+ * @return The frequency in hertz; 0.0 without TAP_SCAN_CLOCK. No check is needed. */
 TARNLET_API double bsdlGetTckFrequency(Bsdl *h);
 
 /** States in which TCK may be halted.
- * @return See HaltState; -1 without TAP_SCAN_CLOCK. */
+ * @return See HaltState; -1 without TAP_SCAN_CLOCK. No check is needed. */
 TARNLET_API int32_t bsdlGetTckHaltState(Bsdl *h);
 
 /** Number of pin mappings.
@@ -1072,8 +1088,10 @@ TARNLET_API const char *bsdlGetNextComplPattern(Bsdl *h);
 /**
  * @defgroup instructions Instructions and registers
  *
- * Patterns are strings of the characters "01X", most significant bit first. Instruction and
- * register names are in upper case. The list of instructions may grow and change its order in
+ * Patterns are strings of the characters "01X", most significant bit first. Opcodes before
+ * bsdl_check_instr_reg() and the patterns of INSTRUCTION_CAPTURE, IDCODE_REGISTER and
+ * USERCODE_REGISTER are as written, where X may be a small letter. Instruction and register names
+ * are in upper case. The list of instructions may grow and change its order in
  * bsdl_check_instr_reg(); registers are linked by bsdl_check_reg_access().
  * @{
  */
@@ -1086,7 +1104,7 @@ TARNLET_API int32_t bsdlGetInstructionLength(Bsdl *h);
  * @return The number; 0 without opcodes. */
 TARNLET_API int32_t bsdlGetNbrOfInstructions(Bsdl *h);
 
-/** First instruction; after the check the preload instruction.
+/** First instruction; after bsdl_check_instr_reg() the preload instruction, if there is one.
  * @return The instruction; NULL without opcodes. */
 TARNLET_API InstructionEntry *bsdlGetFirstInstruction(Bsdl *h);
 
@@ -1138,7 +1156,8 @@ TARNLET_API const char *bsdlGetInstrRegisterName(InstructionEntry *e);
  * @return The length in bits; 0 without a register, -1 for a register of unknown length. */
 TARNLET_API int32_t bsdlGetInstrRegisterLength(InstructionEntry *e);
 
-/** Pattern that the register of an instruction captures, from REGISTER_ACCESS.
+/** Pattern that the register of an instruction captures, from REGISTER_ACCESS. An instruction that
+ * is listed there for BYPASS without a pattern has "0" after bsdl_check_reg_access().
  * @return The pattern; NULL without a register or a pattern. */
 TARNLET_API const char *bsdlGetInstrCaptureValue(InstructionEntry *e);
 
@@ -1250,13 +1269,14 @@ TARNLET_API const char *bsdlDesignWarning(Bsdl *h);
  * @{
  */
 
-/** Sets the name of the EBST file, which is copied. Without it the file takes the last part of
- * the name of the description with the suffix ".dsh", in the current directory.
+/** Sets the name of the EBST file, which is copied, at any time before bsdlCreateEbst(). Without it
+ * the file takes the last part of the name of the description, with ".dsh" in place of its suffix,
+ * in the current directory.
  * @return 0, 2 for a NULL handle, 3 without data, 6 for a NULL name. */
 TARNLET_API int32_t bsdlSetEbstFile(Bsdl *h, const char *file_name);
 
 /** Prepares the EBST data. Records of an earlier call stay valid until freeBsdl().
- * @return 0, 2 for a NULL handle, 3 without data. */
+ * @return 0, 2 for a NULL handle, 3 without data, 100 if memory runs out. */
 TARNLET_API int32_t bsdlGenEbst(Bsdl *h);
 
 /** Writes the EBST file. Each data register is written once for a handle: the file of a second
@@ -1299,9 +1319,9 @@ TARNLET_API int32_t bsdlGetEbstPinType(EbstPin *p);
  */
 
 /**
- * Runs the checks of bsdl_check() unless they have run, and if they passed, those of this group
- * except bsdl_check_isc_status(). The queries on IEEE 1532 statements answer only after it has
- * passed.
+ * Runs the checks of bsdl_check() unless they have run, all of them even after a fast read, and if
+ * they passed, bsdl_check_instr_reg() once more and those of this group except
+ * bsdl_check_isc_status(). The queries on IEEE 1532 statements answer only after it has passed.
  *
  * @return 0; 2; 3; 4 in a strict reading without IEEE 1532 statements; otherwise 100 for each
  *         check that failed, added up. 0 as well if an earlier bsdl_check() failed: nothing is
@@ -1368,7 +1388,10 @@ TARNLET_API int32_t bsdl_check_isc_design_warning(Bsdl *h);
  *
  * What is selected at one level decides what the next one sees: an action, a procedure of it, a
  * flow of that, a block, an activity, and its fields. First, Next and Select functions select
- * what they give. Names are compared without regard to case; data names are both absent or equal.
+ * what they give. Until then the first action, its first procedure, the first flow of all and its
+ * first block count as selected, but no activity; later each record keeps the place in its own
+ * list, so begin each level with First. Names are compared without regard to case; data names are
+ * both absent or equal.
  * @{
  */
 
@@ -1396,7 +1419,8 @@ TARNLET_API IscSecurity *bsdlIscSecurity(Bsdl *h);
  * @return The text; NULL without the statement. */
 TARNLET_API const char *bsdlIscDesignWarning(Bsdl *h);
 
-/** First port of ISC_Fixed_System_Pins.
+/** First port of ISC_Fixed_System_Pins. No description with this statement passes bsdl_check_isc(),
+ * nor a PPC/PRG file bsdl_check_prg(), so that these two functions find no port.
  * @return The port; NULL without one. */
 TARNLET_API PortId *bsdlIscFirstFixedPin(Bsdl *h);
 
@@ -1435,11 +1459,12 @@ TARNLET_API IscActionSpec *bsdlIscNextProc(Bsdl *h);
 
 /** Procedure of a name among those that the selected action runs.
  * @param data_name NULL for a procedure without a data name.
- * @return The procedure; NULL if there is none. */
+ * @return The procedure; NULL if there is none, and the place in the action stays as it was. */
 TARNLET_API IscActionSpec *bsdlIscSelectProc(Bsdl *h, const char *name, const char *data_name);
 
 /** Procedure of a name among all procedures. It stays selected, whatever the action, until
- * bsdlIscFirstProc(), bsdlIscNextProc() or bsdlIscSelectProc() is called.
+ * bsdlIscFirstProc(), bsdlIscNextProc() or bsdlIscSelectProc() is called, or this function again,
+ * also in vain.
  * @param data_name NULL for a procedure without a data name.
  * @return A record with the name of the procedure as its flow_name, owned by the caller, who
  *         releases it with bsdlIscFreeFlow(); NULL if there is none. */
@@ -1462,7 +1487,7 @@ TARNLET_API int32_t bsdlIscNbrOfFlows(Bsdl *h);
  *         or if no such flow is defined. */
 TARNLET_API IscFlowInfo *bsdlIscFirstFlow(Bsdl *h);
 
-/** Next flow of the selected procedure.
+/** Next flow of the selected procedure. At the end the last one stays selected.
  * @return A record owned by the caller, who releases it with bsdlIscFreeFlow(); NULL at the end,
  *         or if no such flow is defined. */
 TARNLET_API IscFlowInfo *bsdlIscNextFlow(Bsdl *h);
@@ -1477,7 +1502,8 @@ TARNLET_API int32_t bsdlIscNbrOfFlowBlocks(Bsdl *h);
 TARNLET_API int32_t bsdlIscFirstFlowBlock(Bsdl *h);
 
 /** Next block of the selected flow.
- * @return See IscBlockCode, or the count of a repeat block; 0 at the end. */
+ * @return See IscBlockCode, or the count of a repeat block; 0 at the end, and then none is
+ *         selected. */
 TARNLET_API int32_t bsdlIscNextFlowBlock(Bsdl *h);
 
 /** Number of activities and loop markers of the selected block.
@@ -1486,12 +1512,14 @@ TARNLET_API int32_t bsdlIscNbrOfActivities(Bsdl *h);
 
 /** First activity or loop marker of the selected block.
  * @return A record owned by the caller, who releases it with bsdlIscFreeActivity(); NULL without
- *         one. */
+ *         one, and for an activity whose wait has a syntax error, which is selected all the same:
+ *         count with bsdlIscNbrOfActivities(). */
 TARNLET_API IscActivityInfo *bsdlIscFirstActivity(Bsdl *h);
 
 /** Next activity or loop marker of the selected block.
  * @return A record owned by the caller, who releases it with bsdlIscFreeActivity(); NULL at the
- *         end. */
+ *         end, when none is selected, and for an activity whose wait has a syntax error, as
+ *         bsdlIscFirstActivity(). */
 TARNLET_API IscActivityInfo *bsdlIscNextActivity(Bsdl *h);
 
 /** Number of update fields of the selected activity.
@@ -1536,7 +1564,8 @@ TARNLET_API void bsdlIscFreeFlow(IscFlowInfo *info);
  */
 
 /**
- * Runs the checks of bsdl_check() unless they have run, and if they passed, those of this group.
+ * Runs the checks of bsdl_check() unless they have run, all of them even after a fast read, and if
+ * they passed, those of this group.
  *
  * @return 0; 2; 3; 7 in a strict reading without IEEE 1149.6 statements; 100 if a check of this
  *         group failed, or 100 for each general check that failed, added up. 0 as well if an
@@ -1623,8 +1652,9 @@ TARNLET_API AioPinResult *bsdlAioThisPinBehavior(Bsdl *h, const PortId *port);
  *
  * There is no statement for IEEE 1149.4: the analog test data of known devices come from a table,
  * by the name of the component. The component is sought once for the process, by the first call
- * of this group: every later call answers for that first component, whatever its handle. The
- * records are constant and outlive all handles.
+ * of this group, even with a NULL handle, which finds nothing: every later call answers for that
+ * first component, whatever its handle. The iterations belong to the process as well. The records
+ * are constant and outlive all handles. No check is needed.
  * @{
  */
 
@@ -1667,15 +1697,17 @@ TARNLET_API const D4Partition *btslD4TbicNextPartitions(Bsdl *h);
  *
  * A PPC/PRG file names a design, what its scan chains hold and the programs of its parts. The
  * channel that is selected decides which component settings are seen, and the program part that
- * is selected decides what the queries on IEEE 1532 statements see. All of it can be asked without
- * a check, except those queries.
+ * is selected decides what the queries on IEEE 1532 statements see. Until another is selected the
+ * first channel, its first setting and the first program part count as selected, but not for those
+ * queries. All of it can be asked without a check, except those queries.
  * @{
  */
 
 /** The check of a PPC/PRG file: references, extensions, and the IEEE 1532 statements of each part
- * type. It is the only one to call for such a file: bsdl_check() would give up the declarations of
- * extensions that this check needs too.
- * @return 0, 2 for a NULL handle, 100 if a rule failed. */
+ * type. It is the only one to call for such a file, once, and ahead of the queries on IEEE 1532
+ * statements: bsdl_check(), an earlier call or such a query would give up the declarations of
+ * extensions that this check needs.
+ * @return 0, 2 for a NULL handle, 100 if a rule failed; 0 also after freeBsdl(). */
 TARNLET_API int32_t bsdl_check_prg(Bsdl *h);
 
 /** The part type of each program is described in the file.
@@ -1691,7 +1723,7 @@ TARNLET_API const char *bsdlPrgDesignName(Bsdl *h);
 TARNLET_API const char *bsdlPrgRevision(Bsdl *h);
 
 /** FREQUENCY.
- * @return The number as written; 0 for a description. */
+ * @return The number as written, which has no unit; 0 for a description. */
 TARNLET_API int32_t bsdlPrgFrequency(Bsdl *h);
 
 /** Number of serial channels (taps).
@@ -1724,7 +1756,7 @@ TARNLET_API int32_t bsdlPrgNbrOfComponents(Bsdl *h);
 TARNLET_API PrgComponentSetting *bsdlPrgFirstComponent(Bsdl *h);
 
 /** Selects the next component setting of the channel.
- * @return The setting; NULL at the end. */
+ * @return The setting; NULL at the end, and then none is selected. */
 TARNLET_API PrgComponentSetting *bsdlPrgNextComponent(Bsdl *h);
 
 /** Selects the component setting of a part in the channel.
