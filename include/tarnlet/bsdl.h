@@ -1408,7 +1408,7 @@ TARNLET_API int32_t bsdlIscPinBehavior(Bsdl *h);
 TARNLET_API int32_t bsdlIscStatus(Bsdl *h);
 
 /** ISC_Blank_Usercode.
- * @return The pattern; NULL without the statement. */
+ * @return The pattern as written, where X may be a small letter; NULL without the statement. */
 TARNLET_API const char *bsdlIscBlankUserStream(Bsdl *h);
 
 /** ISC_Security.
