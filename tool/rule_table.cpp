@@ -18,6 +18,7 @@ constexpr RuleLevel NOTE = RuleLevel::NOTE;
 
 #define MAIN "IEEE Std 1149.1-2001, clause "
 #define ANNEX MAIN "B."
+constexpr const char *IEEE_1149_1_1990 = "IEEE Std 1149.1-1990";
 constexpr const char *IEEE_1532 = "IEEE Std 1532-2002";
 constexpr const char *IEEE_1149_6 = "IEEE Std 1149.6-2003";
 
@@ -33,51 +34,59 @@ constexpr RuleEntry RULES[] = {
      "The file does not exist, is a folder, or may not be read.",
      "Check the name and the permissions of the file."},
     {"unreadable-input", ERROR, nullptr,
-     "Bsdl reader fatal error: %s",
-     "The file holds a character that no description may hold, such as a zero byte, outside "
-     "strings and comments; reading stops there.",
-     "Make sure that the file is plain text; remove the character on the line that is named."},
+     "Bsdl reader fatal error: non printable\n"
+     "Bsdl reader fatal error: token too large, exceeds YYLMAX\n"
+     "Bsdl reader fatal error: input buffer overflow, can't enlarge buffer because scanner uses "
+     "REJECT",
+     "Nothing is checked, because the reading had to stop. 'non printable' stands for a control "
+     "character outside comments and free texts, the other texts for a word, comment or string of "
+     "16384 characters or more; a missing quotation mark makes such a string.",
+     "Remove the control character on the line that is named, close the string, or break up the "
+     "comment."},
     {"memory-error", ERROR, nullptr,
      "Memory error",
-     "The memory of the process is used up.",
+     "The memory of the process is used up; the process ends.",
      "Give the process more memory, or look for a range or length in the file that cannot be "
      "meant."},
     {"package-not-found", ERROR, ANNEX "10",
      "Cannot find file '%s'",
-     "A package that the file names in a use statement is in none of the folders that were "
-     "searched. What the package declares, cells and extensions above all, is missing from here "
-     "on.",
+     "The file of a package that a use statement names is in none of the folders that were "
+     "searched. Unless --fast-read is given, the reading ends here.",
      "Put the package file beside the description, or name its folder with -I."},
-    {"package-not-opened", ERROR, ANNEX "10",
+    {"package-not-opened", ERROR, nullptr,
      "Cannot open file %s",
-     "The file of a package was found but cannot be opened.",
+     "The file of a package was found but cannot be opened. Unless --fast-read is given, the "
+     "reading ends here.",
      "Check the permissions of the package file."},
-    {"package-nested-too-deep", ERROR, ANNEX "10",
+    {"package-nested-too-deep", ERROR, nullptr,
      "Includes nested too deep",
-     "Packages use each other more than ten files deep, most likely in a circle; the reading "
-     "ends.",
+     "Package files name each other more than ten files deep, most likely in a circle. The "
+     "process that reads the file ends.",
      "Remove the use statement that leads back to a package that is being read."},
     {"package-included-twice", ERROR, ANNEX "10",
      "bsdl_package '%s' already included",
-     "The same package is named in two use statements.",
+     "Two packages of the same name were read, mostly because two use statements name the same "
+     "file.",
      "Remove one of the use statements."},
     {"package-missing", ERROR, ANNEX "8.5",
      "Error in user .all",
-     "A use statement names something that is not the name of a package followed by .all.",
-     "Write the statement as 'use NAME.all;'."},
-    {"package-needs-1994", ERROR, ANNEX "8.5",
+     "A use statement has brought no package. Its file was not found or not opened, as the "
+     "message before this one says, or does not begin with 'package'. The reading ends here.",
+     "Mend the cause of that message, or write package and package body into the file."},
+    {"package-needs-1994", ERROR, nullptr,
      "BSDL version must be STD_1149_1_1994 or higher",
-     "The file uses a package for which IEEE 1149.1-1994 or later is required, but names an "
-     "older issue.",
+     "The package of IEEE 1532-2001 is used, and the standard use statement names the issue of "
+     "1990. The reading ends here.",
      "Name STD_1149_1_1994 or STD_1149_1_2001 in the standard use statement."},
-    {"package-needs-2001", ERROR, ANNEX "8.5",
+    {"package-needs-2001", ERROR, nullptr,
      "BSDL version must be STD_1149_1_2001 or higher",
-     "The file uses a package for which IEEE 1149.1-2001 is required, but names an older issue.",
+     "The package of IEEE 1532-2002 is used in a description by the issue of 1990, or that of "
+     "IEEE 1149.6 in one by 1990 or 1994. The reading ends here.",
      "Name STD_1149_1_2001 in the standard use statement."},
-    {"package-wants-2001", WARNING, ANNEX "8.5",
+    {"package-wants-2001", WARNING, IEEE_1532,
      "BSDL version must be STD_1149_1_2001 or higher",
-     "The package is meant for descriptions by IEEE 1149.1-2001, and the file names an older "
-     "issue. It is read all the same.",
+     "The package of IEEE 1532-2002 is used, and the standard use statement names the issue of "
+     "1994. The package is read all the same.",
      "Name STD_1149_1_2001 in the standard use statement."},
     {"package-wants-prg", WARNING, nullptr,
      "%s included in a non-PPC/PRG file",
@@ -85,8 +94,9 @@ constexpr RuleEntry RULES[] = {
      "Remove the use statement."},
     {"package-standard-differs", WARNING, ANNEX "10",
      "User package '%s' is different from BSDL file package '%s'",
-     "The package is written by another issue of the standard than the description that uses it.",
-     "Use the package of the issue that the description names."},
+     "The package names another issue of the standard than the description that uses it. The "
+     "first text is the issue of the package, the second that of the description.",
+     "Use a package for the issue that the description names, or correct the one that is wrong."},
     {"package-standard-mismatch", ERROR, ANNEX "10",
      "Standard use package is not consistent between user package and user package body",
      "The package and its package body name different standard packages.",
@@ -94,7 +104,7 @@ constexpr RuleEntry RULES[] = {
     {"package-end-mismatch", ERROR, ANNEX "10",
      "User package name is not consistent: %s, %s",
      "The name behind 'end' is not the name of the package.",
-     "Write the name of the package behind 'end', or none."},
+     "Write the name of the package behind 'end'."},
     {"package-body-mismatch", ERROR, ANNEX "10",
      "User package name is not consistent: %s, %s",
      "The package body that follows has another name than the package.",
@@ -102,7 +112,7 @@ constexpr RuleEntry RULES[] = {
     {"package-body-end-mismatch", ERROR, ANNEX "10",
      "User package name is not consistent: %s, %s",
      "The name behind 'end' is not the name of the package body.",
-     "Write the name of the package behind 'end', or none."},
+     "Write the name of the package body behind 'end'."},
     {"package-cell-announced-twice", ERROR, ANNEX "10",
      "Cell '%s' already defined",
      "A package announces the same cell in two deferred constants.",
@@ -113,47 +123,61 @@ constexpr RuleEntry RULES[] = {
      "Add the cell to the package body, or remove the deferred constant."},
     {"package-cell-not-announced", WARNING, ANNEX "10",
      "Cell description '%s' not found in",
-     "A package body defines a cell that the package does not announce as a deferred constant.",
+     "A package body defines a cell that the package does not announce as a deferred constant. "
+     "The cell can be used all the same. The text does not name it.",
      "Add 'constant NAME : CELL_INFO;' to the package."},
 
     // Language
-    {"syntax-error", ERROR, ANNEX "5",
-     "parse error, expecting %s, found '%s' on line %i",
-     "The text does not follow the grammar at this place: the word that was found is none of "
-     "those that may stand here. What follows up to the next semicolon is not read; what is wrong "
-     "with its single words is told with --verbose only.",
-     "Compare the statement with the form that the standard gives. The cause may stand just "
-     "before the word that is named: a comma, an ampersand or a closing parenthesis that is "
-     "missing."},
-    {"statement-skipped", ERROR, ANNEX "5",
+    {"syntax-error", ERROR, "IEEE Std 1149.1-2001, annex B",
+     "parse error, expecting %s, found '%s' on line %i\n"
+     "parse error, found '%s' on line %i",
+     "What was found is none of what the grammar allows at this place; an empty text stands for "
+     "the end of the file or a zero character. The statement is left out up to its semicolon "
+     "(statement-skipped); one that cannot be left out ends the reading. What is wrong with the "
+     "words up to there is told with --verbose only.",
+     "Compare the statement with the form that the standard gives; the order of the statements "
+     "counts too. The cause may stand just before the word that is named: a comma, an ampersand, "
+     "a quotation mark or a closing parenthesis that is missing."},
+    {"statement-skipped", ERROR, nullptr,
      "",
-     "The statement was left out because of the errors that were reported for it. Rules that "
-     "need it may report more.",
+     "A statement was left out because of the errors that were reported for it. The text names "
+     "it, as in 'Skipping boundary_register due to errors'. Rules that need the statement may "
+     "report more.",
      "Mend the errors that stand before this message."},
-    {"illegal-character", EITHER, ANNEX "5.1",
-     "Illegal character '%c' on line %i\nIgnoring illegal character '%c' on line %i",
-     "A character that the language does not know stands outside strings and comments.",
-     "Remove the character; tabs and line ends are allowed."},
-    {"illegal-identifier", BY_STRICT, ANNEX "5.2",
+    {"illegal-character", BY_STRICT, ANNEX "5",
+     "Illegal character '%c' on line %i\n"
+     "Ignoring illegal character '%c' on line %i",
+     "A character that the language does not know stands outside comments and free texts. It is "
+     "passed over; under --strict the reading ends there.",
+     "Remove the character, such as an underscore before a name."},
+    {"illegal-identifier", BY_STRICT, ANNEX "5",
      "Illegal identifier '%.*s' on line %i",
-     "A name does not follow the rules of VHDL: it begins with a digit or an underscore, ends "
-     "with an underscore, or holds two of them side by side.",
-     "Rename the port, register or package."},
-    {"vhdl-keyword", BY_STRICT, ANNEX "5.3",
+     "A name does not follow the rules of VHDL: it begins with a digit, ends with an underscore, "
+     "or holds two of them side by side. Under --strict the word is passed over, so that a syntax "
+     "error may follow.",
+     "Rename the port, pin, register or package."},
+    {"vhdl-keyword", BY_STRICT, ANNEX "5",
      "VHDL keyword '%.*s' is not allowed!",
-     "A reserved word of VHDL is used as a name.",
+     "A reserved word of VHDL is used as a name. Under --strict the word is passed over, so that "
+     "a syntax error may follow.",
      "Choose another name; tools that are built on VHDL refuse this one."},
-    {"keyword-not-in-1990", WARNING, ANNEX "5.3",
+    {"keyword-not-in-1990", WARNING, ANNEX "5",
      "Keyword '%.*s' is not supported in BSDL90",
-     "The word is a keyword of later issues of the standard, while the file names that of 1990.",
-     "Name the issue that the file follows in the standard use statement."},
-    {"incomplete-string", WARNING, ANNEX "5.5",
+     "OBSERVE_ONLY is known since 1994, and the file names the issue of 1990. The word is passed "
+     "over, so that a syntax error follows.",
+     "Name STD_1149_1_1994 or STD_1149_1_2001 in the standard use statement, or choose another "
+     "function."},
+    {"incomplete-string", WARNING, ANNEX "5",
      "Incomplete quoted string on line %i",
-     "A quoted string is not closed on its line.",
+     "A string is still open at the end of the file, which ends the reading. Since a string runs "
+     "to the next quotation mark, the one that is missing may stand far above the line that is "
+     "named, where the first syntax error is.",
      "Close the string with a quotation mark and go on with '&' on the next line."},
     {"obsolete-attribute", WARNING, nullptr,
      "%s is VERY obsolete!",
-     "The attribute belongs to a draft of the language and has no meaning any more.",
+     "INSTRUCTION_SEQUENCE and INSTRUCTION_USAGE have no meaning any more. The message comes only "
+     "in files that name the issue of 1990. The name is passed over, so that a syntax error "
+     "follows.",
      "Remove the statement."},
     {"component-name-mismatch", ERROR, ANNEX "8.1",
      "Component name '%s' not consistent",
@@ -161,11 +185,12 @@ constexpr RuleEntry RULES[] = {
      "Write the name of the entity behind 'of' and behind 'end'."},
     {"standard-unknown", ERROR, ANNEX "8.4",
      "Unknown standard '%.*s'",
-     "The standard use statement names a package that is no issue of the standard.",
+     "The standard use statement names a package that is no issue of the standard, or one later "
+     "than 2001. The reading ends here.",
      "Name STD_1149_1_1990, STD_1149_1_1994 or STD_1149_1_2001."},
     {"pattern-not-32-bits", ERROR, ANNEX "8.12",
      "32 bit pattern length required on line %d",
-     "The pattern of an identification register does not have 32 bits.",
+     "The pattern of an identification register or of ISC_Blank_Usercode does not have 32 bits.",
      "Write 32 characters of 0, 1 and X in all, over as many joined strings as you like."},
 
     // Ports and pin mappings
@@ -175,20 +200,25 @@ constexpr RuleEntry RULES[] = {
      ""},
     {"pin-mapping-unspecified", BY_STRICT, ANNEX "8.2",
      "No default_device_package and no <pin mapping> name are specified",
-     "Neither the generic parameter nor the caller says which pin mapping is meant.",
+     "Neither the generic parameter nor the caller (--package) says which pin mapping is meant. "
+     "The first one is used; under --strict none is.",
      "Give the generic parameter a default, or name a mapping with --package."},
     {"pin-mapping-first-used", WARNING, ANNEX "8.7",
      "Using first available <pin_map> '%s' because none was specified",
-     "No pin mapping was asked for, so the first one of the file is checked.",
-     "Give the generic parameter a default, or name a mapping with --package."},
-    {"pin-mapping-missing", BY_STRICT, ANNEX "8.7",
-     "pin_mapping '%s' does not exist%s",
-     "The file has no pin mapping of the name that was asked for. A file with one mapping is "
-     "checked with that one.",
+     "The pin mapping that was asked for does not exist (pin-mapping-missing), so the only one of "
+     "the file is used.",
+     "Correct the default of the generic parameter, or name the mapping with --package."},
+    {"pin-mapping-missing", EITHER, ANNEX "8.7",
+     "pin_mapping '%s' does not exist\n"
+     "pin_mapping '%s' does not exist and multiple pinmaps defined",
+     "The file has no pin mapping of the name that the generic parameter or the caller "
+     "(--package) gives. It is a warning where the file has one mapping alone, which is used "
+     "then, and an error where it has several or --strict is given.",
      "Write a mapping of this name, or ask for one that is there."},
     {"pin-mapping-unknown", ERROR, ANNEX "8.7",
      "pin_mapping '%s' does not exist",
-     "There is no pin mapping of the name that was asked for.",
+     "A program has asked the library to check a pin mapping that the file does not have. The "
+     "text names the mapping in use, not the one that was asked for.",
      "Ask for one of the mappings of the file."},
     {"pin-mapping-not-unique", ERROR, ANNEX "8.7",
      "<pin_map_name> %s is not unique",
@@ -201,11 +231,12 @@ constexpr RuleEntry RULES[] = {
     {"pin-count-mismatch", ERROR, ANNEX "8.7",
      "<pin map> '%s': number of pins of <bit vector> %s is not equal in <pin mapping> (%i) and "
      "<logical port map> (%i)",
-     "The mapping gives a vector more or fewer pins than the vector has bits.",
+     "The mapping in use gives a vector more or fewer pins than the vector has bits. No pins are "
+     "known then, so that other rules may fail.",
      "Give one pin for each bit of the port."},
-    {"pin-list-too-long", ERROR, ANNEX "8.3",
+    {"pin-list-too-long", ERROR, nullptr,
      "Memory error",
-     "The ports together would have more pins than any device.",
+     "The ports together have more than four million pins.",
      "Correct the range of the port."},
     {"mapped-port-undeclared", ERROR, ANNEX "8.7",
      "<port name> %s (%s) not found in <logical port description>",
@@ -219,23 +250,23 @@ constexpr RuleEntry RULES[] = {
      "Add the port to the mapping, or declare it as linkage."},
     {"port-name-not-unique", ERROR, ANNEX "8.3",
      "<port name> '%s' is not unique",
-     "Two ports have the same name.",
+     "The same name stands in two declarations of the port statement.",
      "Rename or remove one of them."},
     {"port-range-reversed", ERROR, ANNEX "8.3",
      "<port> '%s': end value (%i) of port range must be greater than start (%i)",
      "The range of a vector runs the wrong way: 'to' needs a rising range, 'downto' a falling "
-     "one.",
+     "one. The text speaks of a rising range in either case.",
      "Swap the bounds, or write the other word."},
 
     // Grouped, scan and compliance ports
     {"representative-port-missing", ERROR, ANNEX "8.8",
      "<representative port> %s does not exist in <logical portmap>",
-     "The first port of a pair is not declared.",
-     "Correct the name; a port of a vector needs its subscript."},
+     "The first port of a pair is not declared, or is a linkage port.",
+     "Correct the name or the mode of the port; a port of a vector needs its subscript."},
     {"associated-port-missing", ERROR, ANNEX "8.8",
      "<associated port> %s does not exist in <logical portmap>",
-     "The second port of a pair is not declared.",
-     "Correct the name; a port of a vector needs its subscript."},
+     "The second port of a pair is not declared, or is a linkage port.",
+     "Correct the name or the mode of the port; a port of a vector needs its subscript."},
     {"twin-pin-types-differ", ERROR, ANNEX "8.8",
      "Pin types of <twin group> (%s, %s) must match",
      "The two ports of a differential pair have different modes.",
@@ -246,17 +277,17 @@ constexpr RuleEntry RULES[] = {
      ""},
     {"representative-port-without-cell", ERROR, ANNEX "8.8",
      "<representative port> '%s' must appear in <boundary-scan register>",
-     "The first port of a pair has no cell in the boundary register.",
+     "The first port of a pair has no cell in the boundary register. Reported under --strict only.",
      "Add the cell, or exchange the ports of the pair."},
     {"associated-port-with-cell", ERROR, ANNEX "8.8",
      "<associated port> '%s' cannot appear in <boundary-scan register>",
-     "The second port of a pair has a cell of its own, where the cell of the first port serves "
-     "both.",
+     "The second port of a pair has a cell other than CLOCK and OBSERVE_ONLY, where the cell of "
+     "the first port serves both.",
      "Remove the cell, or exchange the ports of the pair."},
     {"scan-port-missing", ERROR, ANNEX "8.9",
      "<scan port> %s <port id> '%s' not found in <logical port>",
-     "A TAP_SCAN attribute names a port that is not declared.",
-     "Correct the name of the port."},
+     "A TAP_SCAN attribute names a port that is not declared, or is a linkage port.",
+     "Correct the name or the mode of the port."},
     {"scan-port-pin-type", ERROR, ANNEX "8.9",
      "<scan port> %s <port id> '%s' must be <pin type> '%s'",
      "A port of the test access port has the wrong mode: TDI, TMS, TCK and TRST* are inputs, TDO "
@@ -285,8 +316,9 @@ constexpr RuleEntry RULES[] = {
      "Declare the port as in."},
     {"compliance-port-already-used", ERROR, ANNEX "8.10",
      "<compliance port> <port id> '%s' is already used as %s",
-     "A compliance-enable port has another role as well, such as TMS.",
-     "Remove it from one of the statements."},
+     "A compliance-enable port has another role as well, such as TMS or a port of a pair, or is "
+     "named twice.",
+     "Remove it from one of the places."},
     {"compliance-port-with-cell", ERROR, ANNEX "8.10",
      "<compliance port> <port id> '%s' cannot appear in <boundary-scan register>",
      "A compliance-enable port has a cell in the boundary register, although its value is fixed "
@@ -314,17 +346,18 @@ constexpr RuleEntry RULES[] = {
      "Correct the pattern; if the device really captures something else, it breaks the standard."},
     {"instruction-bypass-added", NOTE, MAIN "8.4",
      "mandatory BYPASS instruction opcode (%s) added",
-     "No opcode of all ones is given, so the one of BYPASS that the standard prescribes is added.",
+     "BYPASS is not given the opcode of all ones that the standard prescribes, so it is added "
+     "with this opcode.",
      ""},
-    {"instruction-extest-added", NOTE, MAIN "8.8",
+    {"instruction-extest-added", NOTE, IEEE_1149_1_1990,
      "mandatory EXTEST instruction opcode (%s) added",
-     "No opcode of all zeros is given, so the one of EXTEST that this issue of the standard "
-     "prescribes is added.",
+     "EXTEST is not given the opcode of all zeros, so it is added with this opcode. The opcode is "
+     "prescribed unless COMPONENT_CONFORMANCE names STD_1149_1_2001.",
      ""},
     {"instruction-extest-missing", ERROR, MAIN "8.8",
      "EXTEST instruction opcode mandatory for STD_1149_1_2001",
-     "EXTEST has no opcode. Since 2001 the standard does not prescribe one, so it has to be "
-     "given.",
+     "EXTEST has no opcode, and COMPONENT_CONFORMANCE names STD_1149_1_2001, which does not "
+     "prescribe one.",
      "Add EXTEST to INSTRUCTION_OPCODE."},
     {"instruction-sample-missing", ERROR, MAIN "8.6",
      "no SAMPLE instruction specified",
@@ -332,8 +365,8 @@ constexpr RuleEntry RULES[] = {
      "Add SAMPLE to INSTRUCTION_OPCODE."},
     {"instruction-preload-missing", ERROR, MAIN "8.7",
      "no PRELOAD instruction specified",
-     "PRELOAD has no opcode. Since 2001 it is an instruction beside SAMPLE; both may have the "
-     "same opcode.",
+     "PRELOAD has no opcode, and COMPONENT_CONFORMANCE names STD_1149_1_2001, by which it is an "
+     "instruction beside SAMPLE. Both may have the same opcode.",
      "Add PRELOAD to INSTRUCTION_OPCODE."},
     {"opcode-length", ERROR, ANNEX "8.11",
      "incorrect instruction capture length, opcode: %s (%s) should have length %i",
@@ -341,22 +374,29 @@ constexpr RuleEntry RULES[] = {
      "Write as many bits as INSTRUCTION_LENGTH says."},
     {"opcode-all-ones", ERROR, MAIN "8.4",
      "opcode all 1's must be BYPASS, opcode: '%s' cannot use opcode %s",
-     "The opcode of all ones belongs to BYPASS, and another instruction has it.",
+     "The opcode of all ones belongs to BYPASS, and another instruction has it; an X counts as a "
+     "one. IEEE 1532 descriptions without ISC_Conformance are excepted.",
      "Correct the opcode."},
-    {"opcode-all-zeros", ERROR, MAIN "8.8",
+    {"opcode-all-zeros", ERROR, IEEE_1149_1_1990,
      "opcode all 0's must be EXTEST, opcode: '%s' cannot use opcode %s",
-     "By this issue of the standard the opcode of all zeros belongs to EXTEST, and another "
-     "instruction has it.",
-     "Correct the opcode, or name the issue of 2001 if the device follows it."},
+     "The opcode of all zeros belongs to EXTEST, and another instruction has it; an X counts as a "
+     "zero. The rule does not hold where COMPONENT_CONFORMANCE names STD_1149_1_2001.",
+     "Correct the opcode, or name STD_1149_1_2001 in COMPONENT_CONFORMANCE if the device follows "
+     "that issue."},
     {"opcode-ambiguous", EITHER, ANNEX "8.11",
-     "ambiguous opcodes in instruction opcode table:\n'%s' (%s)",
-     "Opcodes with X in them let one bit pattern stand for two instructions.",
+     "ambiguous opcodes in instruction opcode table:\n"
+     "ambiguous opcodes in instruction opcode table\n"
+     "'%s' (%s)",
+     "A bit pattern stands for two instructions: an opcode with X in it fits one of an "
+     "instruction behind it in the table. It is a warning where COMPONENT_CONFORMANCE names "
+     "STD_1149_1_2001 and an error otherwise, with a line for each of the opcodes.",
      "Replace X where it makes the opcodes overlap."},
     {"opcode-duplicate", WARNING, ANNEX "8.11",
-     "duplicate opcodes in instruction opcode table:\n'%s' (%s)",
-     "Instructions that are not known to share one have the same opcode. They are taken as names "
-     "of one instruction and need registers of the same length.",
-     "Correct the opcodes if only one of the instructions is meant."},
+     "duplicate opcodes in instruction opcode table:\n"
+     "'%s' (%s)",
+     "Several instructions have the same opcode; there is a line for each of them. SAMPLE and "
+     "PRELOAD may share one where COMPONENT_CONFORMANCE names STD_1149_1_2001.",
+     "Correct the opcodes unless the names stand for one instruction."},
 
     // Identification and data registers
     {"idcode-length", ERROR, MAIN "12.1",
@@ -383,9 +423,9 @@ constexpr RuleEntry RULES[] = {
      "Add IDCODE to INSTRUCTION_OPCODE."},
     {"identification-register-missing", ERROR, ANNEX "8.13",
      "%s register not found while %s instruction is used",
-     "An instruction that reads the identification register is used, and there is no such "
-     "register.",
-     "Add the IDCODE_REGISTER or USERCODE_REGISTER statement."},
+     "IDCODE or USERCODE has no register: DEVICE_ID (IDCODE by the issue of 1990) is not in "
+     "REGISTER_ACCESS, and without an IDCODE instruction it is not added.",
+     "Add IDCODE to INSTRUCTION_OPCODE, or the register to REGISTER_ACCESS."},
     {"usercode-length", ERROR, MAIN "12.1",
      "usercode register must be 32-bits",
      "The pattern of USERCODE_REGISTER does not have 32 bits.",
@@ -408,12 +448,13 @@ constexpr RuleEntry RULES[] = {
      "Add the IDCODE_REGISTER and USERCODE_REGISTER statements."},
     {"register-added", NOTE, ANNEX "8.13",
      "Register '%s' added",
-     "A register that the standard implies and the file does not name was added to the model.",
+     "A register that the standard implies and REGISTER_ACCESS does not name was added to the "
+     "model.",
      ""},
     {"register-idcode", ERROR, ANNEX "8.13",
      "illegal device ID register name IDCODE, use DEVICE_ID",
-     "REGISTER_ACCESS calls the identification register IDCODE, which is the name of an "
-     "instruction.",
+     "REGISTER_ACCESS calls the identification register IDCODE, which is its name in the issue of "
+     "1990 only.",
      "Write DEVICE_ID."},
     {"register-instruction-unknown", ERROR, ANNEX "8.13",
      "instruction '%s' in register access table is not found in instruction opcode table",
@@ -421,62 +462,74 @@ constexpr RuleEntry RULES[] = {
      "Correct the name, or add the instruction to INSTRUCTION_OPCODE."},
     {"register-instruction-missing", ERROR, ANNEX "8.13",
      "instruction '%s' not found",
-     "REGISTER_ACCESS needs an instruction that has no opcode.",
+     "A register that was added to the model (register-added) belongs to an instruction that has "
+     "no opcode, SAMPLE or USERCODE for example.",
      "Add the instruction to INSTRUCTION_OPCODE."},
     {"register-length-missing", ERROR, ANNEX "8.13",
      "public register '%s' length not specified",
-     "A register that the standard does not know is named without its length.",
+     "A register other than BYPASS, BOUNDARY and DEVICE_ID is named without its length. (IDCODE "
+     "stands for DEVICE_ID by the issue of 1990.)",
      "Write the length behind the name: NAME[12]."},
     {"register-length-zero", ERROR, ANNEX "8.13",
      "public register '%s' length cannot be 0",
-     "A register has the length 0.",
+     "A register other than those of the standard has the length 0.",
      "Correct the length."},
     {"register-lengths-differ", ERROR, ANNEX "8.13",
      "register lengths: %i, %i not equal",
      "The same register is given with two lengths.",
-     "Correct the length that is wrong."},
+     "Correct the length that is wrong. It need not be repeated."},
     {"register-capture-length", ERROR, ANNEX "8.13",
      "instruction '%s' associated with register '%s' captures %i bits, should be %i",
      "The pattern behind CAPTURES does not have one bit for each bit of the register.",
      "Write as many bits as the register has."},
     {"instruction-already-associated", ERROR, ANNEX "8.13",
      "instruction '%s' is already associated with register '%s'",
-     "An instruction is listed under two registers.",
-     "Remove it from one of them."},
+     "An instruction is listed under two registers, or twice under one. The first counts, where "
+     "registers that were added (register-added) come before those of the file. The check does "
+     "not fail because of it.",
+     "Remove one of the entries."},
     {"bypass-register", ERROR, ANNEX "8.13",
      "MANDATORY instruction '%s' uses invalid register %s",
-     "An instruction of the standard is listed under another register than the one that the "
-     "standard gives it.",
-     "Move it to the register of the standard, or remove it from REGISTER_ACCESS."},
+     "BYPASS is listed under another register than BYPASS.",
+     "Move it to BYPASS, or remove it from REGISTER_ACCESS."},
     {"mandatory-instruction-captures", ERROR, ANNEX "8.13",
      "MANDATORY instruction '%s' captures '%s'",
-     "CAPTURES is given for an instruction whose captured values the standard fixes.",
+     "CAPTURES is given for an instruction whose captured values the standard fixes: BYPASS, "
+     "CLAMP, EXTEST, HIGHZ, IDCODE, INTEST, SAMPLE, USERCODE and, where COMPONENT_CONFORMANCE "
+     "names STD_1149_1_2001, PRELOAD.",
      "Remove CAPTURES from this instruction."},
     {"mandatory-instruction-without-register", ERROR, ANNEX "8.13",
      "MANDATORY instruction %s has no associated register",
-     "The register of an instruction of the standard cannot be found.",
-     "List the instruction under its register in REGISTER_ACCESS."},
+     "PRELOAD is in no register. COMPONENT_CONFORMANCE names STD_1149_1_2001, but the standard "
+     "use statement an older issue, by which PRELOAD has no register of itself.",
+     "List PRELOAD under BOUNDARY in REGISTER_ACCESS, or name STD_1149_1_2001 in the standard use "
+     "statement."},
     {"public-instruction-without-register", ERROR, ANNEX "8.13",
      "public instruction '%s' has no associated register",
-     "An instruction that is not private has no register, so a tester does not know what is "
-     "between TDI and TDO.",
+     "An instruction that is neither private nor one of the standard has no register, so a tester "
+     "does not know what is between TDI and TDO.",
      "List it in REGISTER_ACCESS, or in INSTRUCTION_PRIVATE."},
     {"implied-register-missing", ERROR, ANNEX "8.13",
-     "",
-     "The register that an instruction of the standard selects is not described.",
-     "Add the statement of the register."},
+     "BYPASS register not found\n"
+     "BOUNDARY register not found",
+     "The register that an instruction of the standard selects is not there. No file brings this "
+     "message, because BYPASS and BOUNDARY are added where they are not described "
+     "(register-added).",
+     "Report the file as a fault of tarnlet."},
     {"merged-instruction-length", ERROR, ANNEX "8.13",
      "'%s' register lenght [%i] is different from %s[%i], these instructions cannot share opcodes",
-     "Instructions with the same opcode select registers of different lengths.",
-     "Give them different opcodes, or the same register."},
+     "Instructions with the same opcode select registers of different lengths. No file brings "
+     "this message now: equal opcodes are reported by opcode-duplicate and otherwise stay apart.",
+     "Give them different opcodes, or registers of the same length."},
     {"merged-instruction-without-register", ERROR, ANNEX "8.13",
      "'%s' has no associated register, this instruction cannot share opcodes with '%s'",
-     "Of the instructions with one opcode, one has no register.",
+     "Of the instructions with one opcode, one has no register. No file brings this message now: "
+     "equal opcodes are reported by opcode-duplicate and otherwise stay apart.",
      "List it under the register of the other one."},
     {"merged-instruction-unchecked", WARNING, ANNEX "8.13",
      "Cannot completely check merged instruction %s",
-     "Of the instructions with one opcode, one is private, so that nobody can tell whether they "
-     "fit.",
+     "It cannot be told whether the instructions with one opcode fit. No file brings this message "
+     "now: equal opcodes are reported by opcode-duplicate and otherwise stay apart.",
      "Nothing has to be done if the opcode is meant."},
 
     // Cells of the boundary register
@@ -486,7 +539,7 @@ constexpr RuleEntry RULES[] = {
      "Give the number of cells."},
     {"cell-number-missing", ERROR, ANNEX "8.14",
      "cell_number (%i) does not exist",
-     "A number below BOUNDARY_LENGTH has no cell.",
+     "A number below BOUNDARY_LENGTH has no cell. No more than 65536 such numbers are listed.",
      "Add the cell, or correct BOUNDARY_LENGTH and the numbers."},
     {"cell-number-range", ERROR, ANNEX "8.14",
      "cell_number (%i) cannot be equal to or larger than %i",
@@ -498,24 +551,28 @@ constexpr RuleEntry RULES[] = {
      "Give the number of a cell of the register."},
     {"cell-name-unknown", ERROR, ANNEX "8.14",
      "Cell_name '%s' is not a defined cell",
-     "No package that the file uses defines a cell of this name.",
-     "Correct the name, or use the package that defines the cell."},
+     "Neither the standard nor a package that the file uses defines a cell of this name. BC_8, "
+     "BC_9 and BC_10 belong to the issue of 2001.",
+     "Correct the name, use the package that defines the cell, or name STD_1149_1_2001 in the "
+     "standard use statement."},
     {"cell-context", ERROR, ANNEX "8.14",
      "Cell_type '%s' has no cell_context '%s' as required by cell_number %i",
-     "The cell that is named cannot have the function that this row gives it.",
+     "The definition of the cell that is named has no entry for the function that this row gives "
+     "it.",
      "Use a cell that is defined for this function, or correct the function."},
     {"cell-no-intest", ERROR, ANNEX "8.14",
      "INTEST is specified in <opcode description> and <cell name> '%s' does not possess INTEST "
      "support capability",
-     "The device has INTEST, but this cell does not support it.",
-     "Use a cell that captures and drives under INTEST, or remove INTEST."},
+     "The device has INTEST, but the definition of this cell does not say what it captures under "
+     "INTEST.",
+     "Use a cell that is defined for INTEST, or remove INTEST from INSTRUCTION_OPCODE."},
     {"cell-safe-bit-value", ERROR, ANNEX "8.14",
      "safe_bit must be X, 0, 1",
      "The safe bit is not 0, 1 or X.",
      "Write 0, 1 or X."},
     {"cell-disable-value", ERROR, ANNEX "8.14",
      "disable_value must be X, 0, 1",
-     "The disable value is not 0 or 1.",
+     "The disable value is not 0 or 1; X is not allowed, although the text says so.",
      "Write 0 or 1."},
     {"cell-disable-result-keeper", ERROR, ANNEX "8.14",
      "<disable result> KEEPER is only allowed in BSDL2001",
@@ -527,7 +584,8 @@ constexpr RuleEntry RULES[] = {
      "Add the number of the control cell, the disable value and the disable result."},
     {"cell-disable-spec-forbidden", ERROR, ANNEX "8.14",
      "cell_number %i with function '%s' cannot contain a disable_spec",
-     "A cell that drives no pin says how a driver is turned off.",
+     "A cell that drives no pin (INPUT, CLOCK, OBSERVE_ONLY, CONTROL, CONTROLR or INTERNAL) says "
+     "how a driver is turned off.",
      "Remove the control cell, disable value and disable result from the row."},
     {"cell-port-forbidden", ERROR, ANNEX "8.14",
      "cell_number %i with function '%s' must have port_id '*' instead of %s",
@@ -556,17 +614,20 @@ constexpr RuleEntry RULES[] = {
      "A driver with one open state (OUTPUT2 with a disable part) is controlled by another cell, "
      "while it has to be controlled by its own value.",
      "Name the cell's own number as its control cell, or make it OUTPUT3."},
-    {"cell-self-disable-result", BY_STRICT, ANNEX "8.14",
+    {"cell-self-disable-result", EITHER, ANNEX "8.14",
      "cell_number %i with function '%s' and disable_value '%s' must have disable_result '%s' or "
      "'%s' instead of '%s'",
-     "A driver that is turned off by its own value can leave the pin only at that value: WEAK0 "
-     "or PULL0 when turned off by 0, WEAK1 or PULL1 by 1.",
+     "A driver that is turned off by its own value can leave the pin only at that value: WEAK0 or "
+     "PULL0 when turned off by 0, WEAK1 or PULL1 by 1. It is an error for BIDIR; for OUTPUT2 it "
+     "is a warning, an error under --strict. The rule holds for files that name STD_1149_1_2001.",
      "Correct the disable value or the disable result."},
     {"control-cell-function", BY_STRICT, ANNEX "8.14",
      "cell_number %i with function '%s' uses cell %i as control_cell but this is not a "
      "control_cell",
-     "The cell that is named as control cell has neither of the functions CONTROL and CONTROLR.",
-     "Name the control cell, or correct the function of the cell."},
+     "The cell that is named as control cell has neither of the functions CONTROL and CONTROLR. "
+     "This holds for an OUTPUT3 cell that names itself, too.",
+     "Name the control cell, correct the function of that cell, or make a driver that controls "
+     "itself OUTPUT2."},
     {"control-cell-range", ERROR, ANNEX "8.14",
      "cell_number %i uses cell %i as control_cell this cell number is out of range",
      "The number of the control cell is not below BOUNDARY_LENGTH.",
@@ -574,15 +635,17 @@ constexpr RuleEntry RULES[] = {
     {"control-cell-safe-bit", ERROR, ANNEX "8.14",
      "The <disable value> (%s) of <cell number> %i with <function> '%s' must be equal to the "
      "<safe bit> (%s) of <cell number> %i with <function> '%s'",
-     "The safe bit of a control cell does not turn off a driver that it controls.",
+     "The safe bit of a control cell is neither X nor the value that turns off a driver of this "
+     "cell.",
      "Give the control cell the disable value of its drivers as safe bit, or correct the disable "
      "value."},
     {"control-cell-shared", ERROR, ANNEX "8.14",
-     "cell_number %i with function '%s' does controlled by %i has a different disable_value (%s "
-     "- %s) from cell_number %i with function '%s', also controlled by cell_number %i",
-     "Two drivers of one control cell are turned off by different values, so that both can never "
-     "be off.",
-     "Correct the disable value of one of them."},
+     "cell_number %i with function '%s' does controlled by %i has a different disable_value (%s - "
+     "%s) from cell_number %i with function '%s', also controlled by cell_number %i",
+     "Two drivers of one control cell have different disable results, which the text calls "
+     "disable values. No file brings this message: the rule asks for a description by two issues "
+     "of the standard at once.",
+     "Correct the disable result of one of them."},
     {"control-cell-unused", ERROR, ANNEX "8.14",
      "cell_number %i with function '%s' does not control any cell",
      "No cell names this control cell.",
@@ -610,7 +673,7 @@ constexpr RuleEntry RULES[] = {
      "(now '%s' and '%s')",
      "The two rows of one cell have different safe bits.",
      "Give both the same safe bit, or X to one of them."},
-    {"capture-described-twice", ERROR, ANNEX "8.14",
+    {"capture-described-twice", ERROR, ANNEX "10",
      "Capture descriptor (%s, %s, %s) for cell '%s' already defined",
      "A cell description says twice what the cell captures for the same function and instruction.",
      "Remove one of the entries."},
@@ -624,23 +687,32 @@ constexpr RuleEntry RULES[] = {
      "Remove the entry."},
     {"capture-source-illegal", ERROR, ANNEX "10",
      "Illegal capture source '%s' for instruction '%s' of context '%s' for cell '%s'",
-     "A cell with this function cannot capture from this source under this instruction.",
-     "Correct the source: PI, PO, UPD, CAP, X, ZERO or ONE."},
+     "A cell definition captures what it must not. INPUT, CLOCK and BIDIR_IN capture PI under "
+     "EXTEST and SAMPLE; CONTROL and CONTROLR capture PI under SAMPLE and PI or UPD under INTEST; "
+     "OBSERVE_ONLY captures PI.",
+     "Correct the source in the package body."},
     {"capture-source-of-mandated-cell", ERROR, ANNEX "10",
      "Illegal capture source 'PI' for instruction '%s' of context '%s' for mandated cell '%s'",
-     "A cell that the standard mandates at this place cannot capture PI under this instruction.",
-     "Correct the source."},
+     "A cell with a name of the standard, BC_0 to BC_6 for example, is defined to capture PI "
+     "under INTEST as OBSERVE_ONLY.",
+     "Remove the entry, or give the cell a name of your own."},
     {"capture-source-of-output", BY_STRICT, ANNEX "10",
-     "Illegal capture source '%s' for instruction '%s' of context '%s' for cell '%s'%s",
-     "The source is not allowed for an output cell by this issue of the standard; some are "
-     "allowed since 2001.",
-     "Correct the source, or declare conformance to STD_1149_1_2001."},
+     "Illegal capture source '%s' for instruction '%s' of context '%s' for cell '%s'\n"
+     "Illegal capture source '%s' for instruction '%s' of context '%s' for cell '%s' (Maybe you "
+     "want to set 2001 Conformance)",
+     "An output (OUTPUT2, OUTPUT3 or BIDIR_OUT) is defined to capture something else than PI "
+     "under SAMPLE or INTEST. PO is allowed under SAMPLE where COMPONENT_CONFORMANCE names "
+     "STD_1149_1_2001. Without that the message comes also for BC_8 and BC_10, the cells of the "
+     "standard itself, in every file that uses STD_1149_1_2001.",
+     "Name STD_1149_1_2001 in COMPONENT_CONFORMANCE if the device follows that issue, or correct "
+     "the source in the package body."},
 
     // Cells against ports
     {"pin-without-cell", BY_STRICT, ANNEX "8.14",
      "<port name> '%s' with <pin type> %s does not exist in <boundary register statement>",
-     "A port bit that is no linkage has no cell in the boundary register, so that nothing can be "
-     "tested at this pin.",
+     "A port bit has no cell in the boundary register, so that nothing can be tested at this pin. "
+     "Linkage ports and those of the test access port, of differential pairs and of "
+     "COMPLIANCE_PATTERNS need none.",
      "Add the cell, or declare the port as linkage."},
     {"linkage-port-cell", ERROR, ANNEX "8.14",
      "<cell number> %i with <port id> '%s' cannot have <pin type> LINKAGE in <logical pin map>",
@@ -654,16 +726,19 @@ constexpr RuleEntry RULES[] = {
     {"out-port-cell-function", ERROR, ANNEX "8.14",
      "<cell type> OUT in <logical pin map> means that <cell number> %i with <port id> %s must "
      "have function OUTPUT2 or OUTPUT3",
-     "The cell of an output is no driver.",
-     "Make it OUTPUT2 or OUTPUT3, or correct the mode of the port."},
+     "The cell of an output neither drives nor only observes it.",
+     "Make it OUTPUT2 or OUTPUT3, or OBSERVE_ONLY beside a cell that drives; or correct the mode "
+     "of the port."},
     {"out-port-two-drivers", ERROR, ANNEX "8.14",
-     "<cell number> %i with <function> %s and <cell number> %i with <function> %s, both <port "
-     "id> %s cannot both have %s function",
+     "<cell number> %i with <function> %s and <cell number> %i with <function> %s, both <port id> "
+     "%s cannot both have an OUTPUT function",
      "Two cells drive the same output.",
      "Correct the port of one of the cells."},
     {"out-port-without-driver", ERROR, ANNEX "8.14",
      "<port id> %s must have a cell with an OUTPUT function",
-     "An output has a cell that observes it, but none that drives it.",
+     "An output has a cell that observes it, but none that drives it. For the second port of a "
+     "differential pair the driver of the first is enough, under --strict only in descriptions of "
+     "IEEE 1149.6.",
      "Add the driving cell."},
     {"inout-port-cell-function", ERROR, ANNEX "8.14",
      "<cell type> INOUT in <logical pin map> means that <cell number> %i with <port id> %s must "
@@ -671,20 +746,23 @@ constexpr RuleEntry RULES[] = {
      "A cell of a bidirectional port has a function that such a port cannot have.",
      "Make it BIDIR, OUTPUT2, OUTPUT3, INPUT or OBSERVE_ONLY."},
     {"inout-port-two-drivers", ERROR, ANNEX "8.14",
-     "<cell number> %i with <function> %s and <cell number> %i with <function> %s, both <port "
-     "id> %s cannot both have %s function",
+     "<cell number> %i with <function> %s and <cell number> %i with <function> %s, both <port id> "
+     "%s cannot both have a BIDIR/OUTPUT2/OUTPUT3 function\n"
+     "<cell number> %i with <function> %s and <cell number> %i with <function> %s, both <port id> "
+     "%s cannot both have an OUTPUT2/OUTPUT3 function",
      "Two cells drive the same bidirectional port.",
      "Correct the port or the function of one of the cells."},
     {"inout-port-without-input", BY_STRICT, ANNEX "8.14",
-     "<cell number> %i <function> %s: at least one other <cell entry> with <port id> %s must "
-     "have function INPUT or OBSERVE_ONLY but a different <cell number>",
-     "A bidirectional port has a cell that drives it, but none that receives.",
+     "<cell number> %i <function> %s: at least one other <cell entry> with <port id> %s must have "
+     "function INPUT or OBSERVE_ONLY but a different <cell number>",
+     "A bidirectional port has an OUTPUT2 or OUTPUT3 cell, but no cell of another number that "
+     "receives.",
      "Add an INPUT or OBSERVE_ONLY cell, use a BIDIR cell, or declare the port as out."},
     {"buffer-port-cell-function", ERROR, ANNEX "8.14",
      "<cell type> BUFFER in <logical pin map> means that <cell number> %i with <port id> %s must "
      "have function OUTPUT2",
-     "The cell of a buffer port is not OUTPUT2, the function of an output that cannot be turned "
-     "off.",
+     "The cell of a buffer port is neither OUTPUT2, the function of an output that cannot be "
+     "turned off, nor OBSERVE_ONLY.",
      "Make it OUTPUT2, or declare the port as out."},
     {"buffer-port-disable-spec", ERROR, ANNEX "8.14",
      "<cell type> BUFFER in <logical pin map> means that <cell number> %i with <port id> %s "
@@ -692,18 +770,20 @@ constexpr RuleEntry RULES[] = {
      "The cell of a buffer port says how the driver is turned off, while a buffer always drives.",
      "Remove the disable part, or declare the port as out."},
     {"buffer-port-two-drivers", ERROR, ANNEX "8.14",
-     "<cell number> %i with <function> %s and <cell number> %i with <function> %s, both <port "
-     "id> %s cannot both have %s function",
+     "<cell number> %i with <function> %s and <cell number> %i with <function> %s, both <port id> "
+     "%s cannot both have an OUTPUT2 function",
      "Two cells drive the same buffer port.",
      "Correct the port of one of the cells."},
     {"buffer-port-without-driver", ERROR, ANNEX "8.14",
      "<port id> %s must have a cell with an OUTPUT2 function",
-     "A buffer port has no cell that drives it.",
+     "A buffer port has a cell that observes it, but none that drives it. For the second port of "
+     "a differential pair the driver of the first is enough, under --strict only in descriptions "
+     "of IEEE 1149.6.",
      "Add an OUTPUT2 cell."},
     {"observe-only-cell-of-associated-port", WARNING, ANNEX "8.14",
      "'observe only' cell %i connected to associated output port '%s'",
-     "A cell only observes the second output of a differential pair, whose value follows from "
-     "the first.",
+     "A cell only observes the second output of a differential pair, whose value follows from the "
+     "first. Not reported under --strict, nor in descriptions of IEEE 1149.6.",
      "Nothing has to be done if the device has such a cell."},
 
     // RUNBIST, INTEST and extensions
@@ -739,7 +819,7 @@ constexpr RuleEntry RULES[] = {
     {"extension-undeclared", ERROR, ANNEX "8.17",
      "Extension '%s' in '%s' is defined but not declared",
      "An attribute that the standard does not know is used without being declared.",
-     "Add 'attribute NAME : BSDL_EXTENSION;' before it, or use the package that declares it."},
+     "Add 'attribute NAME : BSDL_EXTENSION;', or use the package that declares it."},
     {"design-warning-order", BY_STRICT, ANNEX "8.1",
      "Wrong ordening of statements \"DESIGN_WARNING\" and BSDL Extensions ",
      "DESIGN_WARNING has to be the last statement, behind the extensions.",
@@ -748,29 +828,36 @@ constexpr RuleEntry RULES[] = {
     // IEEE 1532
     {"isc-missing", BY_STRICT, IEEE_1532,
      "BSDL ISC Extension not defined",
-     "The file uses a package of IEEE 1532, but has none of its statements.",
-     "Add the statements, or remove the use statement."},
+     "The file uses a package of IEEE 1532, but has none of its statements, or they were left out "
+     "because of errors.",
+     "Add the statements, mend the errors before this message, or remove the use statement."},
     {"isc-conformance-missing", WARNING, IEEE_1532,
      "ISC_Conformance statement required for Std_1532_2002",
      "A description by the issue of 2002 has to have an ISC_Conformance statement.",
      "Add the statement."},
     {"isc-statement-order", BY_STRICT, IEEE_1532,
-     "",
-     "Statements of IEEE 1532 do not stand in the order of the standard.",
-     "Put ISC_Pin_Behavior, ISC_Fixed_System_Pins, ISC_Status and the others into the order of "
-     "the standard."},
+     "Wrong ordening of ISC ATTRIBUTES \"PIN_BEHAVIOR\" and \"STATUS\"\n"
+     "Wrong ordening of ISC ATTRIBUTES \"PIN_BEHAVIOR\" and \"FIXED_SYSTEM_PINS\" and \"STATUS\"",
+     "ISC_Pin_Behavior, ISC_Fixed_System_Pins and ISC_Status do not stand in this order. The text "
+     "does not always name all that are out of place.",
+     "Put the three into this order."},
     {"isc-fixed-pin-unknown", ERROR, IEEE_1532,
-     "port_id '%s' not found\nport_id '%s[%i]' not found",
-     "ISC_Fixed_System_Pins names a port that is not declared.",
-     "Correct the name."},
+     "port_id '%s' not found\n"
+     "port_id '%s[%i]' not found",
+     "The file has ISC_Fixed_System_Pins. The check names the first port of the statement, "
+     "whether it is declared or not, and looks at no other: no description with this statement "
+     "passes.",
+     "See that all ports of the statement are declared; --rule isc-fixed-pin-unknown=off then "
+     "leaves the message out."},
     {"isc-blank-usercode-length", ERROR, IEEE_1532,
      "blank_usercode has incorrect string length",
      "ISC_Blank_Usercode does not have 32 bits.",
      "Write 32 bits."},
     {"isc-instruction-missing", ERROR, IEEE_1532,
      "mandatory ISC instruction %s not available",
-     "An instruction that IEEE 1532 mandates has no opcode.",
-     "Add it to INSTRUCTION_OPCODE."},
+     "ISC_ENABLE, ISC_DISABLE, ISC_PROGRAM or ISC_NOOP, which IEEE 1532 mandates, has no opcode "
+     "or is private.",
+     "Add it to INSTRUCTION_OPCODE, or remove it from INSTRUCTION_PRIVATE."},
     {"isc-instruction-target", ERROR, IEEE_1532,
      "ISC instruction %s has incorrect target register %s",
      "An instruction of IEEE 1532 selects a register that it must not select.",
@@ -782,7 +869,7 @@ constexpr RuleEntry RULES[] = {
     {"isc-register-id-missing", ERROR, IEEE_1532,
      "mandatory ISC register DEVICE_ID not available",
      "The register DEVICE_ID is not described.",
-     "Add the IDCODE_REGISTER statement."},
+     "Add DEVICE_ID to REGISTER_ACCESS, or use the package of IEEE 1532, by which it is added."},
     {"isc-illegal-exit-unknown", ERROR, IEEE_1532,
      "illegal exit instruction '%s' does not exist",
      "ISC_Illegal_Exit names an instruction that has no opcode.",
@@ -802,7 +889,7 @@ constexpr RuleEntry RULES[] = {
      "List it under ISC_PDATA in REGISTER_ACCESS."},
     {"isc-security-no-bits", ERROR, IEEE_1532,
      "ISC_PROGRAM_SECURITY is implemented, but no security bits are set",
-     "ISC_PROGRAM_SECURITY is there, but ISC_Security gives no bit a meaning.",
+     "There is an ISC_Security statement, but it has * for every bit.",
      "Give the bits in ISC_Security."},
     {"isc-security-read-range", ERROR, IEEE_1532,
      "security bit disable_read (%i) exceeds ISC_PDATA length %i",
@@ -829,12 +916,15 @@ constexpr RuleEntry RULES[] = {
      "The highest bit of the key is below the lowest.",
      "Swap the numbers."},
     {"isc-flow-duplicate", WARNING, IEEE_1532,
-     "flow descriptor %s (%s) exists, ignored\nflow descriptor %s exists, ignored",
-     "A flow of this name (and data name) was described before; this one is left out.",
+     "flow descriptor %s (%s) exists, ignored\n"
+     "flow descriptor %s exists, ignored",
+     "A flow of this name (and data name) was described before; this one is left out. A flow F_X "
+     "counts as the same as a flow F(X).",
      "Rename or remove one of them."},
     {"isc-flow-data-name-missing", ERROR, IEEE_1532,
      "an input or IO operator exists without associated flow_name in flow_descriptor '%s'",
-     "A flow takes input or gives output, but has no data name that says what data it moves.",
+     "A flow sets a variable from input (? or ?!), but has no data name that says what data it "
+     "moves.",
      "Add the data name in parentheses behind the name of the flow."},
     {"isc-activity-instruction-unknown", ERROR, IEEE_1532,
      "flow activity instruction: '%s' not found",
@@ -850,7 +940,7 @@ constexpr RuleEntry RULES[] = {
      "Correct the width."},
     {"isc-field-hex-too-long", ERROR, IEEE_1532,
      "hex_string [%i] must fit in field_width [%i]",
-     "A hexadecimal number has more bits than its field.",
+     "A hexadecimal number has more bits than its field; leading zeros do not count.",
      "Widen the field, or shorten the number."},
     {"isc-field-operand-too-long", ERROR, IEEE_1532,
      "operand [%i] must fit in field_width [%i]",
@@ -858,37 +948,45 @@ constexpr RuleEntry RULES[] = {
      "Widen the field, or correct the operand."},
     {"isc-update-widths", ERROR, IEEE_1532,
      "the sum of update field widths (%i) in flow '%s' activity '%s' must be equal to the length "
-     "of associated register '%s[%i]'",
+     "of associated register '%s[%i]'\n"
+     "the sum of update field widths (%i) in flow '%s(%s)' activity '%s' must be equal to the "
+     "length of associated register '%s[%i]'",
      "The update fields of an activity do not make up the register that it shifts.",
      "Correct the widths; their sum has to be the length of the register."},
     {"isc-capture-widths", ERROR, IEEE_1532,
-     "The sum of capture field widths (%i) in flow '%s' activity '%s' must be equal to the "
+     "The sum of capture field widths (%i) in flow '%s' activity '%s' must be equal to the length "
+     "of associated register '%s[%i]'\n"
+     "The sum of capture field widths (%i) in flow '%s (%s)' activity '%s' must be equal to the "
      "length of associated register '%s[%i]'",
      "The capture fields of an activity do not make up the register that it shifts.",
      "Correct the widths; their sum has to be the length of the register."},
     {"isc-wait-clock", ERROR, IEEE_1532,
-     "tck port name '%s' differs from tck_stmt port_id '%s' in flow '%s'",
+     "tck port name '%s' differs from tck_stmt port_id '%s' in flow '%s'\n"
+     "tck port name '%s' differs from tck_stmt port_id '%s' in flow '%s (%s)'",
      "A wait counts cycles of a port that is not TCK.",
      "Name the port of TAP_SCAN_CLOCK."},
     {"isc-wait", ERROR, IEEE_1532,
-     "",
-     "A wait in a flow is not written as the standard asks for.",
-     "Write WAIT with a duration, or two joined by a colon."},
+     "wait_specification",
+     "A wait in a flow is not written as the standard asks for. The message comes once for each "
+     "word that is passed over.",
+     "Write 'WAIT D', 'WAIT D MIN' or 'WAIT D MIN, E MAX' for durations D and E."},
     {"isc-duration", ERROR, IEEE_1532,
-     "",
-     "A duration in a flow is not written as the standard asks for.",
-     "Give cycles of TCK, a time, or both."},
+     "duration_specification",
+     "A duration in a flow is not written as the standard asks for. The message comes once for "
+     "each word that is passed over.",
+     "Give cycles of TCK, a time, or both in this order with a comma between them."},
     {"isc-loop-count", ERROR, IEEE_1532,
      "loop_count must be > 0",
-     "A loop is to run 0 times.",
+     "A loop has a count that is not above 0.",
      "Give a number above 0."},
     {"isc-loop-limits", ERROR, IEEE_1532,
-     "loop count (%i) must be greater than or equal to min loop count (%i) in flow '%s'",
+     "loop count (%i) must be greater than or equal to min loop count (%i) in flow '%s'\n"
+     "loop count (%i) must be greater than or equal to min loop count (%i) in flow '%s (%s)'",
      "A loop is to run fewer times at most than at least. The check does not fail because of it.",
      "Swap the numbers."},
     {"isc-repeat-count", ERROR, IEEE_1532,
      "repeat_count must be > 0",
-     "A repeat block is to run 0 times.",
+     "A repeat block has a count that is not above 0.",
      "Give a number above 0."},
     {"isc-tag-order", WARNING, IEEE_1532,
      "Capture field tags order should be :CRC:OST",
@@ -900,11 +998,12 @@ constexpr RuleEntry RULES[] = {
      "Use one width for a variable in a flow."},
     {"isc-variable-undefined", ERROR, IEEE_1532,
      "Variable '%s' not defined on line %i",
-     "A variable is used before it was set in the flow.",
+     "A variable is used before it was set in the flow. Capital and small letters make different "
+     "variables.",
      "Set the variable in an activity before."},
-    {"isc-variables-too-many", ERROR, IEEE_1532,
+    {"isc-variables-too-many", ERROR, nullptr,
      "Too many variables in this flow definition",
-     "A flow has more variables than the standard allows.",
+     "A flow has more than 51 variables.",
      "Split the flow, or use a variable twice."},
     {"isc-procedure-name", BY_STRICT, IEEE_1532,
      "illegal proc_name: '%s', the first five characters cannot be \"PROC_\"",
@@ -1041,8 +1140,8 @@ constexpr RuleEntry RULES[] = {
     // PPC/PRG files
     {"design-name-mismatch", ERROR, nullptr,
      "Design name '%s' not consistent",
-     "The name at the end of the file is not the name of the design.",
-     "Write the name of the design behind 'end'."},
+     "A statement, or the end of the file, names another design than the one that is described.",
+     "Write the name of the design behind 'of' and behind 'end'."},
     {"program-type-unknown", ERROR, nullptr,
      "type '%s' not specified",
      "A program is for a part type that the file does not describe.",
@@ -1051,11 +1150,11 @@ constexpr RuleEntry RULES[] = {
     // EBST files
     {"ebst-file-open", ERROR, nullptr,
      "Cannot open file '%s'",
-     "The EBST file cannot be created.",
+     "The EBST file cannot be created, or the file of that name cannot be written.",
      "Check the folder and its permissions."},
     {"ebst-file-write", ERROR, nullptr,
      "Cannot write file '%s'",
-     "The EBST file could not be written to its end; nothing is left under its name.",
+     "The EBST file could not be written to its end. A file that was there before stays as it was.",
      "Make room on the disk."},
 
     // The tool

@@ -6,7 +6,7 @@
 enum class RuleLevel : uint8_t {
     ERROR,
     WARNING,
-    EITHER,    // by what else is wrong
+    EITHER,    // the meaning says when
     BY_STRICT, // a warning, an error under --strict
     NOTE
 };
