@@ -39,8 +39,8 @@ def unescaped(literal):
 sources = [without_comments(path.read_text()) for path in sorted((root / "src").rglob("*.cpp"))]
 in_code = {found for text in sources for found in IDENTIFIER.findall(text)} | OF_THE_TOOL
 # Literals side by side are one; formats that are put together at run time stand for anything.
-literals = {unescaped(part) for text in sources
-            for part in LITERAL.findall(re.sub(r'(?<!\\)"\s*"', "", text))}
+joined = [re.sub(r'(?<!\\)"\s*"', "", text) for text in sources]
+literals = {unescaped(part) for text in joined for part in LITERAL.findall(text)}
 
 
 def pattern_of(literal):
@@ -50,6 +50,19 @@ def pattern_of(literal):
 
 
 patterns = [pattern for pattern in map(pattern_of, literals) if pattern]
+
+
+def formats_of(text):
+    """Identifiers with the formats that stand in the same statement, or behind it in the function
+    that keeps the rule in a variable. A few words, or a text that begins with a blank, are a part
+    of a format."""
+    for found in IDENTIFIER.finditer(text):
+        kept = text.endswith("Rule rule = {", 0, found.start())
+        statement = text[found.end():text.find("\n}" if kept else ";", found.end())]
+        following = IDENTIFIER.search(statement)
+        for part in LITERAL.findall(statement[:following.start()] if following else statement):
+            if len(part) > 16 and " " in part and not part.startswith(" "):
+                yield found[1], unescaped(part)
 
 
 table = json.loads(run("check", "--list-rules", "--format", "json"))
@@ -69,6 +82,13 @@ for rule in table:
     expect(rule["mend"] or rule["level"] == "note", f"{rule['id']}: how to mend is not told")
     explained = run("check", "--explain", rule["id"])
     expect(explained.startswith(f"{rule['id']}: {rule['level']}\n"), f"--explain {rule['id']}")
+
+forms_of = {rule["id"]: rule["text"].split("\n") for rule in table}
+for text in joined:
+    for identifier, text_format in formats_of(text):
+        expect(any(pattern_of(text_format).fullmatch(form) or
+                   text_format.strip() in form for form in forms_of.get(identifier, [])),
+               f"{identifier}: {text_format!r} is none of the texts in the table")
 
 catalogue = (root / "docs" / "rules.md").read_text()
 expect(catalogue == run("check", "--list-rules", "--format", "markdown"),
