@@ -100,7 +100,7 @@ static std::string last_columns(std::string_view text, size_t columns)
 void TextReporter::source_line(const Finding &finding)
 {
     const std::string_view line = sources.line(finding.file, finding.line);
-    const Mark mark = find_mark(line, finding.text);
+    const Mark mark = find_mark(line, finding);
     if (mark.length == 0)
         return;
     const std::string_view left = line.substr(0, mark.at);

@@ -1,5 +1,7 @@
 #include "source_lines.h"
 
+#include "rule_table.h"
+
 #include <algorithm>
 #include <cctype>
 #include <fstream>
@@ -54,29 +56,86 @@ static size_t find_word(std::string_view line, std::string_view word)
     }
 }
 
-// The words of a message that stand in quotes; `EXPECTED' words of syntax errors, which do not
-// stand in the line, are passed over.
-static std::vector<std::string_view> quoted_words(std::string_view message)
+namespace
 {
-    std::vector<std::string_view> words;
-    for (size_t at = 0; (at = message.find_first_of("'`", at)) != std::string_view::npos; at++) {
-        const size_t close = message.find('\'', at + 1);
-        if (close == std::string_view::npos)
-            break;
-        if (message[at] == '\'' && close > at + 1)
-            words.push_back(message.substr(at + 1, close - at - 1));
-        at = close;
-    }
-    return words;
+
+// What stands in a message for a conversion of its form.
+struct Argument {
+    std::string_view text;
+    bool quoted;
+};
+
+} // namespace
+
+// False when the message has another form.
+static bool take_arguments(std::string_view form, std::string_view message,
+                           std::vector<Argument> &arguments)
+{
+    const size_t percent = form.find('%');
+    if (percent == std::string_view::npos)
+        return message == form;
+    if (!message.starts_with(form.substr(0, percent)))
+        return false;
+    const bool quoted = percent > 0 && form[percent - 1] == '\'';
+    message.remove_prefix(percent);
+    form.remove_prefix(percent);
+    form.remove_prefix(form.find_first_of("cdefisu") + 1);
+    const size_t next = form.find('%');
+    const std::string_view behind = form.substr(0, next);
+    const size_t end = next == std::string_view::npos ? message.rfind(behind)
+                       : behind.empty()               ? message.size()
+                                                      : message.find(behind);
+    if (end == std::string_view::npos)
+        return false;
+    arguments.push_back({message.substr(0, end), quoted});
+    return take_arguments(form, message.substr(end), arguments);
 }
 
-Mark find_mark(std::string_view line, std::string_view message)
+// Those in quotes, which the message is about, first.
+static std::vector<Argument> arguments_of(const Finding &finding)
 {
-    // A subscript says which bit of a vector; the line may name the vector alone.
-    for (const std::string_view word : quoted_words(message))
-        for (const std::string_view form : {word, word.substr(0, word.find('('))})
-            if (const size_t at = form.empty() ? form.npos : find_word(line, form); at != form.npos)
+    std::vector<Argument> arguments;
+    const RuleEntry *rule = find_rule(finding.rule);
+    if (!rule)
+        return arguments;
+    std::string_view message = finding.text;
+    message.remove_suffix(message.ends_with('\n'));
+    for (std::string_view forms = rule->text; !forms.empty();) {
+        const std::string_view form = forms.substr(0, forms.find('\n'));
+        if (take_arguments(form, message, arguments))
+            break;
+        arguments.clear();
+        forms.remove_prefix(std::min(forms.size(), form.size() + 1));
+    }
+    std::stable_partition(arguments.begin(), arguments.end(),
+                          [](const Argument &each) { return each.quoted; });
+    return arguments;
+}
+
+static bool is_number(std::string_view text)
+{
+    return text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+// Most numbers are lengths, counts and the like; that of a cell is the first word of its row.
+static size_t find_cell_number(std::string_view line, std::string_view number)
+{
+    const size_t first = std::min(line.find_first_not_of(" \t\""), line.size());
+    return find_word(line.substr(first), number) == 0 ? first : line.npos;
+}
+
+Mark find_mark(std::string_view line, const Finding &finding)
+{
+    for (const auto &[text, quoted] : arguments_of(finding))
+        // A subscript says which bit of a vector; the line may name the vector alone.
+        for (const std::string_view form : {text, text.substr(0, text.find('('))}) {
+            if (form.empty())
+                continue;
+            const size_t at =
+                !quoted && is_number(form) ? find_cell_number(line, form) : find_word(line, form);
+            if (at != line.npos)
                 return {at, form.size()};
+        }
     const size_t comment = line.find("--");
     if (comment != std::string_view::npos && comment > 0)
         line = line.substr(0, comment);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "findings.h"
+
 #include <cstdint>
 #include <map>
 #include <string>
@@ -22,10 +24,10 @@ class SourceLines
     std::map<std::string, Source> files;
 };
 
-// The place in a line that a message speaks of: the first of the words in quotes that stands in
-// it, else all of it but the white space and the comment.
+// The place in a line that a finding speaks of: the first of the names and numbers in its message
+// that stands in it, else all of it but the white space and the comment.
 struct Mark {
     size_t at;
     size_t length;
 };
-Mark find_mark(std::string_view line, std::string_view message);
+Mark find_mark(std::string_view line, const Finding &finding);
