@@ -29,12 +29,6 @@ ExpectedMessages aio_lines(const Expected &last, const char *wrong = nullptr)
     return lines;
 }
 
-ExpectedMessages joined(ExpectedMessages front, const ExpectedMessages &back)
-{
-    front.insert(front.end(), back.begin(), back.end());
-    return front;
-}
-
 TEST(AioDriver, GeneralChecksRunFirstAndOnce)
 {
     Reading reading(whole());
@@ -51,7 +45,7 @@ TEST(AioDriver, GeneralChecksRunFirstAndOnce)
     EXPECT_EQ(reading.check(bsdl_check), 0);
     expect_messages(reading.messages(), {});
     EXPECT_EQ(reading.check(bsdl_check_aio), 0);
-    expect_messages(reading.messages(), joined({AIO_HEADING}, aio_lines(AIO_DONE)));
+    expect_messages(reading.messages(), joined({{AIO_HEADING}, aio_lines(AIO_DONE)}));
 }
 
 TEST(AioDriver, AFailedCheckOfTheFamily)
@@ -63,7 +57,7 @@ TEST(AioDriver, AFailedCheckOfTheFamily)
     EXPECT_EQ(reading.check(bsdl_check_aio), 100);
     ExpectedMessages lines = aio_lines(AIO_FAILED, "AIO EXTEST Train Execution");
     lines.insert(lines.begin() + 2, {ERROR, "pulse count must be greater than 0", 2});
-    expect_messages(reading.messages(), joined({AIO_HEADING}, lines));
+    expect_messages(reading.messages(), joined({{AIO_HEADING}, lines}));
 }
 
 TEST(AioDriver, AFailedGeneralCheckEndsIt)
@@ -92,7 +86,7 @@ TEST(AioDriver, WithoutStatements)
     EXPECT_EQ(with_package.check(bsdl_check_aio), 0);
     ExpectedMessages lines = aio_lines(AIO_DONE);
     lines.insert(lines.begin() + 3, no_pins);
-    expect_messages(with_package.messages(), joined({AIO_HEADING, missing}, lines));
+    expect_messages(with_package.messages(), joined({{AIO_HEADING, missing}, lines}));
     EXPECT_EQ(bsdlAioNbrOfPinBehaviorDescriptions(with_package), 0);
 
     Reading strict(whole().without(EXTENSIONS), {.flags = STRICT});
@@ -218,12 +212,9 @@ void expect_findings(int32_t (*check)(Bsdl *), std::string (*statement)(const st
         Reading reading(text, {.flags = row.flags});
         ASSERT_EQ(bsdlGetNumErrors(reading), 0);
         ExpectedMessages messages;
-        int result = 0;
-        for (const std::string &finding : row.findings) {
+        for (const std::string &finding : row.findings)
             messages.push_back(expected(finding, row.flags));
-            result = messages.back().level == ERROR ? 100 : result;
-        }
-        EXPECT_EQ(reading.check(check), result);
+        EXPECT_EQ(reading.check(check), result_of(messages));
         expect_messages(reading.messages(), messages);
         for (size_t i = 0; i < messages.size() && i < reading.messages().size(); i++)
             EXPECT_EQ(reading.messages()[i].rule,

@@ -79,17 +79,13 @@ struct PortCase {
     unsigned flags = 0;
 };
 
-// The result is 100 with an error.
 inline void expect_case(const PortCase &row, int32_t (*check)(Bsdl *))
 {
     SCOPED_TRACE(row.name);
     Reading reading(row.text, {.flags = row.flags});
     ASSERT_EQ(bsdlGetNumErrors(reading), 0);
     ASSERT_EQ(build(reading), 0);
-    bool fails = false;
-    for (const Expected &message : row.messages)
-        fails |= message.level == ERROR;
-    EXPECT_EQ(reading.check(check), fails ? 100 : 0);
+    EXPECT_EQ(reading.check(check), result_of(row.messages));
     expect_messages(errors_and_warnings(reading.messages()), row.messages);
     EXPECT_EQ(functions(reading), row.functions);
 }

@@ -36,14 +36,6 @@ ExpectedMessages part_lines(const std::string &part, const std::string &wrong = 
     return lines;
 }
 
-ExpectedMessages joined(std::initializer_list<ExpectedMessages> parts)
-{
-    ExpectedMessages all;
-    for (const ExpectedMessages &part : parts)
-        all.insert(all.end(), part.begin(), part.end());
-    return all;
-}
-
 TEST(PrgCheck, AllLinesInOrder)
 {
     Reading reading(DataFile{.families = family("TYPE_A") + family("Type_B")}.text(), options());

@@ -19,6 +19,7 @@ Replacement length(const std::string &bits)
     return {INSTRUCTION_LENGTH, "attribute INSTRUCTION_LENGTH of DEV : entity is " + bits + ";"};
 }
 
+const std::string ONES(68, '1');
 const Expected DUPLICATES = {WARNING, "duplicate opcodes in instruction opcode table:", 2};
 const Expected AMBIGUOUS = {ERROR, "ambiguous opcodes in instruction opcode table:", 2};
 
@@ -93,6 +94,14 @@ const CheckCase CASES[] = {
       AMBIGUOUS,
       {ERROR, "'A' (01X1)", 2},
       {ERROR, "'C' (0X11)", 2}},
+     Issue::BSDL_1994},
+
+    {"bits beyond those of a machine word, each of which tells opcodes apart",
+     {length("70"),
+      opcodes("BYPASS (" + ONES + "11), EXTEST (" + std::string(70, '0') + "), SAMPLE (" + ONES +
+              "10), A (" + ONES + "0X), B (" + ONES + "01), C (" + ONES.substr(2) + "0110)"),
+      captures(ONES + "01")},
+     {AMBIGUOUS, {ERROR, "'A' (" + ONES + "0X)", 2}, {ERROR, "'B' (" + ONES + "01)", 2}},
      Issue::BSDL_1994},
 
     {"missing instructions of 2001",

@@ -128,6 +128,22 @@ void expect_messages(const Messages &got, const ExpectedMessages &want)
     }
 }
 
+int32_t result_of(const ExpectedMessages &messages)
+{
+    for (const Expected &message : messages)
+        if (message.level == ERROR)
+            return BSDL_RESULT_FAILED;
+    return BSDL_RESULT_OK;
+}
+
+ExpectedMessages joined(const std::vector<ExpectedMessages> &parts)
+{
+    ExpectedMessages all;
+    for (const ExpectedMessages &part : parts)
+        all.insert(all.end(), part.begin(), part.end());
+    return all;
+}
+
 Messages picked(const Messages &messages, const std::function<bool(const Message &)> &predicate)
 {
     Messages some;

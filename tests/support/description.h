@@ -108,10 +108,11 @@ using ExpectedMessages = std::vector<Expected>;
 
 // All messages, compared whole and in order.
 void expect_messages(const Messages &got, const ExpectedMessages &want);
+// What a check that sends these gives: 100 with an error among them.
+int32_t result_of(const ExpectedMessages &messages);
+ExpectedMessages joined(const std::vector<ExpectedMessages> &parts);
 // Those of level 0 and 1 alone.
 Messages errors_and_warnings(const Messages &messages);
-// Those without the informational ones: levels 0, 1 and 2 of a text that begins so, and so on, are
-// picked by a predicate.
 Messages picked(const Messages &messages, const std::function<bool(const Message &)> &predicate);
 
 struct Options {
