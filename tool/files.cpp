@@ -26,8 +26,7 @@ static bool is_folder(const std::string &path)
     return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-// Pipes and devices below a folder are nobody's descriptions.
-static bool is_file(const std::string &path)
+bool is_file(const std::string &path)
 {
     struct stat status;
     return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
@@ -81,6 +80,7 @@ static void collect_folder(const std::string &top, std::vector<std::string> &fil
             const unsigned char type = type_of(path, entry);
             if (type == DT_DIR)
                 folders.push_back(std::move(path));
+            // Pipes and devices below a folder are nobody's descriptions.
             else if (has_known_ending(entry.name.c_str()) &&
                      (type == DT_REG || (type == DT_LNK && is_file(path))))
                 files.push_back(std::move(path));

@@ -1,5 +1,6 @@
 #include "source_lines.h"
 
+#include "files.h"
 #include "rule_table.h"
 
 #include <algorithm>
@@ -18,7 +19,10 @@ std::string_view SourceLines::line(const std::string &file, int32_t number)
     auto [at, added] = files.try_emplace(file);
     Source &source = at->second;
     if (added) {
-        std::ifstream stream(file == "<stdin>" ? "/dev/stdin" : file, std::ios::binary);
+        const std::string path = file == "<stdin>" ? "/dev/stdin" : file;
+        std::ifstream stream;
+        if (is_file(path))
+            stream.open(path, std::ios::binary);
         source.text.assign(std::istreambuf_iterator<char>(stream), {});
         source.starts.push_back(0);
         for (size_t i = 0; i < source.text.size(); i++)

@@ -12,7 +12,7 @@
 class SourceLines
 {
   public:
-    // Without its line end; empty when there is no such line.
+    // Without its line end; empty when there is no such line, and for a pipe, which has been read.
     std::string_view line(const std::string &file, int32_t number);
     void forget() { files.clear(); }
 

@@ -10,6 +10,7 @@
 #include <iterator>
 #include <sstream>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 
 using namespace support;
@@ -283,6 +284,19 @@ TEST(ToolCheck, StandardInput)
 
     const ToolRun both = run_tool({"check", "--format", "gcc", DEMO, "-"}, read_text(MISTAKES));
     EXPECT_TRUE(contains(both.out, "<stdin>:48: error: <pin id> '26' is not unique"));
+}
+
+// It is not read again for its lines, which would wait for ever.
+TEST(ToolCheck, Pipe)
+{
+    const std::string pipe = scratch_file("pipe", "") + ".bsd";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    std::thread writer([&] { std::ofstream(pipe) << read_text(MISTAKES); });
+    const ToolRun run = run_tool({"check", pipe});
+    writer.join();
+    EXPECT_EQ(run.status, 1);
+    EXPECT_TRUE(contains(run.out, "line 48: error: <pin id> '26' is not unique"));
+    EXPECT_FALSE(contains(run.out, "| "));
 }
 
 TEST(ToolCheck, Folders)
