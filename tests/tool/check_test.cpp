@@ -7,7 +7,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <sstream>
 #include <sys/stat.h>
 #include <thread>
@@ -42,48 +41,7 @@ bool contains(const std::string &text, const std::string &part)
     return text.find(part) != std::string::npos;
 }
 
-struct GoldenCheck {
-    const char *name;
-    std::vector<std::string> arguments;
-    int status;
-};
-
-class CheckGolden : public testing::TestWithParam<GoldenCheck>
-{
-};
-
 } // namespace
-
-// ---------------------------------------------------------------------------------------- formats
-
-TEST_P(CheckGolden, Output)
-{
-    const ToolRun run = run_tool(GetParam().arguments);
-    EXPECT_EQ(run.status, GetParam().status);
-    expect_golden_output(run.out, GetParam().name);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Tool, CheckGolden,
-    testing::Values(
-        GoldenCheck{"check_mistakes.txt", {"check", MISTAKES}, 1},
-        GoldenCheck{"check_mistakes.gcc", {"check", "--format", "gcc", MISTAKES}, 1},
-        // Each mistake that the file marks is reported, and nothing else is.
-        GoldenCheck{
-            "check_example.gcc", {"check", "--format", "gcc", "examples/demo_mistakes.bsd"}, 1},
-        GoldenCheck{"check_mistakes.json", {"check", "--format", "json", MISTAKES}, 1},
-        GoldenCheck{"check_mistakes.sarif", {"check", "--format", "sarif", MISTAKES}, 1},
-        GoldenCheck{"check_colour.txt", {"check", "--color", "always", "--strict", MISTAKES}, 1},
-        GoldenCheck{"check_verbose_isc.txt", {"check", "--verbose", "examples/isc_2001.bsd"}, 1},
-        GoldenCheck{"check_verbose_prg.txt", {"check", "-v", "4", "examples/two_taps.prg"}, 0},
-        GoldenCheck{"check_results.txt", {"check", "-v", "1", "examples/aio_2003.bsd"}, 0},
-        GoldenCheck{"explain.txt", {"check", "--explain", "pin-without-cell"}, 0}),
-    [](const auto &param) {
-        std::string name = param.param.name;
-        for (char &c : name)
-            c = std::isalnum(static_cast<unsigned char>(c)) ? c : '_';
-        return name;
-    });
 
 // Each comment of mistakes.bsd stands above the line that its mistake is reported on.
 TEST(ToolCheck, LinesPointAtTheMistakes)
@@ -169,17 +127,6 @@ TEST(ToolCheck, SyntaxErrorIsNotRepeatedWordByWord)
     EXPECT_GT(count({"--rule", "illegal-identifier=error"}, "error: Illegal identifier"), 5);
 }
 
-TEST(ToolCheck, OnlyTheFormatStandsOnStandardOutput)
-{
-    for (const char *format : {"gcc", "json", "sarif"}) {
-        const ToolRun run = run_tool({"check", "--format", format, DEMO, MISTAKES});
-        SCOPED_TRACE(format);
-        EXPECT_EQ(run.status, 1);
-        EXPECT_FALSE(contains(run.out, "checked"));
-        EXPECT_FALSE(contains(run.out, "\033["));
-    }
-}
-
 // --------------------------------------------------------------------- status, what is counted
 
 namespace
@@ -255,8 +202,7 @@ class CheckStatus : public testing::TestWithParam<StatusCase>
 TEST_P(CheckStatus, Status)
 {
     const StatusCase &row = GetParam();
-    std::istringstream words(row.arguments);
-    const ToolRun run = run_tool({std::istream_iterator<std::string>(words), {}});
+    const ToolRun run = run_line(row.arguments);
     EXPECT_EQ(run.status, row.status);
     EXPECT_EQ(last_line(run.out.empty() ? run.err : run.out), row.last_line);
 }

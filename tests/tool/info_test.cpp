@@ -18,65 +18,7 @@ std::string replaced(std::string text, const std::string &from, const std::strin
     return at == std::string::npos ? text : text.replace(at, from.size(), to);
 }
 
-struct GoldenCase {
-    const char *name;
-    std::vector<std::string> arguments;
-    int status = 0;
-};
-
-class ToolGolden : public testing::TestWithParam<GoldenCase>
-{
-};
-
 } // namespace
-
-// The suite runs in the source folder, so that paths in the output are the same everywhere.
-TEST_P(ToolGolden, Output)
-{
-    const ToolRun run = run_tool(GetParam().arguments);
-    EXPECT_EQ(run.status, GetParam().status);
-    EXPECT_EQ(run.err, "");
-    expect_golden_output(run.out, GetParam().name);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Tool, ToolGolden,
-    testing::Values(
-        GoldenCase{"info_demo.txt", {"info", "examples/demo.bsd"}},
-        GoldenCase{"info_demo_1990.txt", {"info", "examples/demo_1990.bsd"}},
-        GoldenCase{"info_mistakes.txt", {"info", "examples/demo_mistakes.bsd"}},
-        GoldenCase{"info_isc.txt", {"info", "examples/isc_2002.bsd"}},
-        GoldenCase{"info_aio.txt", {"info", "examples/aio_2003.bsd"}},
-        GoldenCase{"info_prg.txt", {"info", "examples/two_taps.prg"}},
-        GoldenCase{"info_demo.json", {"info", "--json", "examples/demo_1994.bsd"}},
-        GoldenCase{"info_isc.json", {"info", "--json", "examples/isc_2002.bsd"}},
-        GoldenCase{"info_aio.json", {"info", "--json", "examples/aio_2003.bsd"}},
-        GoldenCase{"info_prg.json", {"info", "--json", "examples/two_taps.prg"}},
-        GoldenCase{"pins_bga.txt", {"pins", "--package", "BGA49", "examples/demo.bsd"}},
-        GoldenCase{"cells.csv", {"cells", "--csv", "examples/demo.bsd"}},
-        GoldenCase{"instructions.csv", {"instructions", "--csv", "examples/demo.bsd"}},
-        GoldenCase{"registers.json", {"registers", "--json", "examples/demo.bsd"}},
-        GoldenCase{"diff.txt", {"diff", "examples/demo.bsd", "examples/demo_mistakes.bsd"}, 1},
-        GoldenCase{
-            "diff_issues.txt", {"diff", "examples/demo_1994.bsd", "examples/demo_1990.bsd"}, 1},
-        GoldenCase{"diff.json",
-                   {"diff", "--json", "--ignore", "device,instructions", "examples/demo.bsd",
-                    "examples/demo_mistakes.bsd"},
-                   1},
-        GoldenCase{"diff_isc.txt",
-                   {"diff", "--ignore", "device,pins,cells,instructions,registers",
-                    "examples/isc_2001.bsd", "examples/isc_2002.bsd"},
-                   1},
-        GoldenCase{"list.txt", {"list", "examples"}},
-        GoldenCase{"list.csv",
-                   {"list", "--csv", "--fields",
-                    "file,version,part,manufacturer,pin-maps,opcode:extest,passed,standards",
-                    "examples"}}),
-    [](const testing::TestParamInfo<GoldenCase> &info) {
-        std::string name = info.param.name;
-        name[name.find('.')] = '_';
-        return name;
-    });
 
 TEST(ToolInfo, DescriptionFromStandardInput)
 {

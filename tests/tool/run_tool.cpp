@@ -6,7 +6,9 @@
 #include <cstring>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <spawn.h>
+#include <sstream>
 #include <sys/wait.h>
 
 using namespace support;
@@ -64,6 +66,12 @@ ToolRun run_tool(const std::vector<std::string> &arguments, const std::string &i
         continue;
     return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), read_text(out),
             read_text(err)};
+}
+
+ToolRun run_line(const std::string &arguments)
+{
+    std::istringstream words(arguments);
+    return run_tool({std::istream_iterator<std::string>(words), {}});
 }
 
 // What stands in the build folder is elsewhere on each machine.

@@ -14,6 +14,8 @@ struct ToolRun {
 
 // Runs the built tool in the source folder, standard input is `input`.
 ToolRun run_tool(const std::vector<std::string> &arguments, const std::string &input = {});
+// The same for arguments with a blank between them.
+ToolRun run_line(const std::string &arguments);
 
 // Holds an output to a file of tests/tool/golden, the build folder written as BUILD.
 void expect_golden_output(const std::string &output, const std::string &name);
