@@ -14,31 +14,10 @@ import re
 import subprocess
 import sys
 
-try:
-    import jsonschema
-except ImportError:
-    print("skipped: python3-jsonschema is not installed")
-    sys.exit(77)
+from expectations import Schemas, expect, finish
 
 tool, root, inputs = sys.argv[1], pathlib.Path(sys.argv[2]), sys.argv[3:]
-failures = []
-
-
-def expect(condition, what):
-    if not condition:
-        failures.append(what)
-        print("FAILED:", what, file=sys.stderr)
-
-
-def validator(name):
-    schema = json.loads((root / "docs" / "schemas" / name).read_text())
-    jsonschema.Draft202012Validator.check_schema(schema)
-    return jsonschema.Draft202012Validator(schema)
-
-
-def expect_valid(check, document, what):
-    error = jsonschema.exceptions.best_match(check.iter_errors(document))
-    expect(error is None, f"{what}: {error and error.json_path}: {error and error.message[:200]}")
+schemas = Schemas(root / "docs" / "schemas")
 
 
 def run(form, *options):
@@ -51,7 +30,7 @@ def compare_forms(*options):
     status, lines = run("json", *options)
     files = [json.loads(line) for line in lines.splitlines()]
     for file in files:
-        expect_valid(check_schema, file, file["file"])
+        schemas.expect_valid("check", file, file["file"])
         counts = collections.Counter(message["severity"] for message in file["messages"])
         expect((counts["error"] + file["withheld"], counts["warning"]) ==
                (file["errors"], file["warnings"]), f"{file['file']}: counts")
@@ -59,7 +38,7 @@ def compare_forms(*options):
 
     sarif_status, text = run("sarif", *options)
     log = json.loads(text)
-    expect_valid(sarif_schema, log, "sarif")
+    schemas.expect_valid("sarif", log, "sarif")
     results = log["runs"][0]["results"]
     rules = log["runs"][0]["tool"]["driver"]["rules"]
     expect([(r["ruleId"], r["level"], r["message"]["text"]) for r in results] ==
@@ -97,7 +76,6 @@ def on_terminal(*options, **environment):
     return output.decode("utf-8", "replace").replace("\r\n", "\n")
 
 
-check_schema, sarif_schema = validator("check.schema.json"), validator("sarif.schema.json")
 files = compare_forms()
 compare_forms("--verbose", "--strict")
 compare_forms("--error-limit", "1")
@@ -110,5 +88,4 @@ expect(re.search(r"\d+ files? checked", seen.splitlines()[-1]), "totals on a ter
 expect("\x1b[1;" not in on_terminal(NO_COLOR="1"), "colours despite NO_COLOR")
 expect(not progress.search(on_terminal("--quiet")), "progress despite --quiet")
 
-print(f"{len(files)} files, {len(failures)} failures")
-sys.exit(1 if failures or not files else 0)
+finish(f"{len(files)} files", files)

@@ -11,43 +11,16 @@ import pathlib
 import re
 import subprocess
 import sys
-import warnings
 
-# The way to refer from schema to schema that Debian 12 knows is an old one elsewhere.
-warnings.simplefilter("ignore", DeprecationWarning)
-try:
-    import jsonschema
-except ImportError:
-    print("skipped: python3-jsonschema is not installed")
-    sys.exit(77)
+from expectations import Schemas, expect, finish
 
-tool, schema_folder = sys.argv[1], pathlib.Path(sys.argv[2])
-schemas = {path.name: json.loads(path.read_text()) for path in schema_folder.glob("*.json")}
-failures = []
-
-
-def expect(condition, what):
-    if not condition:
-        failures.append(what)
-        print("FAILED:", what, file=sys.stderr)
-
-
-def validator(name):
-    schema = schemas[name]
-    resolver = jsonschema.RefResolver("", schema, store=schemas)
-    jsonschema.Draft202012Validator.check_schema(schema)
-    return jsonschema.Draft202012Validator(schema, resolver=resolver)
+tool, schemas = sys.argv[1], Schemas(sys.argv[2])
 
 
 def run(*arguments, binary=False):
     result = subprocess.run([tool, *map(str, arguments)], stdout=subprocess.PIPE,
                             stderr=subprocess.DEVNULL, check=False)
     return result.returncode, result.stdout if binary else result.stdout.decode("utf-8")
-
-
-def expect_valid(check, document, what):
-    error = jsonschema.exceptions.best_match(check.iter_errors(document))
-    expect(error is None, f"{what}: {error and error.json_path}: {error and error.message[:200]}")
 
 
 def first_number(label, text):
@@ -73,7 +46,7 @@ def expect_table_agrees(path, command, rows):
     _, as_json = run(command, path, "--json")
     expect(json.loads(as_json) == rows, f"{path}: {command} --json")
     if len(rows) <= 100:  # long ones have been seen within the document
-        expect_valid(validators[command], rows, f"{path}: {command}")
+        schemas.expect_valid(command, rows, f"{path}: {command}")
     _, as_text = run(command, path)
     expect(len(as_text.splitlines()) == len(rows) + 1, f"{path}: lines of {command}")
     _, as_csv = run(command, path, "--csv", binary=True)
@@ -103,7 +76,6 @@ def files_of(arguments):
             else [argument]
 
 
-validators = {name.removesuffix(".schema.json"): validator(name) for name in schemas}
 counts = {"bsdl": 0, "prg": 0}
 previous = None
 for path in files_of(sys.argv[3:]):
@@ -113,14 +85,14 @@ for path in files_of(sys.argv[3:]):
         continue
     document = json.loads(output)
     expect(output.isascii(), f"{path}: characters beyond ASCII")
-    expect_valid(validators["info"], document, str(path))
+    schemas.expect_valid("info", document, str(path))
     counts[document["kind"]] += 1
     if document["kind"] == "bsdl":
         check_description(path, document)
     if previous:
         status, output = run("diff", previous, path, "--json")
         differences = json.loads(output)
-        expect_valid(validators["diff"], differences, f"diff {previous} {path}")
+        schemas.expect_valid("diff", differences, f"diff {previous} {path}")
         expect(status == (0 if differences["equal"] else 1), f"diff {previous} {path}: status")
     previous = path
 
@@ -128,8 +100,7 @@ fields = [line.split()[0] for line in run("list", "--list-fields")[1].splitlines
 fields = ",".join(fields).replace("opcode:NAME", "opcode:EXTEST")
 _, output = run("list", "--json", "--fields", fields, *sys.argv[3:])
 rows = json.loads(output)
-expect_valid(validators["list"], rows, "list")
+schemas.expect_valid("list", rows, "list")
 expect(len(rows) == sum(counts.values()), "rows of list")
 
-print(f"{counts['bsdl']} descriptions, {counts['prg']} data files, {len(failures)} failures")
-sys.exit(1 if failures or not rows else 0)
+finish(f"{counts['bsdl']} descriptions, {counts['prg']} data files", rows)

@@ -10,17 +10,12 @@ import re
 import subprocess
 import sys
 
+from expectations import expect, finish
+
 tool, root = sys.argv[1], pathlib.Path(sys.argv[2])
 OF_THE_TOOL = {"check-failed", "process-ended"}
 IDENTIFIER = re.compile(r'"([a-z0-9]+(?:-[a-z0-9]+)+)"')
 LITERAL = re.compile(r'"((?:[^"\\\n]|\\.)*)"')
-failures = []
-
-
-def expect(condition, what):
-    if not condition:
-        failures.append(what)
-        print("FAILED:", what, file=sys.stderr)
 
 
 def run(*arguments):
@@ -94,5 +89,4 @@ catalogue = (root / "docs" / "rules.md").read_text()
 expect(catalogue == run("check", "--list-rules", "--format", "markdown"),
        "docs/rules.md is out of date: tarnlet check --list-rules --format markdown > docs/rules.md")
 
-print(f"{len(table)} rules, {len(failures)} failures")
-sys.exit(1 if failures else 0)
+finish(f"{len(table)} rules", table)
