@@ -1,12 +1,12 @@
 #include "model.h"
 
 #include "command.h"
+#include "file_report.h"
 #include "idcode.h"
 #include "output.h"
 #include "words.h"
 
 #include <cstdio>
-#include <cstdlib>
 #include <functional>
 #include <string_view>
 #include <unordered_map>
@@ -282,9 +282,6 @@ Json device_of(Bsdl *bsdl)
 
 // ------------------------------------------------------------------------------ from the file
 
-// Errors and warnings of rules have a number of at most 2.
-constexpr uint32_t SINK_VERBOSITY = 2;
-
 static Json document_of(Reading &reading, const std::string &path)
 {
     Bsdl *bsdl = reading.handle();
@@ -295,19 +292,6 @@ static Json document_of(Reading &reading, const std::string &path)
                  {"standards", standards_of(bsdl)}};
     json["syntax_errors"] = bsdlGetNumErrors(bsdl);
     return json;
-}
-
-// The library may end the process in the middle of a reading: when packages nest too deep, and when
-// memory runs out. What was said until then is said here, and the status tells it.
-static const std::string *reading_now;
-static const Model *model_now;
-
-static void tell_end()
-{
-    if (!reading_now)
-        return;
-    complain(escaped(*reading_now) + ": " + model_now->last_error);
-    std::_Exit(STATUS_UNUSABLE);
 }
 
 static std::string with_line(const Message &message)
@@ -335,11 +319,11 @@ static bool read_and_check(const std::string &path, const ReadOptions &options, 
             warnings += message.level == BSDL_LEVEL_WARNING;
         }
     };
-    static const bool registered = std::atexit(tell_end) == 0;
-    (void)registered;
-    reading_now = &path;
-    model_now = &model;
-    Reading reading(path, options, SINK_VERBOSITY, keep);
+    if_process_ends([&] {
+        complain(escaped(path) + ": " + model.last_error);
+        return STATUS_UNUSABLE;
+    });
+    Reading reading(path, options, CheckJob().finding_verbosity, keep);
     if (reading.handle()) {
         checking = true;
         const bool passed = reading.check();
@@ -351,7 +335,7 @@ static bool read_and_check(const std::string &path, const ReadOptions &options, 
         complain(escaped(path) + ": " +
                  (model.first_error.empty() ? "cannot be read" : model.first_error));
     }
-    reading_now = nullptr;
+    if_process_ends({});
     return reading.handle() != nullptr;
 }
 
