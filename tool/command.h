@@ -20,11 +20,15 @@ enum ExitStatus {
 struct Command {
     const char *name;
     const char *summary;
+    const char *exit_status;
     // Adds the options; the result runs the command once they have their values.
     std::function<int()> (*set_up)(CLI::App &app);
 };
 
 std::span<const Command> all_commands();
+
+constexpr const char *EXIT_STATUS = "0 when all is well, 1 when a file has errors, 2 for wrong use "
+                                    "or for a file that cannot be read or written.";
 
 std::function<int()> set_up_check(CLI::App &app);
 std::function<int()> set_up_ebst(CLI::App &app);

@@ -407,7 +407,5 @@ std::function<int()> set_up_diff(CLI::App &app)
                        : "there is nothing that is called " + escaped(what);
         });
     app.add_flag("--json", job->json, "Print the changes as JSON");
-    app.footer(
-        "Exit status: 0 no difference, 1 differences, 2 a file cannot be read or wrong use.");
     return [job] { return run(*job); };
 }

@@ -15,18 +15,29 @@
 namespace
 {
 
+constexpr const char *EXIT_STATUS_OF_QUERIES =
+    "0 when all is well, 1 when a file has syntax errors, 2 for wrong use or for a file that "
+    "cannot be read.";
+constexpr const char *EXIT_STATUS_OF_DIFF = "0 when nothing differs, 1 when something does, 2 for "
+                                            "wrong use or for a file that cannot be read.";
+constexpr const char *EXIT_STATUS_OF_TEXTS = "0 when all is well, 2 for wrong use.";
+
 constexpr Command COMMANDS[] = {
-    {"check", "Check descriptions and data files", set_up_check},
-    {"ebst", "Write the EBST file of a description", set_up_ebst},
-    {"info", "Show what a description or a data file holds", set_up_info},
-    {"pins", "List the pins of a device", set_up_pins},
-    {"cells", "List the cells of the boundary register", set_up_cells},
-    {"instructions", "List the instructions with their opcodes and registers", set_up_instructions},
-    {"registers", "List the data registers that the instructions select", set_up_registers},
-    {"diff", "Show what differs between two descriptions of a device", set_up_diff},
-    {"list", "List fields of many files, a row for each file", set_up_list},
-    {"manual", "Print a manual page", set_up_manual},
-    {"completion", "Print a completion script for a shell", set_up_completion},
+    {"check", "Check descriptions and data files", EXIT_STATUS, set_up_check},
+    {"ebst", "Write the EBST file of a description", EXIT_STATUS, set_up_ebst},
+    {"info", "Show what a description or a data file holds", EXIT_STATUS_OF_QUERIES, set_up_info},
+    {"pins", "List the pins of a device", EXIT_STATUS_OF_QUERIES, set_up_pins},
+    {"cells", "List the cells of the boundary register", EXIT_STATUS_OF_QUERIES, set_up_cells},
+    {"instructions", "List the instructions with their opcodes and registers",
+     EXIT_STATUS_OF_QUERIES, set_up_instructions},
+    {"registers", "List the data registers that the instructions select", EXIT_STATUS_OF_QUERIES,
+     set_up_registers},
+    {"diff", "Show what differs between two descriptions of a device", EXIT_STATUS_OF_DIFF,
+     set_up_diff},
+    {"list", "List fields of many files, a row for each file", EXIT_STATUS_OF_QUERIES, set_up_list},
+    {"manual", "Print a manual page", EXIT_STATUS_OF_TEXTS, set_up_manual},
+    {"completion", "Print a completion script for a shell", EXIT_STATUS_OF_TEXTS,
+     set_up_completion},
 };
 
 constexpr const char *SUMMARY = "Reads, checks and queries boundary scan descriptions (BSDL).";
@@ -47,6 +58,7 @@ static int run(const Command &command, int argc, char **argv)
 {
     CLI::App app(command.summary, std::string("tarnlet ") + command.name);
     std::function<int()> action = command.set_up(app);
+    app.footer(std::string("Exit status: ") + command.exit_status);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError &error) {

@@ -78,11 +78,9 @@ static void print_examples(std::string_view command)
     }
 }
 
-static void print_end()
+static void print_exit_status(const char *text)
 {
-    std::printf(".SH EXIT STATUS\n"
-                "0 when all is well, 1 when a file has errors, 2 for wrong use or for a file that "
-                "cannot be read or written.\n");
+    std::printf(".SH EXIT STATUS\n%s\n", roff(text).c_str());
 }
 
 static void print_option(const OptionEntry &option)
@@ -121,7 +119,7 @@ static void print_command_page(const Command &command)
     for (const OptionEntry &option : options)
         print_option(option);
     print_examples(command.name);
-    print_end();
+    print_exit_status(command.exit_status);
     std::printf(".SH SEE ALSO\n.BR tarnlet (1)\n");
 }
 
@@ -140,7 +138,7 @@ static void print_tool_page()
                 ".TP\n.B NO_COLOR\nWhen set, output is not coloured.\n"
                 ".TP\n.B CLICOLOR_FORCE\nWhen set to other than 0, output is coloured even when it "
                 "goes to a file or pipe.\n");
-    print_end();
+    print_exit_status(EXIT_STATUS);
 }
 
 static int print_manual(const std::string &name)
