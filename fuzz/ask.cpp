@@ -5,7 +5,8 @@
 #include <type_traits>
 
 // A list that goes on longer than any file of this size could make it does not end.
-static constexpr int LONGEST_LIST = 2000000;
+// Above the length that a pin list may have.
+static constexpr int LONGEST_LIST = 5000000;
 
 static volatile size_t seen;
 
