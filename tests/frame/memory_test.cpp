@@ -1,5 +1,6 @@
 // What happens when memory runs out: each request in turn is refused, and all that follow it.
 
+#include "frame/lookup.h"
 #include "frame/memory.h"
 #include "support/description.h"
 
@@ -97,6 +98,39 @@ INSTANTIATE_TEST_SUITE_P(examples, MemoryRunsOut,
                              name.resize(name.find('.'));
                              return name;
                          });
+
+// No other check is there to fail in its place.
+TEST(MemoryRunsOut, InASingleCheck)
+{
+    int32_t (*const checks[])(Bsdl *) = {
+        bsdl_check_generic,      bsdl_check_logical_port, bsdl_check_packages,
+        bsdl_check_all_pin_maps, bsdl_check_scan_port,    bsdl_check_instr_reg,
+        bsdl_check_optional_reg, bsdl_check_reg_access,   bsdl_check_bsr};
+    // Enough of cells for memory of their own.
+    constexpr int CELLS = 5000;
+    std::string cells = "0 (BC_0, *, internal, X)";
+    for (int i = 1; i < CELLS; i++)
+        cells += (i % 100 ? ", " : ",\" &\n\"") + std::to_string(i) + " (BC_0, *, internal, X)";
+    support::Description description;
+    description.with(support::BOUNDARY_REGISTER, support::attribute("BOUNDARY_REGISTER", cells))
+        .replace(support::BOUNDARY_LENGTH, "8", std::to_string(CELLS));
+    for (const auto *tested = std::begin(checks); tested != std::end(checks); tested++) {
+        bool refused = true;
+        for (long requests = 0; refused && requests < 100; requests++) {
+            support::Reading reading(description);
+            for (const auto *before = std::begin(checks); before != tested; before++)
+                (*before)(reading);
+            lookups_drop(reading);
+            memory_fail_after(requests);
+            const int32_t result = (*tested)(reading);
+            refused = memory_was_refused();
+            memory_fail_after(-1);
+            EXPECT_EQ(result, refused ? 100 : 0)
+                << "check " << tested - checks << ", request " << requests;
+        }
+        EXPECT_FALSE(refused);
+    }
+}
 
 static void read_refused(const std::string &path, long requests)
 {
