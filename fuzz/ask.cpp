@@ -4,8 +4,7 @@
 #include <cstring>
 #include <type_traits>
 
-// A list that goes on longer than any file of this size could make it does not end.
-// Above the length that a pin list may have.
+// No list may grow longer than the pin list, to four million: one that goes on beyond does not end.
 static constexpr int LONGEST_LIST = 5000000;
 
 static volatile size_t seen;
