@@ -8,6 +8,7 @@
 # it may use what the reading before gave back, as in a host that reads many.
 set -eu
 cd "$(dirname "$0")/.."
+tools/setup.sh flex libbenchmark-dev
 build=${BUILD:-build/bench-release}
 
 case ${1:-} in
@@ -19,7 +20,7 @@ esac
 mkdir -p "$build"
 log=$build/bench.log
 run() { "$@" >"$log" 2>&1 || { cat "$log" >&2; exit 1; }; }
-run cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=Release -DTARNLET_BENCH=ON -DTARNLET_TESTS=OFF
+run cmake -G Ninja -S . -B "$build" -DCMAKE_BUILD_TYPE=Release -DTARNLET_BENCH=ON -DTARNLET_TESTS=OFF
 run cmake --build "$build"
 
 table=$build/read_bench.csv

@@ -1,0 +1,3 @@
+#!/bin/sh
+# builds the library and the tool as they are installed, and tests them
+exec tools/test_preset.sh release
