@@ -1,6 +1,6 @@
 #include "children.h"
 
-#include "output.h"
+#include "console.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,6 +1,6 @@
 #include "findings.h"
 
-#include "output.h"
+#include "console.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,7 +1,7 @@
 // tarnlet: the command line on the exports of libtarnlet.
 
 #include "command.h"
-#include "output.h"
+#include "console.h"
 
 #include <CLI/CLI.hpp>
 

@@ -1,6 +1,6 @@
 #include "source_lines.h"
 
-#include "files.h"
+#include "input_files.h"
 #include "rule_table.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // Queries on the built-in table of IEEE 1149.4 devices. There is no statement for them: a device is
 // known by its name.
 
-#include "frame/names.h"
+#include "base/names.h"
 #include "frame/reader_state.h"
 #include "tarnlet/bsdl.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "frame/list.h"
+#include "base/list.h"
 #include "frame/model.h"
 
 struct CaptDesc;

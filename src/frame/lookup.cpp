@@ -43,3 +43,14 @@ void **list_table(Arena *arena, const void *head, uint32_t *count)
         table[(*count)++] = link->data;
     return table;
 }
+
+uint64_t port_bit_key(const PortId *port)
+{
+    return uint64_t{name_fold(port->name)} << 32 | static_cast<uint32_t>(port->subscript);
+}
+
+uint64_t port_key(const PortId *port)
+{
+    // Fold numbers stay far below 2^31, so the top bit is free.
+    return port_bit_key(port) | uint64_t{port->subscripted != 0} << 63;
+}

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "frame/index.h"
+#include "base/index.h"
 #include "frame/model.h"
 
 struct CellDesc;
@@ -57,3 +57,8 @@ template <class T> T **list_table_of(Arena *arena, const void *head, uint32_t *c
 {
     return reinterpret_cast<T **>(list_table(arena, head, count));
 }
+
+// Keys of a port bit. Two references that agree in name (any case), in being subscripted and in the
+// subscript have one port_key(); port_bit_key() leaves out whether they are subscripted.
+uint64_t port_key(const PortId *port);
+uint64_t port_bit_key(const PortId *port);

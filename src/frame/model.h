@@ -1,8 +1,8 @@
 #pragma once
 
-#include "frame/arena.h"
-#include "frame/list.h"
-#include "frame/names.h"
+#include "base/arena.h"
+#include "base/list.h"
+#include "base/names.h"
 #include "tarnlet/bsdl.h"
 
 #include <cstdint>

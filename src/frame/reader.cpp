@@ -2,7 +2,7 @@
 
 #include "frame/reader.h"
 
-#include "frame/files.h"
+#include "base/files.h"
 #include "frame/lookup.h"
 #include "frame/messages.h"
 #include "frame/reader_state.h"

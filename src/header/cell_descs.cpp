@@ -1,6 +1,6 @@
 // Cell descriptions, built in or from a package, and what hosts ask about them.
 
-#include "frame/index.h"
+#include "base/index.h"
 #include "frame/messages.h"
 #include "header/header.h"
 

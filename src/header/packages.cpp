@@ -1,10 +1,10 @@
 // The text of a package file, read in the middle of the use statement that names it, and the check
 // of all packages.
 
+#include "base/arena.h"
+#include "base/index.h"
 #include "boundary/standard_cells.h"
-#include "frame/arena.h"
 #include "frame/check.h"
-#include "frame/index.h"
 #include "frame/messages.h"
 #include "header/header.h"
 #include "scan/scanner.h"

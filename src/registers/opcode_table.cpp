@@ -1,8 +1,8 @@
 #include "registers/opcode_table.h"
 
-#include "frame/index.h"
+#include "base/index.h"
+#include "base/names.h"
 #include "frame/lookup.h"
-#include "frame/names.h"
 
 #include <algorithm>
 #include <cstring>

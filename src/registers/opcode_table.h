@@ -1,6 +1,6 @@
 #pragma once
 
-#include "frame/arena.h"
+#include "base/arena.h"
 #include "registers/registers.h"
 
 #include <cstdint>

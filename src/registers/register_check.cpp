@@ -1,9 +1,9 @@
 // The rules of the data registers: REGISTER_ACCESS, the registers that the standard implies, and
 // the register of each instruction.
 
+#include "base/index.h"
 #include "boundary/boundary.h"
 #include "frame/check.h"
-#include "frame/index.h"
 #include "frame/lookup.h"
 #include "frame/messages.h"
 #include "registers/registers.h"

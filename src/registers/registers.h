@@ -1,6 +1,6 @@
 #pragma once
 
-#include "frame/index.h"
+#include "base/index.h"
 #include "frame/lookup.h"
 #include "frame/model.h"
 

@@ -1,4 +1,4 @@
-#include "frame/files.h"
+#include "base/files.h"
 #include "frame/memory_error.h"
 #include "frame/model.h"
 #include "scan/scan_state.h"

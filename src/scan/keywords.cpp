@@ -1,6 +1,6 @@
 #include "scan/keywords.h"
 
-#include "frame/names.h"
+#include "base/names.h"
 #include "grammar.h"
 
 #include <cstring>

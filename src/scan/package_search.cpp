@@ -2,8 +2,8 @@
 
 #include "scan/package_search.h"
 
-#include "frame/arena.h"
-#include "frame/files.h"
+#include "base/arena.h"
+#include "base/files.h"
 #include "frame/memory_error.h"
 #include "frame/messages.h"
 #include "header/header.h"

@@ -1,4 +1,4 @@
-#include "frame/arena.h"
+#include "base/arena.h"
 #include "frame/model.h"
 #include "support/description.h"
 

@@ -1,7 +1,7 @@
 // What a host does beside one reading: many in one process, one from inside a message sink, two
 // processes at once.
 
-#include "frame/arena.h"
+#include "base/arena.h"
 #include "frame/reader_state.h"
 #include "support/description.h"
 

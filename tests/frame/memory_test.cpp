@@ -1,7 +1,7 @@
 // What happens when memory runs out: each request in turn is refused, and all that follow it.
 
+#include "base/memory.h"
 #include "frame/lookup.h"
-#include "frame/memory.h"
 #include "support/description.h"
 
 #include <cstdlib>

@@ -1,6 +1,6 @@
 #include "scan/scanner.h"
 
-#include "frame/memory.h"
+#include "base/memory.h"
 #include "frame/reader_state.h"
 #include "grammar.h"
 #include "scan/keywords.h"

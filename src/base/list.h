@@ -1,0 +1,81 @@
+#pragma once
+
+#include "base/arena.h"
+
+#include <cstdint>
+#include <glib.h>
+
+// A list that is being built: the tail makes an append a constant step. The record that owns the
+// finished list keeps the head alone.
+struct List {
+    GSList *head;
+    GSList *tail;
+};
+
+List list_start(Arena *arena, const void *data);
+List list_append(Arena *arena, List list, const void *data);
+List list_join(List front, List back);
+
+uint32_t list_length(const void *head); // walks over it
+
+// Where an iteration over a list stands. The 32-bit cursor in the owner's record decides; the walk
+// remembers the link of that cursor and the length, so that going through a list of n takes n
+// steps.
+struct ListWalk {
+    const void *head;
+    const GSList *link;
+    uint32_t position;
+    uint32_t length;
+};
+
+// `head` may be that of a GSList or of a GList: both begin with data and next.
+uint32_t list_count(ListWalk *walk, const void *head);
+
+// Sets the cursor to 0; the first element or NULL.
+void *list_first(ListWalk *walk, const void *head, uint32_t *cursor);
+
+// A cursor beyond the length stays and gives NULL; else it grows by one and the element there (from
+// 0) is given, NULL past the end. So it comes to rest at the length plus one.
+void *list_next(ListWalk *walk, const void *head, uint32_t *cursor);
+
+// The same for the iterations that step only below the length, and come to rest at it.
+void *list_next_below(ListWalk *walk, const void *head, uint32_t *cursor);
+
+// The element at the cursor, NULL past the end. Leaves the cursor alone.
+void *list_at(ListWalk *walk, const void *head, uint32_t cursor);
+
+// The link at the cursor, for the queries that hand out links.
+const GSList *list_link_at(ListWalk *walk, const void *head, uint32_t cursor);
+
+// An iteration of the exported queries: a list, and where its owner keeps the place in it. Without
+// an owner it is empty: nothing is counted, found or moved.
+struct Iteration {
+    ListWalk *walk = nullptr;
+    const void *head = nullptr;
+    uint32_t *cursor = nullptr;
+};
+
+inline int32_t iteration_count(const Iteration &list)
+{
+    return list.walk ? static_cast<int32_t>(list_count(list.walk, list.head)) : 0;
+}
+
+template <class T> T *iteration_first(const Iteration &list)
+{
+    return list.walk ? static_cast<T *>(list_first(list.walk, list.head, list.cursor)) : nullptr;
+}
+
+template <class T> T *iteration_next(const Iteration &list)
+{
+    return list.walk ? static_cast<T *>(list_next(list.walk, list.head, list.cursor)) : nullptr;
+}
+
+// The form that comes to rest at the length.
+template <class T> T *iteration_next_below(const Iteration &list)
+{
+    return list.walk ? static_cast<T *>(list_next_below(list.walk, list.head, list.cursor))
+                     : nullptr;
+}
+
+// To be called by whoever changes a list that has been iterated.
+inline void list_changed(ListWalk *walk) { *walk = ListWalk{}; }

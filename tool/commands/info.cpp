@@ -1,0 +1,313 @@
+// tarnlet info: what a file holds, to read or as one JSON document.
+
+#include "command.h"
+#include "console.h"
+#include "formats/table.h"
+
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+#include <memory>
+#include <utility>
+
+namespace
+{
+
+struct InfoJob {
+    std::string path;
+    ReadOptions read;
+    bool json = false;
+};
+
+// Lines of a label and a text, the texts below each other.
+class Summary
+{
+  public:
+    void add(std::string_view label, std::string_view line)
+    {
+        constexpr size_t LABEL = 14;
+        text += label;
+        text.append(label.size() < LABEL ? LABEL - label.size() : 1, ' ');
+        text += line;
+        text += '\n';
+    }
+    void add_block(const std::string &block) { text += block; }
+    void print() const { std::fwrite(text.data(), 1, text.size(), stdout); }
+
+  private:
+    std::string text;
+};
+
+} // namespace
+
+static std::string in_line(const Json &value) { return value_text(value, "-", ", "); }
+
+// "12 in, 3 out": how many rows have each of the values, in the order in which they come up.
+static std::string tally(const Json &rows, const char *field, const char *nothing)
+{
+    std::vector<std::pair<std::string, size_t>> counts;
+    for (const Json &row : rows) {
+        const Json &value = row[field];
+        if (value.is_null() && !nothing)
+            continue;
+        const std::string word = value_text(value, nothing ? nothing : "", " ");
+        auto count = counts.begin();
+        while (count != counts.end() && count->first != word)
+            ++count;
+        if (count == counts.end())
+            count = counts.insert(count, {word, 0});
+        count->second++;
+    }
+    std::string text;
+    for (const auto &[word, count] : counts)
+        text += (text.empty() ? "" : ", ") + std::to_string(count) + " " + word;
+    return text;
+}
+
+static std::string frequency_text(double hertz)
+{
+    const char *unit = "Hz";
+    for (const char *larger : {"kHz", "MHz", "GHz"}) {
+        if (hertz < 1000)
+            break;
+        hertz /= 1000;
+        unit = larger;
+    }
+    char text[40];
+    std::snprintf(text, sizeof text, "%.6g %s", hertz, unit);
+    return text;
+}
+
+static void add_standards(Summary &summary, const Json &json)
+{
+    const Json &standards = json["standards"];
+    std::string line = in_line(standards["uses"]);
+    if (!standards["conformance"].is_null())
+        line += ", conforms to " + in_line(standards["conformance"]);
+    summary.add("Standards", line);
+}
+
+static void add_check(Summary &summary, const Json &json)
+{
+    const Json &check = json["check"];
+    std::string line = check["passed"] ? "passed" : "failed";
+    if (check["errors"] != 0 || check["warnings"] != 0)
+        line +=
+            ", " + counted(check["errors"], "error") + ", " + counted(check["warnings"], "warning");
+    if (json["syntax_errors"] != 0)
+        line += ", " + counted(json["syntax_errors"], "syntax error");
+    summary.add("Check", line);
+}
+
+static void add_pins(Summary &summary, const Json &json)
+{
+    if (!json["pin_map"].is_null() || !json["pin_maps"].empty())
+        summary.add("Pin map",
+                    in_line(json["pin_map"]) + " (there are: " + in_line(json["pin_maps"]) + ")");
+    const Json &pins = json["pins"];
+    const std::string types = tally(pins, "type", "of unknown type");
+    summary.add("Pins", std::to_string(pins.size()) + (types.empty() ? "" : ": " + types));
+    if (const std::string functions = tally(pins, "function", nullptr); !functions.empty())
+        summary.add("", functions);
+    size_t unmapped = 0;
+    size_t observed = 0;
+    for (const Json &pin : pins) {
+        unmapped += pin["number"].is_null();
+        observed += !pin["cells"].empty();
+    }
+    summary.add("",
+                std::to_string(observed) + " with boundary cells" +
+                    (unmapped ? ", " + std::to_string(unmapped) + " without a physical pin" : ""));
+    for (const Json &group : json["port_groups"])
+        summary.add("Differential", in_line(group["representative"]) + ", " +
+                                        in_line(group["associated"]) + " (" +
+                                        in_line(group["type"]) + ")");
+}
+
+static void add_tap(Summary &summary, const Json &json)
+{
+    const Json &tap = json["tap"];
+    std::string ports;
+    for (const auto &[name, key] : {std::pair{"TDI", "tdi"},
+                                    {"TDO", "tdo"},
+                                    {"TMS", "tms"},
+                                    {"TCK", "tck"},
+                                    {"TRST", "trst"}})
+        if (!tap[key].is_null())
+            ports += (ports.empty() ? "" : ", ") + std::string(name) + " " + in_line(tap[key]);
+    summary.add("TAP", ports.empty() ? "-" : ports);
+    if (!tap["tck_frequency"].is_null())
+        summary.add("", "TCK up to " + frequency_text(tap["tck_frequency"]) +
+                            ", may be halted: " + in_line(tap["tck_halt"]));
+    if (const Json &compliance = json["compliance"]; !compliance.is_null())
+        summary.add("Compliance", "(" + in_line(compliance["ports"]) + ") (" +
+                                      in_line(compliance["patterns"]) + ")");
+}
+
+static void add_idcodes(Summary &summary, const Json &json)
+{
+    for (const Json &idcode : json["idcodes"]) {
+        summary.add("IDCODE", in_line(idcode["hex"]) + " = " + in_line(idcode["pattern"]));
+        char line[160];
+        const Json &manufacturer = idcode["manufacturer"];
+        std::string parts;
+        if (!idcode["version"].is_null())
+            parts += "version " + in_line(idcode["version"]);
+        if (!idcode["part"].is_null()) {
+            std::snprintf(line, sizeof line, "part 0x%04X", idcode["part"].get<unsigned>());
+            parts += (parts.empty() ? "" : ", ") + std::string(line);
+        }
+        if (!manufacturer.is_null()) {
+            std::snprintf(
+                line, sizeof line, "manufacturer %s%sJEDEC bank %u, number 0x%02X%s",
+                manufacturer["name"].is_null() ? "" : in_line(manufacturer["name"]).c_str(),
+                manufacturer["name"].is_null() ? "" : " (", manufacturer["bank"].get<unsigned>(),
+                manufacturer["number"].get<unsigned>(), manufacturer["name"].is_null() ? "" : ")");
+            parts += (parts.empty() ? "" : ", ") + std::string(line);
+        }
+        if (!parts.empty())
+            summary.add("", parts);
+    }
+    for (const Json &usercode : json["usercodes"])
+        summary.add("USERCODE", in_line(usercode));
+}
+
+static void add_instructions(Summary &summary, const Json &json)
+{
+    const Json &instructions = json["instructions"];
+    const Json &length = json["instruction_register"]["length"];
+    const Json &captures = json["instruction_register"]["captures"];
+    summary.add("Instructions", std::to_string(instructions.size()) +
+                                    (length.is_null() ? "" : " of " + counted(length, "bit")) +
+                                    (captures.empty() ? "" : ", captures " + in_line(captures)));
+    if (!instructions.empty())
+        summary.add_block(table_text(
+            instructions, {"name", "opcodes", "class", "register", "length", "capture"}, "  "));
+}
+
+static void add_boundary(Summary &summary, const Json &json)
+{
+    const Json &cells = json["boundary"]["cells"];
+    const Json &length = json["boundary"]["length"];
+    std::string line = length.is_null() ? "no length" : counted(length, "cell");
+    line += " in " + counted(cells.size(), "row");
+    summary.add("Boundary", line);
+    if (cells.empty())
+        return;
+    summary.add("", tally(cells, "function", "of unknown function"));
+    summary.add("", tally(cells, "cell", "without a cell type"));
+}
+
+static void add_isc(Summary &summary, const Json &isc)
+{
+    summary.add("IEEE 1532", in_line(isc["conformance"]) + ", pins " +
+                                 in_line(isc["pin_behavior"]) + ", status " +
+                                 in_line(isc["status"]));
+    const auto names = [](const Json &rows) {
+        std::string text;
+        for (const Json &row : rows)
+            text += (text.empty() ? "" : ", ") + in_line(row["name"]) +
+                    (row["data"].is_null() ? "" : "(" + in_line(row["data"]) + ")");
+        return text;
+    };
+    if (!isc["actions"].empty())
+        summary.add("", counted(isc["actions"].size(), "action") + ": " + names(isc["actions"]));
+    if (!isc["procedures"].empty())
+        summary.add("", counted(isc["procedures"].size(), "procedure") + ": " +
+                            names(isc["procedures"]));
+}
+
+static void add_aio(Summary &summary, const Json &aio)
+{
+    summary.add("IEEE 1149.6", in_line(aio["conformance"]) + ", " +
+                                   counted(aio["pins"].size(), "port bit") + " with AC behaviour");
+}
+
+// A long text in one line: its line ends and indentation say nothing here.
+static std::string in_one_line(const std::string &text)
+{
+    std::string line;
+    for (char c : text) {
+        const bool blank = c == ' ' || c == '\t' || c == '\n' || c == '\r';
+        if (!blank)
+            line += c;
+        else if (!line.empty() && line.back() != ' ')
+            line += ' ';
+    }
+    return escaped_line(line);
+}
+
+static void add_device(Summary &summary, const Json &json)
+{
+    if (!json["packages"]["names"].empty())
+        summary.add("Packages", in_line(json["packages"]["names"]));
+    add_pins(summary, json);
+    add_tap(summary, json);
+    add_idcodes(summary, json);
+    add_instructions(summary, json);
+    summary.add("Registers", std::to_string(json["registers"].size()));
+    if (!json["registers"].empty())
+        summary.add_block(table_text(json["registers"], {"name", "length", "instructions"}, "  "));
+    add_boundary(summary, json);
+    if (!json["isc"].is_null())
+        add_isc(summary, json["isc"]);
+    if (!json["aio"].is_null())
+        add_aio(summary, json["aio"]);
+    if (const Json &analog = json["analog"]; !analog.is_null())
+        summary.add("IEEE 1149.4", counted(analog["modules"].size(), "analog boundary module"));
+    if (!json["design_warning"].is_null())
+        summary.add("Warning", in_one_line(json["design_warning"]));
+}
+
+static void add_prg(Summary &summary, const Json &prg)
+{
+    summary.add("Revision", in_line(prg["revision"]));
+    summary.add("Frequency", frequency_text(prg["frequency"]));
+    for (const Json &channel : prg["channels"]) {
+        summary.add("Channel", "tap " + in_line(channel["tap"]) + ": " +
+                                   counted(channel["components"].size(), "component"));
+        if (!channel["components"].empty())
+            summary.add_block(table_text(channel["components"],
+                                         {"part", "instruction", "register_values"}, "  "));
+    }
+    summary.add("Programs", std::to_string(prg["programs"].size()));
+    if (!prg["programs"].empty())
+        summary.add_block(table_text(prg["programs"],
+                                     {"part", "part_type", "type", "in_file", "out_file"}, "  "));
+    for (const Json &program : prg["programs"])
+        if (!program["isc"].is_null())
+            add_isc(summary, program["isc"]);
+}
+
+static int run(const InfoJob &job)
+{
+    Model model;
+    if (!read_model(job.path, job.read, model))
+        return STATUS_UNUSABLE;
+    note_syntax_errors(job.path, model);
+    if (job.json) {
+        print_json(model.json);
+    } else {
+        Summary summary;
+        summary.add(model.is_prg ? "Design" : "Component", in_line(model.json["component"]));
+        summary.add("File", in_line(model.json["file"]));
+        add_standards(summary, model.json);
+        add_check(summary, model.json);
+        if (model.is_prg)
+            add_prg(summary, model.json["prg"]);
+        else
+            add_device(summary, model.json);
+        summary.print();
+    }
+    return model.syntax_errors ? STATUS_FINDINGS : STATUS_CLEAN;
+}
+
+std::function<int()> set_up_info(CLI::App &app)
+{
+    auto job = std::make_shared<InfoJob>();
+    app.add_option("FILE", job->path, "Description or data file to read; - is standard input")
+        ->required();
+    add_read_options(app, job->read);
+    app.add_flag("--json", job->json, "Print the whole model as JSON");
+    return [job] { return run(*job); };
+}

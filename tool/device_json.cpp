@@ -1,0 +1,376 @@
+#include "device_json.h"
+
+#include "code_words.h"
+#include "command.h"
+#include "console.h"
+#include "file_report.h"
+#include "idcode.h"
+
+#include <cstdio>
+#include <functional>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+
+// ------------------------------------------------------------------------------------ values
+
+Json text_value(const char *text)
+{
+    if (!text)
+        return nullptr;
+    std::string result;
+    for (std::string_view rest = text; !rest.empty();) {
+        const auto byte = static_cast<unsigned char>(rest[0]);
+        const size_t length = byte < 0x80 ? 1 : utf8_length(rest);
+        if (length > 0) {
+            result.append(rest.substr(0, length));
+        } else {
+            result += static_cast<char>(0xC0 | (byte >> 6));
+            result += static_cast<char>(0x80 | (byte & 0x3F));
+        }
+        rest.remove_prefix(length > 0 ? length : 1);
+    }
+    return result;
+}
+
+Json port_value(const PortId *port)
+{
+    if (!port || !port->name)
+        return nullptr;
+    Json value = text_value(port->name);
+    if (port->subscripted)
+        value.get_ref<std::string &>() += "(" + std::to_string(port->subscript) + ")";
+    return value;
+}
+
+Json word_value(const char *word) { return word ? Json(word) : Json(); }
+
+// A number that says "none" by a value below `least`.
+static Json number_value(int32_t number, int32_t least)
+{
+    return number < least ? Json() : Json(number);
+}
+
+// All that a First and a Next function give, as texts.
+template <class Owner, class First, class Next>
+static Json texts_of(Owner *owner, First first, Next next)
+{
+    Json texts = Json::array();
+    for (const char *text = first(owner); text; text = next(owner))
+        texts.push_back(text_value(text));
+    return texts;
+}
+
+std::string folded(std::string name)
+{
+    for (char &c : name)
+        c = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+    return name;
+}
+
+// ---------------------------------------------------------------------------- ports and pins
+
+Json pins_of(Bsdl *bsdl)
+{
+    std::unordered_map<std::string, Json> cells_of_port;
+    for (CellEntry *cell = bsdlGetFirstCellEntry(bsdl); cell; cell = bsdlGetNextCellEntry(bsdl)) {
+        const Json port = port_value(bsdlGetCellPort(cell));
+        if (!port.is_null())
+            cells_of_port[folded(port)].push_back(bsdlGetCellNumber(cell));
+    }
+    Json pins = Json::array();
+    for (PinEntry *pin = bsdlGetFirstPin(bsdl); pin; pin = bsdlGetNextPin(bsdl)) {
+        const Json port = port_value(bsdlGetPinPortID(pin));
+        const auto cells = port.is_null() ? cells_of_port.end() : cells_of_port.find(folded(port));
+        pins.push_back({{"port", port},
+                        {"number", text_value(bsdlGetPinPhysicalName(pin))},
+                        {"type", word_value(pin_type_word(bsdlGetPinType(pin)))},
+                        {"function", word_value(pin_function_word(bsdlGetPinFunction(pin)))},
+                        {"cells", cells == cells_of_port.end() ? Json::array() : cells->second}});
+    }
+    return pins;
+}
+
+static Json pin_maps_of(Bsdl *bsdl)
+{
+    // A mapping with a syntax error has no name, but others may follow.
+    Json maps = Json::array();
+    const int32_t count = bsdlGetNbrOfPinMaps(bsdl);
+    for (int32_t i = 0; i < count; i++)
+        maps.push_back(text_value(i == 0 ? bsdlGetFirstPinMap(bsdl) : bsdlGetNextPinMap(bsdl)));
+    return maps;
+}
+
+static Json port_groups_of(Bsdl *bsdl)
+{
+    Json groups = Json::array();
+    for (const PortGroup *group = bsdlGetFirstPortGroup(bsdl); group;
+         group = bsdlGetNextPortGroup(bsdl))
+        groups.push_back({{"type", word_value(twin_type_word(group->type))},
+                          {"representative", port_value(group->representative)},
+                          {"associated", port_value(group->associated)}});
+    return groups;
+}
+
+static Json tap_of(Bsdl *bsdl)
+{
+    const double frequency = bsdlGetTckFrequency(bsdl);
+    return {{"tdi", port_value(bsdlGetTdiPortId(bsdl))},
+            {"tdo", port_value(bsdlGetTdoPortId(bsdl))},
+            {"tms", port_value(bsdlGetTmsPortId(bsdl))},
+            {"tck", port_value(bsdlGetTckPortId(bsdl))},
+            {"trst", port_value(bsdlGetTrstPortId(bsdl))},
+            {"tck_frequency", frequency == 0 ? Json() : Json(frequency)},
+            {"tck_halt", word_value(halt_state_word(bsdlGetTckHaltState(bsdl)))}};
+}
+
+static Json compliance_of(Bsdl *bsdl)
+{
+    if (bsdlGetNbrOfComplPorts(bsdl) < 0)
+        return nullptr;
+    Json ports = Json::array();
+    for (const PortId *port = bsdlGetFirstComplPort(bsdl); port; port = bsdlGetNextComplPort(bsdl))
+        ports.push_back(port_value(port));
+    return {{"ports", ports},
+            {"patterns", texts_of(bsdl, bsdlGetFirstComplPattern, bsdlGetNextComplPattern)}};
+}
+
+// ---------------------------------------------------------------------- instructions, registers
+
+Json instructions_of(Bsdl *bsdl)
+{
+    Json instructions = Json::array();
+    for (InstructionEntry *entry = bsdlGetFirstInstruction(bsdl); entry;
+         entry = bsdlGetNextInstruction(bsdl)) {
+        const char *name = bsdlGetInstrRegisterName(entry);
+        instructions.push_back(
+            {{"name", text_value(bsdlGetInstructionName(entry))},
+             {"opcodes", texts_of(entry, bsdlGetFirstInstrPattern, bsdlGetNextInstrPattern)},
+             {"class", word_value(instruction_type_word(bsdlGetInstructionType(entry)))},
+             {"preload", bsdlIsInstrPreload(entry) != 0},
+             {"register", text_value(name)},
+             {"length", name ? number_value(bsdlGetInstrRegisterLength(entry), 0) : Json()},
+             {"capture", text_value(bsdlGetInstrCaptureValue(entry))}});
+    }
+    return instructions;
+}
+
+Json registers_of(const Json &instructions)
+{
+    Json registers = Json::array();
+    std::unordered_map<std::string, size_t> place;
+    for (const Json &instruction : instructions) {
+        const Json &name = instruction["register"];
+        if (name.is_null())
+            continue;
+        const auto [found, is_new] = place.try_emplace(name, registers.size());
+        if (is_new)
+            registers.push_back({{"name", name},
+                                 {"length", instruction["length"]},
+                                 {"instructions", Json::array()}});
+        registers[found->second]["instructions"].push_back(instruction["name"]);
+    }
+    return registers;
+}
+
+static Json idcode_value(const char *pattern)
+{
+    Json value = {{"pattern", text_value(pattern)}, {"hex", pattern_hex(pattern)}};
+    const std::optional<Idcode> idcode = decode_idcode(pattern);
+    const auto number = [](std::optional<unsigned> n) { return n ? Json(*n) : Json(); };
+    value["version"] = idcode ? number(idcode->version) : Json();
+    value["part"] = idcode ? number(idcode->part) : Json();
+    value["manufacturer"] = idcode && idcode->bank
+                                ? Json{{"bank", *idcode->bank},
+                                       {"number", *idcode->number},
+                                       {"name", word_value(idcode->manufacturer)}}
+                                : Json();
+    return value;
+}
+
+Json idcodes_of(Bsdl *bsdl)
+{
+    Json idcodes = Json::array();
+    for (const char *pattern = bsdlGetFirstIdcodePattern(bsdl); pattern;
+         pattern = bsdlGetNextIdcodePattern(bsdl))
+        idcodes.push_back(idcode_value(pattern));
+    return idcodes;
+}
+
+// -------------------------------------------------------------------------- boundary register
+
+Json cells_of(Bsdl *bsdl)
+{
+    Json cells = Json::array();
+    for (CellEntry *cell = bsdlGetFirstCellEntry(bsdl); cell; cell = bsdlGetNextCellEntry(bsdl)) {
+        const int32_t result = bsdlGetCellDisableResult(cell);
+        cells.push_back(
+            {{"number", bsdlGetCellNumber(cell)},
+             {"cell", text_value(bsdlGetCellName(cell))},
+             {"port", port_value(bsdlGetCellPort(cell))},
+             {"function", word_value(cell_function_word(bsdlGetCellFunction(cell)))},
+             {"safe", word_value(safe_bit_word(bsdlGetCellSafeBit(cell)))},
+             {"control", number_value(bsdlGetCellControlCell(cell), 0)},
+             {"disable_value", word_value(disable_value_word(bsdlGetCellDisableValue(cell)))},
+             {"disable_result", word_value(disable_result_word(result))}});
+    }
+    return cells;
+}
+
+static Json cell_descriptions_of(Bsdl *bsdl)
+{
+    Json descriptions = Json::array();
+    for (GSList *cell = bsdlGetFirstCellDesc(bsdl); cell; cell = bsdlGetNextCellDesc(bsdl)) {
+        Json captures = Json::array();
+        for (GSList *capture = bsdlGetCellFirstCaptDesc(cell); capture;
+             capture = bsdlGetCellNextCaptDesc(cell)) {
+            const int32_t instruction = bsdlGetCellCaptInstr(capture);
+            captures.push_back(
+                {{"function", word_value(cell_function_word(bsdlGetCellCaptContext(capture)))},
+                 {"instruction", word_value(capture_instruction_word(instruction))},
+                 {"source", word_value(capture_source_word(bsdlGetCellCaptSource(capture)))}});
+        }
+        descriptions.push_back({{"name", text_value(bsdlGetCellDescName(cell))},
+                                {"package", text_value(bsdlGetCellDescPackage(cell))},
+                                {"captures", std::move(captures)}});
+    }
+    return descriptions;
+}
+
+// -------------------------------------------------------------------------------- the whole
+
+Json standards_of(Bsdl *bsdl)
+{
+    Json uses = Json::array();
+    for (const auto standard : {bsdlStandard1149_1, bsdlStandard1532, bsdlStandard1149_4,
+                                bsdlStandard1149_6, bsdlStandardPrg})
+        if (const char *name = standard(bsdl))
+            uses.push_back(name);
+    return {{"governing", word_value(standard_word(bsdlStandard(bsdl)))},
+            {"uses", uses},
+            {"conformance", word_value(conformance_word(bsdlConformance(bsdl)))}};
+}
+
+Json device_of(Bsdl *bsdl)
+{
+    Json json;
+    json["packages"] = {
+        {"names", texts_of(bsdl, bsdlGetFirstDotALLSpec, bsdlGetNextDotALLSpec)},
+        {"files", texts_of(bsdl, bsdlGetFirstDotALLFileSpec, bsdlGetNextDotALLFileSpec)}};
+    json["pin_map"] = text_value(bsdlGetDefaultDevicePackage(bsdl));
+    json["pin_maps"] = pin_maps_of(bsdl);
+    json["pins"] = pins_of(bsdl);
+    json["port_groups"] = port_groups_of(bsdl);
+    json["tap"] = tap_of(bsdl);
+    json["compliance"] = compliance_of(bsdl);
+    json["instruction_register"] = {{"length", number_value(bsdlGetInstructionLength(bsdl), 1)},
+                                    {"captures", texts_of(bsdl, bsdlGetFirstInstructionCapture,
+                                                          bsdlGetNextInstructionCapture)}};
+    json["instructions"] = instructions_of(bsdl);
+    json["registers"] = registers_of(json["instructions"]);
+    json["idcodes"] = idcodes_of(bsdl);
+    json["usercodes"] = texts_of(bsdl, bsdlGetFirstUsercodePattern, bsdlGetNextUsercodePattern);
+    json["boundary"] = {{"length", number_value(bsdlGetBSRLength(bsdl), 1)},
+                        {"cells", cells_of(bsdl)}};
+    json["cell_descriptions"] = cell_descriptions_of(bsdl);
+    json["design_warning"] = text_value(bsdlDesignWarning(bsdl));
+    json["isc"] = bsdlIs1532(bsdl) ? isc_of(bsdl) : Json();
+    json["aio"] = aio_of(bsdl);
+    json["analog"] = analog_of(bsdl);
+    return json;
+}
+
+// ------------------------------------------------------------------------------ from the file
+
+static Json document_of(Reading &reading, const std::string &path)
+{
+    Bsdl *bsdl = reading.handle();
+    Json json = {{"schema", "tarnlet-info-1"},
+                 {"kind", reading.is_prg() ? "prg" : "bsdl"},
+                 {"file", text_value(path.c_str())},
+                 {"component", text_value(bsdlComponentName(bsdl))},
+                 {"standards", standards_of(bsdl)}};
+    json["syntax_errors"] = bsdlGetNumErrors(bsdl);
+    return json;
+}
+
+static std::string with_line(const Message &message)
+{
+    const std::string text = escaped_line(message.text);
+    return message.line > 0 ? "line " + std::to_string(message.line) + ": " + text : text;
+}
+
+using Describe = std::function<void(Reading &reading, const Json &check)>;
+
+static bool read_and_check(const std::string &path, const ReadOptions &options, Model &model,
+                           const Describe &describe)
+{
+    bool checking = false;
+    int errors = 0;
+    int warnings = 0;
+    const auto keep = [&](const Message &message) {
+        if (message.level == BSDL_LEVEL_ERROR) {
+            model.last_error = escaped_line(message.text);
+            if (model.first_error.empty())
+                model.first_error = with_line(message);
+        }
+        if (checking && !message.rule.empty()) {
+            errors += message.level == BSDL_LEVEL_ERROR;
+            warnings += message.level == BSDL_LEVEL_WARNING;
+        }
+    };
+    if_process_ends([&] {
+        complain(escaped(path) + ": " + model.last_error);
+        return STATUS_UNUSABLE;
+    });
+    Reading reading(path, options, CheckJob().finding_verbosity, keep);
+    if (reading.handle()) {
+        checking = true;
+        const bool passed = reading.check();
+        checking = false;
+        model.is_prg = reading.is_prg();
+        model.syntax_errors = bsdlGetNumErrors(reading.handle());
+        describe(reading, {{"passed", passed}, {"errors", errors}, {"warnings", warnings}});
+    } else {
+        complain(escaped(path) + ": " +
+                 (model.first_error.empty() ? "cannot be read" : model.first_error));
+    }
+    if_process_ends({});
+    return reading.handle() != nullptr;
+}
+
+bool read_model(const std::string &path, const ReadOptions &options, Model &model)
+{
+    return read_and_check(path, options, model, [&](Reading &reading, const Json &check) {
+        model.json = document_of(reading, path);
+        model.json["check"] = check;
+        if (model.is_prg)
+            model.json["prg"] = prg_of(reading.handle());
+        else
+            model.json.update(device_of(reading.handle()));
+    });
+}
+
+bool read_model(const std::string &path, const ReadOptions &options, Json (*part)(Bsdl *bsdl),
+                Model &model)
+{
+    return read_and_check(path, options, model, [&](Reading &reading, const Json &) {
+        if (!model.is_prg)
+            model.json = part(reading.handle());
+    });
+}
+
+void note_syntax_errors(const std::string &path, const Model &model)
+{
+    if (model.syntax_errors > 0)
+        complain(escaped(path) + ": " +
+                 counted(static_cast<size_t>(model.syntax_errors), "syntax error") +
+                 ", so what is shown may not be all; the first: " + model.first_error);
+}
+
+void print_json(const Json &json)
+{
+    const std::string text = json.dump(2, ' ', true);
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    std::fputc('\n', stdout);
+}
