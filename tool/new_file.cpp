@@ -1,6 +1,6 @@
 #include "new_file.h"
 
-#include "output.h"
+#include "console.h"
 
 #include <cerrno>
 #include <cstdlib>
