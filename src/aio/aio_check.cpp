@@ -246,15 +246,13 @@ static int32_t check_fixed_ports(const PinCheck *check, const AioPort *port)
 static void index_uses(PinCheck *check)
 {
     size_t count = 0;
-    for (const GSList *info = check->described; info; info = info->next)
-        count += g_slist_length(static_cast<AioPinInfo *>(info->data)->ports);
+    for (const AioPinInfo *info : items<AioPinInfo>(check->described))
+        count += list_length(info->ports);
     index_start(&check->last_use, &check->arena, count);
     uint32_t use = 0;
-    for (const GSList *info = check->described; info; info = info->next) {
-        const auto *ports = static_cast<AioPinInfo *>(info->data)->ports;
-        for (const GSList *link = ports; link; link = link->next)
-            index_last(&check->last_use, port_key(static_cast<AioPort *>(link->data)->port_id),
-                       use++);
+    for (const AioPinInfo *info : items<AioPinInfo>(check->described)) {
+        for (const AioPort *port : items<AioPort>(info->ports))
+            index_last(&check->last_use, port_key(port->port_id), use++);
     }
 }
 
@@ -405,8 +403,8 @@ static int32_t check_input_cells(Bsdl *bsdl, const AioPort *port)
     int32_t result = BSDL_RESULT_OK;
     if (port->pin_spec && port->input_cells)
         result |= check_cell_count(port);
-    for (const GSList *cell = port->input_cells; cell; cell = cell->next)
-        result |= check_input_cell(bsdl, GPOINTER_TO_INT(cell->data), port->line);
+    for (const void *number : items<void>(port->input_cells))
+        result |= check_input_cell(bsdl, GPOINTER_TO_INT(number), port->line);
     return result;
 }
 
@@ -415,19 +413,19 @@ static int32_t check_pin_info(PinCheck *check, const AioPinInfo *info)
 {
     int32_t result = BSDL_RESULT_OK;
     const AioTimeConstants *constants = info->time_constants;
-    for (const GSList *port = info->ports; port; port = port->next)
-        result |= check_port(check, static_cast<AioPort *>(port->data));
+    for (AioPort *port : items<AioPort>(info->ports))
+        result |= check_port(check, port);
     if (constants && constants->select_cell != AIO_NO_SELECT_CELL) {
-        for (const GSList *port = info->ports; port; port = port->next)
-            result |= check_select_port(static_cast<AioPort *>(port->data), constants);
+        for (const AioPort *port : items<AioPort>(info->ports))
+            result |= check_select_port(port, constants);
         result |= check_select_cell(check->bsdl, constants->select_cell, info->line);
     }
-    for (const GSList *port = info->ports; port; port = port->next)
-        result |= check_port_times(check->bsdl, static_cast<AioPort *>(port->data), constants);
+    for (const AioPort *port : items<AioPort>(info->ports))
+        result |= check_port_times(check->bsdl, port, constants);
     if (constants)
         result |= check_times(constants, info->line);
-    for (const GSList *port = info->ports; port; port = port->next)
-        result |= check_input_cells(check->bsdl, static_cast<AioPort *>(port->data));
+    for (const AioPort *port : items<AioPort>(info->ports))
+        result |= check_input_cells(check->bsdl, port);
     return result;
 }
 
@@ -435,10 +433,8 @@ static int32_t check_pin_info(PinCheck *check, const AioPinInfo *info)
 static int32_t check_associated_ports(const PinCheck *check)
 {
     int32_t result = BSDL_RESULT_OK;
-    for (const GSList *entry = check->bsdl->data->grouped_ports; entry; entry = entry->next) {
-        const GSList *groups = static_cast<TwinGroupEntry *>(entry->data)->twin_groups;
-        for (const GSList *link = groups; link; link = link->next) {
-            const auto *group = static_cast<TwinGroup *>(link->data);
+    for (const TwinGroupEntry *entry : items<TwinGroupEntry>(check->bsdl->data->grouped_ports)) {
+        for (const TwinGroup *group : items<TwinGroup>(entry->twin_groups)) {
             if (index_find(&check->last_use, port_key(group->associated)) != INDEX_NONE)
                 result |= rule_error({"aio-associated-port", group->line},
                                      "<associated port> '%s' in <grouped port identification> "
@@ -471,8 +467,11 @@ int32_t bsdl_check_aio_pin_behavior(Bsdl *h)
     index_uses(&check);
     int32_t result = check_pulse_instruction(h, data->aio->line);
     result |= check_train_instruction(h, data->aio->line);
-    for (const GSList *info = check.described; info && !check.arena.failed; info = info->next)
-        result |= check_pin_info(&check, static_cast<AioPinInfo *>(info->data));
+    for (const AioPinInfo *info : items<AioPinInfo>(check.described)) {
+        if (check.arena.failed)
+            break;
+        result |= check_pin_info(&check, info);
+    }
     result |= check_associated_ports(&check);
     return check_end(h, result, &check.arena);
 }

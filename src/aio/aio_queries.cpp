@@ -190,8 +190,8 @@ static void build_table(Bsdl *bsdl, AioPortTable *table)
 {
     const AioData *aio = bsdl->data->aio;
     table->built = true;
-    for (const GSList *info = aio->pin_behaviors; info; info = info->next)
-        table->count += g_slist_length(static_cast<const AioPinInfo *>(info->data)->ports);
+    for (const AioPinInfo *info : items<AioPinInfo>(aio->pin_behaviors))
+        table->count += list_length(info->ports);
     Arena *arena = &bsdl->arena;
     table->ports = arena_array<AioPort *>(arena, table->count);
     table->infos = arena_array<const AioPinInfo *>(arena, table->count);
@@ -202,13 +202,13 @@ static void build_table(Bsdl *bsdl, AioPortTable *table)
     index_start(&table->by_name, arena, table->count);
     index_start(&table->by_port, arena, table->count);
     uint32_t at = 0;
-    for (const GSList *link = aio->pin_behaviors; link; link = link->next) {
-        const auto *info = static_cast<const AioPinInfo *>(link->data);
-        for (const GSList *port = info->ports; port; port = port->next, at++) {
-            table->ports[at] = static_cast<AioPort *>(port->data);
+    for (const AioPinInfo *info : items<AioPinInfo>(aio->pin_behaviors)) {
+        for (AioPort *port : items<AioPort>(info->ports)) {
+            table->ports[at] = port;
             table->infos[at] = info;
-            index_first(&table->by_name, name_fold(table->ports[at]->port_id->name), at);
-            index_first(&table->by_port, port_key(table->ports[at]->port_id), at);
+            index_first(&table->by_name, name_fold(port->port_id->name), at);
+            index_first(&table->by_port, port_key(port->port_id), at);
+            at++;
         }
     }
 }

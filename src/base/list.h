@@ -18,6 +18,24 @@ List list_join(List front, List back);
 
 uint32_t list_length(const void *head); // walks over it
 
+// The elements of a GSList or GList, each as a T *:
+//     for (const PortId *port : items<PortId>(list))
+// The link is left behind after the body, so the body may put another element in its place.
+template <class T, class Link> struct Items {
+    struct Place {
+        const Link *link;
+        T *operator*() const { return static_cast<T *>(link->data); }
+        void operator++() { link = link->next; }
+        bool operator!=(const Place &other) const { return link != other.link; }
+    };
+
+    const Link *head;
+    Place begin() const { return {head}; }
+    Place end() const { return {nullptr}; }
+};
+
+template <class T, class Link> Items<T, Link> items(const Link *head) { return {head}; }
+
 // Where an iteration over a list stands. The 32-bit cursor in the owner's record decides; the walk
 // remembers the link of that cursor and the length, so that going through a list of n takes n
 // steps.

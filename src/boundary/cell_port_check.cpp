@@ -459,8 +459,7 @@ int32_t check_cell_port(Bsdl *bsdl, CellEntry *cell)
 int32_t check_missing_cells(Bsdl *bsdl)
 {
     bool failed = false;
-    for (const GList *link = bsdl->data->pins; link; link = link->next) {
-        auto *pin = static_cast<PinEntry *>(link->data);
+    for (PinEntry *pin : items<PinEntry>(bsdl->data->pins)) {
         if (pin->pin_type == PIN_TYPE_LINKAGE || pin->pin_function != PIN_FUNCTION_NONE ||
             first_cell_of_bit(bsdl, pin->port_id))
             continue;
@@ -484,8 +483,7 @@ int32_t check_missing_cells(Bsdl *bsdl)
 void note_disabled_pins(Bsdl *bsdl)
 {
     // The first cell decides, so for a merged or an observed port the order of the table matters.
-    for (const GList *link = bsdl->data->pins; link; link = link->next) {
-        auto *pin = static_cast<PinEntry *>(link->data);
+    for (PinEntry *pin : items<PinEntry>(bsdl->data->pins)) {
         const CellEntry *cell = first_cell_of_port(bsdl, pin->port_id);
         pin->has_disable = cell && cell->disable_spec;
     }

@@ -51,8 +51,7 @@ static bool merge_neighbours(GSList *table)
 {
     auto *before = static_cast<CellEntry *>(table->data);
     int direction = 0;
-    for (GSList *link = table->next; link; link = link->next) {
-        auto *entry = static_cast<CellEntry *>(link->data);
+    for (CellEntry *entry : items<CellEntry>(table->next)) {
         if (entry->cell_number == before->cell_number) {
             entry->merged_with = before->merged_with ? before->merged_with : before;
         } else {

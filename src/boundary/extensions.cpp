@@ -178,8 +178,7 @@ const char *bsdlGetCorvaneClass(Bsdl *h, const char *key)
     const char *name = name_find(&h->names, key);
     if (!name)
         return nullptr;
-    for (const GSList *link = h->data->corvane_class; link; link = link->next) {
-        const auto *entry = static_cast<const CorvaneClassEntry *>(link->data);
+    for (const CorvaneClassEntry *entry : items<CorvaneClassEntry>(h->data->corvane_class)) {
         if (same_name(entry->key, name))
             return entry->value;
     }

@@ -180,12 +180,11 @@ static int32_t check_clocks(Bsdl *bsdl, const WaitSpec *wait, int32_t line)
 static int32_t check_signature(const Bsdl *bsdl, const RunbistSpec *spec, const char *runbist)
 {
     auto length = static_cast<int32_t>(std::strlen(spec->signature));
-    for (const GSList *link = bsdl->data->register_access; link; link = link->next) {
-        const auto *entry = static_cast<const RegisterEntry *>(link->data);
+    for (const RegisterEntry *entry : items<RegisterEntry>(bsdl->data->register_access)) {
         if (entry->length == length)
             continue;
-        for (const GSList *capture = entry->captures; capture; capture = capture->next)
-            if (same_name(static_cast<const InstructionCapture *>(capture->data)->name, runbist))
+        for (const InstructionCapture *capture : items<InstructionCapture>(entry->captures))
+            if (same_name(capture->name, runbist))
                 return rule_error({"runbist-signature-length", spec->line},
                                   "Incorrect expect data pattern length %i, should be %i", length,
                                   entry->length);

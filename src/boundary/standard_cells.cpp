@@ -219,12 +219,10 @@ static int32_t check_captures(const Bsdl *bsdl, CellDesc *desc)
 {
     int32_t result = BSDL_RESULT_OK;
     const CaptDesc *last[CONTEXTS][INSTRUCTIONS] = {};
-    for (const GSList *link = desc->capt_descs; link; link = link->next) {
-        const auto *capt = static_cast<const CaptDesc *>(link->data);
+    for (const CaptDesc *capt : items<CaptDesc>(desc->capt_descs)) {
         last[capt->cell_context][capt->capt_instr] = capt;
     }
-    for (const GSList *link = desc->capt_descs; link; link = link->next) {
-        const auto *capt = static_cast<const CaptDesc *>(link->data);
+    for (const CaptDesc *capt : items<CaptDesc>(desc->capt_descs)) {
         if (capt->capt_instr == CAPTURE_INSTRUCTION_INTEST)
             desc->has_intest = 1;
         // All but the last of those that describe the same are reported.
@@ -242,7 +240,7 @@ static int32_t check_captures(const Bsdl *bsdl, CellDesc *desc)
 int32_t check_capture_rules(Bsdl *bsdl)
 {
     int32_t result = BSDL_RESULT_OK;
-    for (const GSList *link = bsdl->data->cell_descs; link; link = link->next)
-        result |= check_captures(bsdl, static_cast<CellDesc *>(link->data));
+    for (CellDesc *desc : items<CellDesc>(bsdl->data->cell_descs))
+        result |= check_captures(bsdl, desc);
     return result;
 }

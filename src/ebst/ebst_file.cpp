@@ -152,8 +152,7 @@ static void put_pin_list(OutputFile *file, const Ebst *ebst)
     put(file, "* PIN          PIN              PIN    PIN    *\n");
     put(file, "* NR           NAME             TYPE   FAMILY *\n");
     put_banner(file, 47);
-    for (const GSList *link = ebst->pins; link; link = link->next) {
-        const auto *pin = static_cast<const EbstPin *>(link->data);
+    for (const EbstPin *pin : items<EbstPin>(ebst->pins)) {
         if (pin->number)
             put_pin(file, pin);
     }
@@ -170,8 +169,7 @@ static const char *merged_capture(Bsdl *bsdl, const GSList *patterns)
         return nullptr;
     const auto *first = static_cast<const char *>(patterns->data);
     char *merged = arena_text(&bsdl->arena, first, std::strlen(first));
-    for (const GSList *link = patterns->next; link; link = link->next) {
-        const auto *other = static_cast<const char *>(link->data);
+    for (const char *other : items<char>(patterns->next)) {
         for (char *at = merged; *at; at++) {
             if (*at != *other)
                 *at = 'X';
@@ -241,12 +239,11 @@ static void put_opcode(OutputFile *file, const char *pattern, char for_x)
 static void put_instruction(OutputFile *file, const InstructionEntry *instruction)
 {
     const char *name = register_column(instruction);
-    for (const GSList *link = instruction->patterns; link; link = link->next) {
+    for (const char *pattern : items<char>(instruction->patterns)) {
         // "%c %-18s %-10s %-12s %-8s %-10s\n"
         put_line(file, "%c %-18s ", is_private(instruction) ? '*' : ' ',
                  instruction_column(instruction));
-        put_opcode(file, static_cast<const char *>(link->data),
-                   same_text(instruction->name, "EXTEST") ? '0' : '1');
+        put_opcode(file, pattern, same_text(instruction->name, "EXTEST") ? '0' : '1');
         put_line(file, " %-12s %-8s %-10s\n", name, mode_column(instruction), name);
     }
 }
@@ -264,8 +261,8 @@ static void put_instruction_register(OutputFile *file, Bsdl *bsdl)
     put(file, "* INSTR              INSTR        SELECTED     BST      ACTIVE    *\n");
     put(file, "* NAME               VALUE        REGISTER     MODE     REGISTER  *\n");
     put_banner(file, 67);
-    for (const GSList *link = record->opcode_table; link; link = link->next)
-        put_instruction(file, static_cast<const InstructionEntry *>(link->data));
+    for (const InstructionEntry *instruction : items<InstructionEntry>(record->opcode_table))
+        put_instruction(file, instruction);
     put_banner(file, 67);
     put(file, "END INSTRUCTION_LIST\n\n");
     put(file, "END INSTRUCTION_REGISTER\n\n");
@@ -342,8 +339,8 @@ static void put_boundary_register(OutputFile *file, const Ebst *ebst)
     put(file, "* CHAIN CELL            PIN             DATA     DATA     SEL   CNTRL DIS *\n");
     put(file, "* POS   NAME            NAME            INPUT    OUTPUT   POS   POS   VAL *\n");
     put_banner(file, 75);
-    for (const GSList *link = ebst->chain; link; link = link->next)
-        put_chain_entry(file, static_cast<const EbstChainEntry *>(link->data));
+    for (const EbstChainEntry *entry : items<EbstChainEntry>(ebst->chain))
+        put_chain_entry(file, entry);
     put_banner(file, 79); /* as is: wider than the others */
     put(file, "END CHAIN_LIST\n\n");
     put(file, "END BOUNDARY_SCAN_REGISTER\n\n");
@@ -386,8 +383,8 @@ static void put_usercode_register(OutputFile *file, const char *pattern)
 
 static bool holds_runbist(const RegisterEntry *entry)
 {
-    for (const GSList *link = entry->captures; link; link = link->next)
-        if (same_text(static_cast<const InstructionCapture *>(link->data)->name, "RUNBIST"))
+    for (const InstructionCapture *capture : items<InstructionCapture>(entry->captures))
+        if (same_text(capture->name, "RUNBIST"))
             return true;
     return false;
 }
@@ -397,8 +394,7 @@ static bool holds_runbist(const RegisterEntry *entry)
 static const char *mark_bist_registers(const GSList *registers)
 {
     const char *name = nullptr;
-    for (const GSList *link = registers; link; link = link->next) {
-        auto *entry = static_cast<RegisterEntry *>(link->data);
+    for (RegisterEntry *entry : items<RegisterEntry>(registers)) {
         if (holds_runbist(entry)) {
             entry->kind = REGISTER_KIND_BIST;
             name = entry->name;
@@ -437,9 +433,9 @@ static void put_bypass_register(OutputFile *file)
 
 static void put_register_capture(OutputFile *file, const RegisterEntry *entry)
 {
-    for (const GSList *link = entry->captures; link; link = link->next)
-        if (const char *capture = static_cast<const InstructionCapture *>(link->data)->capture) {
-            put(file, capture);
+    for (const InstructionCapture *record : items<InstructionCapture>(entry->captures))
+        if (record->capture) {
+            put(file, record->capture);
             return;
         }
     if (entry->length <= LONGEST_UNKNOWN_CAPTURE)
@@ -462,8 +458,8 @@ static void put_data_register(OutputFile *file, const RegisterEntry *entry)
 // stay, so a second file has none.
 static void put_data_registers(OutputFile *file, const GSList *instructions)
 {
-    for (const GSList *link = instructions; link; link = link->next) {
-        RegisterEntry *entry = static_cast<const InstructionEntry *>(link->data)->data_register;
+    for (const InstructionEntry *instruction : items<InstructionEntry>(instructions)) {
+        RegisterEntry *entry = instruction->data_register;
         if (!entry || entry->written)
             continue;
         if (entry->kind == REGISTER_KIND_USER)
@@ -498,8 +494,8 @@ static void put_file(OutputFile *file, Bsdl *bsdl)
     put_header(file, bsdl);
     put_pin_list(file, ebst);
     put_instruction_register(file, bsdl);
-    for (const GSList *link = ebst->cells; link; link = link->next)
-        put_cell(file, static_cast<const EbstCell *>(link->data));
+    for (const EbstCell *cell : items<EbstCell>(ebst->cells))
+        put_cell(file, cell);
     put_boundary_register(file, ebst);
     if (idcodes)
         put_identification_register(file, static_cast<const char *>(idcodes->data));

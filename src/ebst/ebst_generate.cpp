@@ -133,12 +133,11 @@ static EbstPin *make_pins(Bsdl *bsdl, GSList **list)
         return nullptr;
     List made = {};
     EbstPin *pin = pins;
-    for (const GList *link = data->pins; link; link = link->next, pin++) {
-        const auto *entry = static_cast<const PinEntry *>(link->data);
+    for (const PinEntry *entry : items<PinEntry>(data->pins)) {
         pin->number = entry->physical_name;
         pin->name = quoted_port(bsdl, entry->port_id);
         pin->type = ebst_pin_type(entry);
-        made = model_append(bsdl, made, pin);
+        made = model_append(bsdl, made, pin++);
     }
     *list = made.head;
     return pins;
@@ -200,15 +199,15 @@ static const CaptDesc **captures_of(Bsdl *bsdl, const CellEntry *cell)
     const GSList *all = cell->cell_desc ? cell->cell_desc->capt_descs : nullptr;
     int32_t function = cell->cell_spec->function;
     size_t count = 0;
-    for (const GSList *link = all; link; link = link->next)
-        count += is_capture_of(static_cast<const CaptDesc *>(link->data), function);
+    for (const CaptDesc *capt : items<CaptDesc>(all))
+        count += is_capture_of(capt, function);
     auto **captures = arena_array<const CaptDesc *>(&bsdl->arena, count + 1);
     if (!captures)
         return nullptr;
     size_t at = 0;
-    for (const GSList *link = all; link; link = link->next)
-        if (is_capture_of(static_cast<const CaptDesc *>(link->data), function))
-            captures[at++] = static_cast<const CaptDesc *>(link->data);
+    for (const CaptDesc *capt : items<CaptDesc>(all))
+        if (is_capture_of(capt, function))
+            captures[at++] = capt;
     return captures;
 }
 
@@ -266,12 +265,11 @@ static GSList *make_cells(Bsdl *bsdl, GSList *cell_table)
         return nullptr;
     }
     List cells = {};
-    for (const GSList *link = cell_table; link; link = link->next) {
+    for (const CellEntry *cell : items<CellEntry>(cell_table)) {
         if (names.count == names.capacity)
             grow(&names);
         if (names.scratch.failed)
             break;
-        const auto *cell = static_cast<const CellEntry *>(link->data);
         uint64_t key = ebst_name_key(cell);
         uint32_t known = index_first(&names.index, key, names.count);
         if (known == INDEX_NONE) {
@@ -402,8 +400,7 @@ static EbstChainEntry *make_chain_entry(Bsdl *bsdl, const EbstPin *pins, const C
 static GSList *make_chain(Bsdl *bsdl, const EbstPin *pins, GSList *cell_table)
 {
     List chain = {};
-    for (const GSList *link = cell_table; link; link = link->next) {
-        const auto *cell = static_cast<const CellEntry *>(link->data);
+    for (const CellEntry *cell : items<CellEntry>(cell_table)) {
         if (!cell->merged_with || cell->cell_spec->function == CELL_FUNCTION_INPUT)
             chain = model_append(bsdl, chain, make_chain_entry(bsdl, pins, cell));
     }

@@ -37,8 +37,8 @@ static void discard(Bsdl *bsdl)
 static GSList *copy_package_dirs(Bsdl *bsdl, const GSList *dirs)
 {
     List copy = {};
-    for (; dirs; dirs = dirs->next)
-        copy = model_append(bsdl, copy, dirs->data);
+    for (const char *dir : items<char>(dirs))
+        copy = model_append(bsdl, copy, dir);
     return copy.head;
 }
 

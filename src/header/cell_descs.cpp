@@ -16,8 +16,8 @@ CellDesc *cell_desc_new(Bsdl *bsdl, const char *name, List capt_descs, int32_t l
 {
     auto *desc =
         model_new<CellDesc>(bsdl, {.name = name, .capt_descs = capt_descs.head, .line = line});
-    for (const GSList *link = capt_descs.head; link; link = link->next)
-        desc->contexts |= 1U << static_cast<const CaptDesc *>(link->data)->cell_context;
+    for (const CaptDesc *capt : items<CaptDesc>(capt_descs.head))
+        desc->contexts |= 1U << capt->cell_context;
     return desc;
 }
 

@@ -146,8 +146,9 @@ static void take_cells(Bsdl *bsdl, Arena *arena, UserPackage *package)
     for (uint32_t i = 0; i < count; i++)
         index_first(&announced, name_fold(constants[i]->name), i);
 
-    for (const GSList *link = package->body_cells; link && !arena->failed; link = link->next) {
-        auto *desc = static_cast<CellDesc *>(link->data);
+    for (CellDesc *desc : items<CellDesc>(package->body_cells)) {
+        if (arena->failed)
+            break;
         // The name is not in the text, which says what it does not find. /* as is */
         if (index_find(&announced, name_fold(desc->name)) == INDEX_NONE)
             rule_warning({"package-cell-not-announced", desc->line, package->file_path},

@@ -213,8 +213,7 @@ static int32_t pdata_length(Bsdl *bsdl)
 {
     const char *name = model_name(bsdl, "ISC_PDATA");
     int32_t length = -1;
-    for (const GSList *link = bsdl->data->register_access; link; link = link->next) {
-        const auto *entry = static_cast<const RegisterEntry *>(link->data);
+    for (const RegisterEntry *entry : items<RegisterEntry>(bsdl->data->register_access)) {
         if (entry && same_name(entry->name, name))
             length = entry->length;
     }
@@ -291,8 +290,7 @@ int32_t bsdl_check_isc_illegal_exit(Bsdl *h)
         return BSDL_RESULT_MISSING;
 
     int32_t result = 0;
-    for (const GSList *link = isc->illegal_exits; link; link = link->next) {
-        const auto *name = static_cast<const char *>(link->data);
+    for (const char *name : items<char>(isc->illegal_exits)) {
         if (!find_instruction(h, name))
             result |= rule_error({"isc-illegal-exit-unknown", isc->illegal_exits_line},
                                  "illegal exit instruction '%s' does not exist", name);

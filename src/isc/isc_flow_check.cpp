@@ -121,8 +121,7 @@ static int32_t check_fields(const FlowCheck *check, const IscActivity *activity,
 {
     int32_t result = 0;
     int64_t sum = 0;
-    for (const GSList *link = activity->update_fields; link; link = link->next) {
-        const auto *field = static_cast<const IscUpdateField *>(link->data);
+    for (const IscUpdateField *field : items<IscUpdateField>(activity->update_fields)) {
         sum += field->field_width;
         if (field->expression)
             result |= check_expression(field->expression, field->field_width, activity->line);
@@ -131,8 +130,8 @@ static int32_t check_fields(const FlowCheck *check, const IscActivity *activity,
         result |= report_update_sum(check, activity, target, static_cast<int32_t>(sum));
 
     sum = 0;
-    for (const GSList *link = activity->capture_fields; link; link = link->next)
-        sum += static_cast<const IscCaptureField *>(link->data)->field_width;
+    for (const IscCaptureField *field : items<IscCaptureField>(activity->capture_fields))
+        sum += field->field_width;
     if (sum != 0 && target && sum != target->length)
         result |= report_capture_sum(check, activity, target, static_cast<int32_t>(sum));
     return result;
@@ -211,10 +210,9 @@ static int32_t check_blocks(FlowCheck *check, const IscFlow *flow)
     check->flow_name = flow->descriptor->flow_name;
     check->data_name = flow->descriptor->data_name;
     int32_t result = 0;
-    for (const GSList *link = flow->blocks; link; link = link->next) {
-        const auto *block = static_cast<const IscBlock *>(link->data);
-        for (const GSList *each = block->activities; each; each = each->next)
-            result |= check_activity(check, static_cast<const IscActivity *>(each->data));
+    for (const IscBlock *block : items<IscBlock>(flow->blocks)) {
+        for (const IscActivity *activity : items<IscActivity>(block->activities))
+            result |= check_activity(check, activity);
     }
     return result;
 }
@@ -235,8 +233,7 @@ int32_t bsdl_check_isc_flow(Bsdl *h, int32_t prg_mode)
     check.bsdl = h;
     check.tck = prg_mode ? nullptr : data->scan_port->tck->name;
     int32_t result = 0;
-    for (const GSList *link = data->isc->flows; link; link = link->next) {
-        const auto *flow = static_cast<const IscFlow *>(link->data);
+    for (const IscFlow *flow : items<IscFlow>(data->isc->flows)) {
         result |= check_variables(flow);
         if (!prg_mode)
             result |= check_blocks(&check, flow);

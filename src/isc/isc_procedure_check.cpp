@@ -49,8 +49,7 @@ static bool is_reserved_name(const char *name)
 static int32_t check_flow_names(const IscProcedure *procedure, const IscTables *tables)
 {
     int32_t result = 0;
-    for (const GSList *link = procedure->flows; link; link = link->next) {
-        const auto *flow = static_cast<const IscFlowDescriptor *>(link->data);
+    for (const IscFlowDescriptor *flow : items<IscFlowDescriptor>(procedure->flows)) {
         if (!flow->flow_name ||
             index_find(&tables->flows_by_name, isc_name_key(flow->flow_name, flow->data_name)) !=
                 INDEX_NONE)
@@ -77,8 +76,7 @@ int32_t bsdl_check_isc_procedures(Bsdl *h)
     bool has_error_exit = false;
     bool has_program_done = false;
     int32_t result = 0;
-    for (const GSList *link = isc->procedures; link; link = link->next) {
-        const auto *procedure = static_cast<const IscProcedure *>(link->data);
+    for (const IscProcedure *procedure : items<IscProcedure>(isc->procedures)) {
         const char *name = procedure->procedure_name;
         has_error_exit |= same_text(name, "PROC_ERROR_EXIT");
         has_program_done |= same_text(name, "PROC_PROGRAM_DONE");
@@ -109,10 +107,8 @@ int32_t bsdl_check_isc_actions(Bsdl *h)
 
     const IscTables *tables = isc_tables(h, isc);
     int32_t result = 0;
-    for (const GSList *link = isc->actions; link; link = link->next) {
-        const auto *action = static_cast<const IscAction *>(link->data);
-        for (const GSList *each = action->specs; each; each = each->next) {
-            const auto *entry = static_cast<const IscActionSpecEntry *>(each->data);
+    for (const IscAction *action : items<IscAction>(isc->actions)) {
+        for (const IscActionSpecEntry *entry : items<IscActionSpecEntry>(action->specs)) {
             const IscActionSpec *spec = &entry->spec;
             if (!spec->procedure_name ||
                 index_find(&tables->procedures_by_name,

@@ -44,8 +44,7 @@ static int32_t check_registers(Bsdl *bsdl)
     const char *id_name = model_name(bsdl, "DEVICE_ID");
     bool has_default = false;
     bool has_id = false;
-    for (const GSList *link = bsdl->data->register_access; link; link = link->next) {
-        const auto *entry = static_cast<const RegisterEntry *>(link->data);
+    for (const RegisterEntry *entry : items<RegisterEntry>(bsdl->data->register_access)) {
         if (!entry || !entry->name)
             break;
         has_default |= same_name(entry->name, default_name);
@@ -86,9 +85,8 @@ static int32_t check_instructions(const Bsdl *bsdl)
 {
     bool seen[INSTRUCTION_COUNT] = {};
     int32_t result = 0;
-    for (const GSList *link = bsdl->data->instruction_register->opcode_table; link;
-         link = link->next) {
-        const auto *entry = static_cast<const InstructionEntry *>(link->data);
+    const GSList *instructions = bsdl->data->instruction_register->opcode_table;
+    for (const InstructionEntry *entry : items<InstructionEntry>(instructions)) {
         if (entry->type != INSTRUCTION_TYPE_PUBLIC)
             continue;
         uint32_t row = find_row(entry->name);

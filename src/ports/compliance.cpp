@@ -71,14 +71,12 @@ int32_t bsdl_check_compliance(Bsdl *bsdl)
         return BSDL_RESULT_ABSENT;
 
     int32_t result = BSDL_RESULT_OK;
-    for (const GSList *link = record->ports; link; link = link->next)
-        result |=
-            check_compliance_port(bsdl, static_cast<const PortId *>(link->data), record->line);
+    for (const PortId *port : items<PortId>(record->ports))
+        result |= check_compliance_port(bsdl, port, record->line);
 
     // The values are not looked at: which ones a port may be held at is the device's affair.
     const int32_t port_count = bsdlGetNbrOfComplPorts(bsdl);
-    for (const GSList *link = record->patterns; link; link = link->next) {
-        auto *pattern = static_cast<const char *>(link->data);
+    for (const char *pattern : items<char>(record->patterns)) {
         auto length = static_cast<int32_t>(std::strlen(pattern));
         if (length != port_count)
             result |=

@@ -47,8 +47,8 @@ void grouped_ports_skipped(Bsdl *bsdl)
 static uint32_t count_groups(const BsdlData *data)
 {
     uint32_t count = 0;
-    for (const GSList *link = data->grouped_ports; link; link = link->next)
-        count += list_length(static_cast<const TwinGroupEntry *>(link->data)->twin_groups);
+    for (const TwinGroupEntry *entry : items<TwinGroupEntry>(data->grouped_ports))
+        count += list_length(entry->twin_groups);
     return count;
 }
 
@@ -65,10 +65,9 @@ static Lookups *group_lookups(Bsdl *bsdl)
     if (!lookups->group_table)
         return lookups;
     uint32_t filled = 0;
-    for (const GSList *link = bsdl->data->grouped_ports; link; link = link->next)
-        for (auto *each = static_cast<TwinGroupEntry *>(link->data)->twin_groups; each;
-             each = each->next)
-            lookups->group_table[filled++] = static_cast<TwinGroup *>(each->data);
+    for (const TwinGroupEntry *entry : items<TwinGroupEntry>(bsdl->data->grouped_ports))
+        for (TwinGroup *group : items<TwinGroup>(entry->twin_groups))
+            lookups->group_table[filled++] = group;
     // From the end, so that each group finds the next one of its associated port in place.
     while (filled-- > 0) {
         TwinGroup *group = lookups->group_table[filled];
@@ -195,8 +194,8 @@ static int32_t check_twin_group_entry(Bsdl *bsdl, Index *verdicts, TwinGroupEntr
                                                   : "\t\tDifferential_Voltage (%i twin_groups)",
                  count);
     int32_t result = BSDL_RESULT_OK;
-    for (const GSList *link = entry->twin_groups; link; link = link->next)
-        result |= check_twin_group(bsdl, verdicts, static_cast<const TwinGroup *>(link->data));
+    for (const TwinGroup *group : items<TwinGroup>(entry->twin_groups))
+        result |= check_twin_group(bsdl, verdicts, group);
     return result;
 }
 
@@ -216,9 +215,8 @@ int32_t bsdl_check_grouped_port(Bsdl *bsdl)
     Index verdicts;
     index_start(&verdicts, &scratch, count_groups(data));
     int32_t result = BSDL_RESULT_OK;
-    for (const GSList *link = data->grouped_ports; link; link = link->next)
-        result |=
-            check_twin_group_entry(bsdl, &verdicts, static_cast<TwinGroupEntry *>(link->data));
+    for (TwinGroupEntry *entry : items<TwinGroupEntry>(data->grouped_ports))
+        result |= check_twin_group_entry(bsdl, &verdicts, entry);
     return check_end(bsdl, result, &scratch);
 }
 
@@ -239,8 +237,7 @@ int32_t bsdlGetNbrOfPortGroups(Bsdl *bsdl)
     if (!has_groups(bsdl))
         return -1;
     uint32_t count = 0;
-    for (const GSList *link = bsdl->data->grouped_ports; link; link = link->next) {
-        auto *entry = static_cast<TwinGroupEntry *>(link->data);
+    for (TwinGroupEntry *entry : items<TwinGroupEntry>(bsdl->data->grouped_ports)) {
         count += list_count(&entry->group_walk, entry->twin_groups);
     }
     return static_cast<int32_t>(count);

@@ -110,11 +110,9 @@ PinSpec *find_port_name(Bsdl *bsdl, const char *name)
         if (!lookups->spec_of_name)
             return nullptr;
         lookups->spec_names = names;
-        for (const GSList *link = bsdl->data->logical_ports; link; link = link->next) {
-            auto *spec = static_cast<PinSpec *>(link->data);
-            for (const GSList *each = spec->names; each; each = each->next) {
-                PinSpec **first =
-                    &lookups->spec_of_name[name_fold(static_cast<const char *>(each->data))];
+        for (PinSpec *spec : items<PinSpec>(bsdl->data->logical_ports)) {
+            for (const char *each : items<char>(spec->names)) {
+                PinSpec **first = &lookups->spec_of_name[name_fold(each)];
                 if (!*first)
                     *first = spec;
             }
@@ -174,8 +172,7 @@ static int64_t range_width(const PinSpec *spec)
 static int64_t pins_declared(const BsdlData *data)
 {
     int64_t count = 0;
-    for (const GSList *link = data->logical_ports; link; link = link->next) {
-        auto *spec = static_cast<const PinSpec *>(link->data);
+    for (const PinSpec *spec : items<PinSpec>(data->logical_ports)) {
         for (const GSList *name = spec->names; name && count <= MOST_PINS; name = name->next)
             count += range_width(spec);
     }
@@ -263,10 +260,9 @@ static bool append_port(PinArrays *arrays, const PinMapEntry *pin_map, const Por
 static bool append_ports(Bsdl *bsdl, PinArrays *arrays, const PinMapEntry *pin_map,
                          const PortMapIndex *index)
 {
-    for (const GSList *link = bsdl->data->logical_ports; link; link = link->next) {
-        auto *spec = static_cast<const PinSpec *>(link->data);
-        for (const GSList *name = spec->names; name; name = name->next)
-            if (!append_port(arrays, pin_map, index, static_cast<const char *>(name->data), spec))
+    for (const PinSpec *spec : items<PinSpec>(bsdl->data->logical_ports)) {
+        for (const char *name : items<char>(spec->names))
+            if (!append_port(arrays, pin_map, index, name, spec))
                 return false;
     }
     return true;
@@ -310,16 +306,13 @@ static int32_t check_names_unique(const Bsdl *bsdl, Arena *scratch)
     auto *last = arena_array<const PinSpec *>(scratch, bsdl->names.folds + size_t{1});
     if (!last)
         return BSDL_RESULT_FAILED;
-    for (const GSList *link = bsdl->data->logical_ports; link; link = link->next) {
-        auto *spec = static_cast<const PinSpec *>(link->data);
-        for (const GSList *name = spec->names; name; name = name->next)
-            last[name_fold(static_cast<const char *>(name->data))] = spec;
+    for (const PinSpec *spec : items<PinSpec>(bsdl->data->logical_ports)) {
+        for (const char *name : items<char>(spec->names))
+            last[name_fold(name)] = spec;
     }
     int32_t result = BSDL_RESULT_OK;
-    for (const GSList *link = bsdl->data->logical_ports; link; link = link->next) {
-        auto *spec = static_cast<const PinSpec *>(link->data);
-        for (const GSList *each = spec->names; each; each = each->next) {
-            auto *name = static_cast<const char *>(each->data);
+    for (const PinSpec *spec : items<PinSpec>(bsdl->data->logical_ports)) {
+        for (const char *name : items<char>(spec->names)) {
             if (last[name_fold(name)] != spec)
                 result |= rule_error({"port-name-not-unique", spec->line},
                                      "<port name> '%s' is not unique", name);

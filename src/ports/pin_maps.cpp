@@ -39,8 +39,9 @@ void pin_maps_skipped(Bsdl *bsdl)
 PortMapIndex port_map_index(Bsdl *bsdl, Arena *arena, const PinMapEntry *pin_map)
 {
     PortMapIndex index = {};
-    for (const GSList *link = pin_map->port_maps; link && !arena->failed; link = link->next) {
-        auto *port_map = static_cast<PortMap *>(link->data);
+    for (PortMap *port_map : items<PortMap>(pin_map->port_maps)) {
+        if (arena->failed)
+            break;
         PortMap ***table = port_map->vector ? &index.vectors : &index.bits;
         if (!*table)
             *table = arena_array<PortMap *>(arena, bsdl->names.folds + size_t{1});
@@ -80,8 +81,7 @@ int32_t bsdl_check_generic(Bsdl *bsdl)
             return result;
     }
     data->selected_pin_map = nullptr;
-    for (const GSList *link = data->pin_maps; link; link = link->next) {
-        auto *pin_map = static_cast<PinMapEntry *>(link->data);
+    for (PinMapEntry *pin_map : items<PinMapEntry>(data->pin_maps)) {
         // Without a package any name will do.
         if (pin_map && pin_map->name && (!package || same_text(pin_map->name, package))) {
             data->selected_pin_map = pin_map;
@@ -127,13 +127,12 @@ static bool mapping_names_start(Bsdl *bsdl, Arena *arena, MappingNames *names)
     names->demanded = arena_array<const PinSpec *>(arena, list_length(bsdl->data->logical_ports));
     if (!names->known || !names->demanded)
         return false;
-    for (const GSList *link = bsdl->data->logical_ports; link; link = link->next) {
-        auto *spec = static_cast<const PinSpec *>(link->data);
+    for (const PinSpec *spec : items<PinSpec>(bsdl->data->logical_ports)) {
         if (spec->pin_type != PIN_TYPE_LINKAGE)
             names->demanded[names->demanded_count++] = spec;
         uint8_t form = spec->range_direction == RANGE_NONE ? DECLARED_BIT : DECLARED_VECTOR;
-        for (const GSList *name = spec->names; name; name = name->next)
-            names->known[name_fold(static_cast<const char *>(name->data))] |= form;
+        for (const char *name : items<char>(spec->names))
+            names->known[name_fold(name)] |= form;
     }
     return true;
 }
@@ -141,8 +140,7 @@ static bool mapping_names_start(Bsdl *bsdl, Arena *arena, MappingNames *names)
 static int32_t check_port_map(MappingNames *names, const PortMap *port_map)
 {
     int32_t result = BSDL_RESULT_OK;
-    for (const GSList *link = port_map->pin_ids; link; link = link->next) {
-        auto *pin_id = static_cast<const char *>(link->data);
+    for (const char *pin_id : items<char>(port_map->pin_ids)) {
         uint8_t *known = &names->known[name_fold(pin_id)];
         if (*known & SEEN_PIN)
             result |= rule_error({"pin-id-not-unique", port_map->line},
@@ -165,8 +163,7 @@ static int32_t check_ports_mapped(const MappingNames *names, const PinMapEntry *
     for (size_t i = 0; i < names->demanded_count; i++) {
         const PinSpec *spec = names->demanded[i];
         bool bit = spec->range_direction == RANGE_NONE;
-        for (const GSList *link = spec->names; link; link = link->next) {
-            auto *name = static_cast<const char *>(link->data);
+        for (const char *name : items<char>(spec->names)) {
             if (names->known[name_fold(name)] & (bit ? MAPPED_BIT : MAPPED_VECTOR))
                 continue;
             result |= rule_error({"port-not-mapped", spec->line},
@@ -185,18 +182,16 @@ static int32_t check_pin_map(MappingNames *names, const PinMapEntry *pin_map)
     rule_message(BSDL_LEVEL_PROGRESS, 3, {"pin-mapping-checked", pin_map->line},
                  "\tChecking pin_map '%s'", pin_map->name);
     int32_t result = BSDL_RESULT_OK;
-    for (const GSList *link = pin_map->port_maps; link; link = link->next)
-        result |= check_port_map(names, static_cast<const PortMap *>(link->data));
+    for (const PortMap *port_map : items<PortMap>(pin_map->port_maps))
+        result |= check_port_map(names, port_map);
     result |= check_ports_mapped(names, pin_map);
 
     // Taken back name by name, so that many small mappings do not pass over all names each.
     constexpr uint8_t of_mapping = MAPPED_BIT | MAPPED_VECTOR | SEEN_PIN;
-    for (const GSList *link = pin_map->port_maps; link; link = link->next) {
-        auto *port_map = static_cast<const PortMap *>(link->data);
+    for (const PortMap *port_map : items<PortMap>(pin_map->port_maps)) {
         names->known[name_fold(port_map->port_name)] &= static_cast<uint8_t>(~of_mapping);
-        for (const GSList *pin = port_map->pin_ids; pin; pin = pin->next)
-            names->known[name_fold(static_cast<const char *>(pin->data))] &=
-                static_cast<uint8_t>(~of_mapping);
+        for (const char *pin_id : items<char>(port_map->pin_ids))
+            names->known[name_fold(pin_id)] &= static_cast<uint8_t>(~of_mapping);
     }
     return result;
 }
@@ -209,8 +204,7 @@ int32_t bsdl_check_pin_map(Bsdl *bsdl, const char *name)
         return code;
     if (!bsdl->data->pin_maps)
         return BSDL_RESULT_MISSING;
-    for (const GSList *link = bsdl->data->pin_maps; link; link = link->next) {
-        auto *pin_map = static_cast<const PinMapEntry *>(link->data);
+    for (const PinMapEntry *pin_map : items<PinMapEntry>(bsdl->data->pin_maps)) {
         if (!pin_map || !pin_map->name || !same_text(pin_map->name, name))
             continue;
         if (!bsdl->data->logical_ports)
@@ -236,13 +230,12 @@ static int32_t check_each_pin_map(Bsdl *bsdl, Arena *scratch)
     auto *last = arena_array<const PinMapEntry *>(scratch, bsdl->names.folds + size_t{1});
     if (!last || !mapping_names_start(bsdl, scratch, &names))
         return BSDL_RESULT_FAILED;
-    for (const GSList *link = bsdl->data->pin_maps; link; link = link->next)
-        if (auto *pin_map = static_cast<const PinMapEntry *>(link->data))
+    for (const PinMapEntry *pin_map : items<PinMapEntry>(bsdl->data->pin_maps))
+        if (pin_map)
             last[name_fold(pin_map->name)] = pin_map;
 
     int32_t result = BSDL_RESULT_OK;
-    for (const GSList *link = bsdl->data->pin_maps; link; link = link->next) {
-        auto *pin_map = static_cast<const PinMapEntry *>(link->data);
+    for (const PinMapEntry *pin_map : items<PinMapEntry>(bsdl->data->pin_maps)) {
         if (!pin_map)
             continue;
         if (last[name_fold(pin_map->name)] != pin_map)

@@ -25,8 +25,7 @@ int32_t bsdl_check_prg_prog_ref(Bsdl *h)
     if (check_begin(h) || !h->prg)
         return BSDL_RESULT_OK;
     int32_t result = BSDL_RESULT_OK;
-    for (const GSList *link = h->prg->program_references; link; link = link->next) {
-        const auto *program = static_cast<const PrgProgram *>(link->data);
+    for (const PrgProgram *program : items<PrgProgram>(h->prg->program_references)) {
         if (!find_part_type(h, program->spec.part_type))
             result |= rule_error({"program-type-unknown", program->line}, "type '%s' not specified",
                                  shown(program->spec.part_type));
@@ -44,8 +43,7 @@ int32_t bsdl_check_prg(Bsdl *h)
     for (const CheckStep &step : FILE_STEPS)
         if (check_step(h, step))
             result = BSDL_RESULT_FAILED;
-    for (const GSList *link = h->prg->isc_components; link; link = link->next) {
-        const auto *part = static_cast<const PrgPart *>(link->data);
+    for (const PrgPart *part : items<PrgPart>(h->prg->isc_components)) {
         bsdl_msg(BSDL_LEVEL_PROGRESS, 2, "Checking ISC part type '%s'", shown(part->part_name));
         h->data->isc = part->isc;
         if (!isc_check_part(h))

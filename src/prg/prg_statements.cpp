@@ -38,14 +38,14 @@ void frequency_passed(Bsdl *bsdl, int32_t frequency)
 const char *register_values_join(Bsdl *bsdl, List patterns)
 {
     size_t length = 0;
-    for (const GSList *link = patterns.head; link; link = link->next)
-        length += std::strlen(static_cast<const char *>(link->data));
+    for (const char *pattern : items<char>(patterns.head))
+        length += std::strlen(pattern);
     auto *joined = arena_array<char>(&bsdl->arena, length + 1);
     if (!joined)
         return "";
     char *at = joined;
-    for (const GSList *link = patterns.head; link; link = link->next)
-        at = stpcpy(at, static_cast<const char *>(link->data));
+    for (const char *pattern : items<char>(patterns.head))
+        at = stpcpy(at, pattern);
     return joined;
 }
 

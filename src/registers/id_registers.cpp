@@ -79,10 +79,10 @@ static int32_t check_idcode(Bsdl *bsdl, const char *pattern, int32_t line)
 // A pattern that was lost makes the result 1, whatever was found before it.
 static int32_t check_idcodes(Bsdl *bsdl, const OptionalRegisters *codes, int32_t result)
 {
-    for (const GSList *link = codes->idcode_patterns; link; link = link->next) {
-        if (!link->data)
+    for (const char *pattern : items<char>(codes->idcode_patterns)) {
+        if (!pattern)
             result = BSDL_RESULT_ABSENT;
-        else if (check_idcode(bsdl, static_cast<const char *>(link->data), codes->idcode_line))
+        else if (check_idcode(bsdl, pattern, codes->idcode_line))
             result = BSDL_RESULT_FAILED;
     }
     return result;
@@ -96,10 +96,10 @@ static int32_t check_usercodes(Bsdl *bsdl, const OptionalRegisters *codes, int32
     else if (!has_instruction(bsdl, "USERCODE"))
         result = rule_error({"usercode-without-instruction", codes->usercode_line},
                             "no usercode instruction found in opcode list");
-    for (const GSList *link = codes->usercode_patterns; link; link = link->next) {
-        if (!link->data)
+    for (const char *pattern : items<char>(codes->usercode_patterns)) {
+        if (!pattern)
             result = BSDL_RESULT_ABSENT;
-        else if (std::strlen(static_cast<const char *>(link->data)) != CODE_LENGTH)
+        else if (std::strlen(pattern) != CODE_LENGTH)
             result = rule_error({"usercode-length", codes->usercode_line},
                                 "usercode register must be 32-bits");
     }

@@ -49,8 +49,11 @@ static void index_privates(InstructionCheck *check)
 {
     const GSList *names = check->instructions->private_instructions;
     index_start(&check->privates, &check->scratch, list_length(names));
-    for (const GSList *link = names; link && link->data; link = link->next)
-        index_first(&check->privates, name_fold(static_cast<const char *>(link->data)), 0);
+    for (const char *name : items<char>(names)) {
+        if (!name)
+            break;
+        index_first(&check->privates, name_fold(name), 0);
+    }
 }
 
 // The instruction that loads the boundary register is SAMPLE until the issue of 2001 made PRELOAD
@@ -263,8 +266,7 @@ static void check_presence(InstructionCheck *check)
 static void check_captures(InstructionCheck *check)
 {
     const InstructionRegister *instructions = check->instructions;
-    for (const GSList *link = instructions->capture_patterns; link; link = link->next) {
-        const auto *pattern = static_cast<const char *>(link->data);
+    for (const char *pattern : items<char>(instructions->capture_patterns)) {
         size_t length = std::strlen(pattern);
         if (length != instructions->length)
             check->result |= rule_error(

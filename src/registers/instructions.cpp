@@ -231,8 +231,7 @@ const char *bsdlGetInstrCaptureValue(InstructionEntry *e)
     // is this one's.
     if (e->capture_register == e->data_register)
         return e->capture ? e->capture->capture : nullptr;
-    for (const GSList *link = e->data_register->captures; link; link = link->next) {
-        const auto *record = static_cast<const InstructionCapture *>(link->data);
+    for (const InstructionCapture *record : items<InstructionCapture>(e->data_register->captures)) {
         if (same_name(record->name, e->name))
             return record->capture;
     }

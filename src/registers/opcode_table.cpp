@@ -34,10 +34,10 @@ static bool collect_opcodes(OpcodeTable *table, Arena *arena)
         return false;
     for (uint32_t i = 0; i < table->entry_count; i++) {
         table->first_opcode[i] = table->opcode_count;
-        for (const GSList *link = table->entries[i]->patterns; link; link = link->next) {
+        for (char *pattern : items<char>(table->entries[i]->patterns)) {
             Opcode *opcode = &table->opcodes[table->opcode_count++];
             opcode->entry = i;
-            opcode_read(opcode, static_cast<char *>(link->data));
+            opcode_read(opcode, pattern);
             table->has_x |= opcode->has_x;
         }
     }

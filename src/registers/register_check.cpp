@@ -108,8 +108,8 @@ static uint64_t capture_key(const RegisterEntry *entry, const char *name)
 static uint32_t count_captures(const RegisterCheck *check)
 {
     uint32_t count = 0;
-    for (const GSList *link = check->registers.head; link; link = link->next)
-        count += list_length(static_cast<const RegisterEntry *>(link->data)->captures);
+    for (const RegisterEntry *entry : items<RegisterEntry>(check->registers.head))
+        count += list_length(entry->captures);
     return count;
 }
 
@@ -124,11 +124,9 @@ static bool index_captures(RegisterCheck *check)
         return false;
     uint32_t records = 0;
     uint32_t position = 0;
-    for (const GSList *link = check->registers.head; link; link = link->next) {
-        auto *entry = static_cast<RegisterEntry *>(link->data);
+    for (RegisterEntry *entry : items<RegisterEntry>(check->registers.head)) {
         entry->position = position++;
-        for (const GSList *at = entry->captures; at; at = at->next) {
-            auto *record = static_cast<InstructionCapture *>(at->data);
+        for (InstructionCapture *record : items<InstructionCapture>(entry->captures)) {
             check->records[records] = record;
             check->next_same[records] = INDEX_NONE;
             latest[records] = records;
@@ -153,10 +151,8 @@ static uint32_t first_capture(const RegisterCheck *check, const InstructionEntry
 
 static void link_instructions(RegisterCheck *check)
 {
-    for (const GSList *link = check->registers.head; link; link = link->next) {
-        auto *entry = static_cast<RegisterEntry *>(link->data);
-        for (const GSList *at = entry->captures; at; at = at->next) {
-            const auto *record = static_cast<const InstructionCapture *>(at->data);
+    for (RegisterEntry *entry : items<RegisterEntry>(check->registers.head)) {
+        for (const InstructionCapture *record : items<InstructionCapture>(entry->captures)) {
             if (!associate_instruction(check->bsdl, record->name, entry))
                 check->result |= rule_error({"register-instruction-unknown", record->line},
                                             "instruction '%s' in register access table is not "
@@ -244,9 +240,8 @@ static void check_mandatory(RegisterCheck *check, InstructionEntry *instruction)
 
 static void check_instructions(RegisterCheck *check)
 {
-    const GSList *link = check->bsdl->data->instruction_register->opcode_table;
-    for (; link; link = link->next) {
-        auto *instruction = static_cast<InstructionEntry *>(link->data);
+    const GSList *instructions = check->bsdl->data->instruction_register->opcode_table;
+    for (InstructionEntry *instruction : items<InstructionEntry>(instructions)) {
         if (instruction->type == INSTRUCTION_TYPE_PUBLIC && !instruction->data_register)
             check->result |=
                 rule_error({"public-instruction-without-register", instruction->line},
@@ -289,11 +284,9 @@ static void check_length(RegisterCheck *check, RegisterEntry *entry)
 
 static void check_lengths(RegisterCheck *check)
 {
-    for (const GSList *link = check->registers.head; link; link = link->next) {
-        auto *entry = static_cast<RegisterEntry *>(link->data);
+    for (RegisterEntry *entry : items<RegisterEntry>(check->registers.head)) {
         check_length(check, entry);
-        for (const GSList *at = entry->captures; at; at = at->next) {
-            const auto *record = static_cast<const InstructionCapture *>(at->data);
+        for (const InstructionCapture *record : items<InstructionCapture>(entry->captures)) {
             if (!record->capture)
                 continue;
             // No capture has the length of a register whose length is not known.
@@ -314,8 +307,7 @@ static void check_merged(RegisterCheck *check, InstructionEntry *instruction)
 {
     bool length_differs = false;
     int32_t length = bsdlGetInstrRegisterLength(instruction);
-    for (const GSList *link = instruction->merged_instructions; link; link = link->next) {
-        auto *merged = static_cast<InstructionEntry *>(link->data);
+    for (InstructionEntry *merged : items<InstructionEntry>(instruction->merged_instructions)) {
         if (!merged->data_register) {
             rule_error({"merged-instruction-without-register", merged->line},
                        "'%s' has no associated register, this instruction cannot share opcodes "
@@ -337,12 +329,10 @@ static void check_merged(RegisterCheck *check, InstructionEntry *instruction)
 
 static void default_bypass_captures(const RegisterCheck *check)
 {
-    for (const GSList *link = check->registers.head; link; link = link->next) {
-        const auto *entry = static_cast<const RegisterEntry *>(link->data);
+    for (const RegisterEntry *entry : items<RegisterEntry>(check->registers.head)) {
         if (entry->kind != REGISTER_KIND_BYPASS)
             continue;
-        for (const GSList *at = entry->captures; at; at = at->next) {
-            auto *record = static_cast<InstructionCapture *>(at->data);
+        for (InstructionCapture *record : items<InstructionCapture>(entry->captures)) {
             if (!record->capture)
                 record->capture = "0";
         }
@@ -360,9 +350,9 @@ static void run_rules(RegisterCheck *check)
         return;
     check_instructions(check);
     check_lengths(check);
-    for (GSList *link = check->bsdl->data->instruction_register->opcode_table; link;
-         link = link->next)
-        check_merged(check, static_cast<InstructionEntry *>(link->data));
+    const GSList *instructions = check->bsdl->data->instruction_register->opcode_table;
+    for (InstructionEntry *instruction : items<InstructionEntry>(instructions))
+        check_merged(check, instruction);
     default_bypass_captures(check);
 }
 

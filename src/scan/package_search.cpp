@@ -65,10 +65,10 @@ static bool directory_of(std::string_view path, std::string_view *directory)
 
 static bool try_package_dirs(Search *search)
 {
-    for (const GSList *link = search->bsdl->package_dirs; link; link = link->next) {
-        if (!link->data)
+    for (const char *name : items<char>(search->bsdl->package_dirs)) {
+        if (!name)
             continue;
-        const std::string_view directory = static_cast<const char *>(link->data);
+        const std::string_view directory = name;
         const bool closed =
             !directory.empty() && (directory.back() == '\\' || directory.back() == PATH_SEPARATOR);
         if (try_in(search, directory, closed ? CLOSED : OPEN))
