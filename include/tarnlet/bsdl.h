@@ -87,6 +87,7 @@
  * of it.
  */
 
+#include <stddef.h>
 #include <stdint.h>
 
 #include <glib.h>
@@ -624,6 +625,39 @@ typedef struct PrgProgramSpec {
  */
 TARNLET_API Bsdl *readBsdl(const char *file_name, const char *package, GSList *package_dirs,
                            uint32_t flags, BsdlContext *context);
+
+/** The text of a package file that readBsdlText() takes in place of a file. */
+typedef struct BsdlPackageText {
+    const char *name; /**< As a use statement asks for it, "STD_1532_2002.ALL" for example; letter
+                           case does not count. */
+    const char *file_name; /**< What messages call it; NULL for the name. */
+    const char *text;
+    size_t length; /**< Of the text in bytes. */
+} BsdlPackageText;
+
+/**
+ * Reads a description or a PPC/PRG file from memory: as readBsdl() would read a file of that name
+ * with these bytes, and with the same messages.
+ *
+ * It never ends the process: where readBsdl() has to, it gives NULL after the message.
+ *
+ * @param text          The bytes; they are copied and may hold anything. May be NULL when length is
+ *                      0.
+ * @param length        Number of bytes.
+ * @param file_name     What messages call the file; packages are searched beside it.
+ * @param package       As for readBsdl().
+ * @param package_dirs  As for readBsdl().
+ * @param flags         As for readBsdl().
+ * @param context       As for readBsdl().
+ * @param packages      Texts that win over the search for package files of their names; the first
+ * of a name counts. May be NULL when package_count is 0. Used during the call only.
+ * @param package_count Number of these texts.
+ * @return As for readBsdl(); NULL for a NULL text that has a length.
+ */
+TARNLET_API Bsdl *readBsdlText(const char *text, size_t length, const char *file_name,
+                               const char *package, GSList *package_dirs, uint32_t flags,
+                               BsdlContext *context, const BsdlPackageText *packages,
+                               size_t package_count);
 
 /**
  * Releases what was read. The handle itself, its names of files and of the pin mapping and the

@@ -42,9 +42,12 @@ static GSList *copy_package_dirs(Bsdl *bsdl, const GSList *dirs)
     return copy.head;
 }
 
+// A caller's text may be longer than the arena's reserve.
 static const char *copy_text(Bsdl *bsdl, const char *text)
 {
-    return text ? model_text(bsdl, text) : nullptr;
+    const size_t size = text ? std::strlen(text) + 1 : 0;
+    auto *copy = text ? arena_array<char>(&bsdl->arena, size) : nullptr;
+    return copy ? static_cast<const char *>(std::memcpy(copy, text, size)) : nullptr;
 }
 
 static Bsdl *new_handle(const char *file_name, const char *package, const GSList *package_dirs,
@@ -59,6 +62,10 @@ static Bsdl *new_handle(const char *file_name, const char *package, const GSList
     }
     bsdl->file_name = copy_text(bsdl, file_name);
     bsdl->default_package = copy_text(bsdl, package);
+    if (bsdl->arena.failed) {
+        discard(bsdl);
+        return nullptr;
+    }
     if (!(flags & BSDL_FLAG_NO_PACKAGE_DIRS))
         bsdl->package_dirs = copy_package_dirs(bsdl, package_dirs);
     bsdl->option_bit0 = flags & BSDL_FLAG_BIT0;
@@ -107,7 +114,7 @@ static bool read_file(Bsdl *bsdl, ScanState *reading)
                       reading->fatal);
         return false;
     }
-    if (bsdl->arena.failed)
+    if (reading->stopped || bsdl->arena.failed)
         return false;
     if (result != 0 && !(result == 1 && bsdl->fast_read) && bsdl->error_count != 0)
         bsdl_msg(BSDL_LEVEL_INFO, 1, "File '%s' contains %i syntax error%s", bsdl->file_name,
@@ -117,8 +124,8 @@ static bool read_file(Bsdl *bsdl, ScanState *reading)
     return bsdl->data->component_name != nullptr;
 }
 
-Bsdl *readBsdl(const char *file_name, const char *package, GSList *package_dirs, uint32_t flags,
-               BsdlContext *context)
+static Bsdl *read_source(const SourceTexts *source, const char *file_name, const char *package,
+                         const GSList *package_dirs, uint32_t flags, BsdlContext *context)
 {
     Bsdl *bsdl = new_handle(file_name, package, package_dirs, flags, context);
     if (!bsdl)
@@ -127,7 +134,7 @@ Bsdl *readBsdl(const char *file_name, const char *package, GSList *package_dirs,
     reader_state.file = bsdl->file_name;
     bool kept = false;
     if (context) {
-        ScanState reading = {};
+        ScanState reading = {.source = source};
         kept = read_file(bsdl, &reading);
         reading_end(&reading);
         bsdl->reading = nullptr;
@@ -139,6 +146,23 @@ Bsdl *readBsdl(const char *file_name, const char *package, GSList *package_dirs,
     reader_state.file = nullptr;
     discard(bsdl);
     return nullptr;
+}
+
+Bsdl *readBsdl(const char *file_name, const char *package, GSList *package_dirs, uint32_t flags,
+               BsdlContext *context)
+{
+    return read_source(nullptr, file_name, package, package_dirs, flags, context);
+}
+
+Bsdl *readBsdlText(const char *text, size_t length, const char *file_name, const char *package,
+                   GSList *package_dirs, uint32_t flags, BsdlContext *context,
+                   const BsdlPackageText *packages, size_t package_count)
+{
+    if (!text && length)
+        return nullptr;
+    const SourceTexts source = {.text = {text ? text : "", length},
+                                .packages = {packages, packages ? package_count : 0}};
+    return read_source(&source, file_name, package, package_dirs, flags, context);
 }
 
 // freeBsdl leaves these three texts alone: a host may still ask for the name of the file.

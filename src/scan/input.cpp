@@ -31,19 +31,20 @@ static void resume_file(ScanState *reading)
 
 // ------------------------------------------------------------------------------ the string store
 
-static void piece_room(StringStore *strings)
+static bool piece_room(StringStore *strings)
 {
     if (strings->count < strings->capacity)
-        return;
+        return true;
     uint32_t capacity = strings->capacity ? strings->capacity * 2 : FIRST_PIECES;
     auto *pieces = static_cast<StringPiece *>(memory_request(capacity * sizeof(StringPiece)));
     if (!pieces)
-        end_on_memory_error();
+        return false;
     if (strings->count)
         std::memcpy(pieces, strings->pieces, strings->count * sizeof(StringPiece));
     memory_return(strings->pieces);
     strings->pieces = pieces;
     strings->capacity = capacity;
+    return true;
 }
 
 void store_string(Bsdl *bsdl, QuotedText piece)
@@ -54,7 +55,10 @@ void store_string(Bsdl *bsdl, QuotedText piece)
     uint32_t length = piece.text && piece.length > 2 ? piece.length - 2 : 0;
     if (!length && strings->count)
         return;
-    piece_room(strings);
+    if (!piece_room(strings)) {
+        memory_ran_out(bsdl);
+        return;
+    }
     uint32_t offset = strings->count ? strings->pieces[strings->count - 1].end : 0;
     if (length && offset)
         std::memmove(strings->begin + offset, piece.text + 1, length);
@@ -143,8 +147,10 @@ const char *join_strings(Bsdl *bsdl)
     size_t length =
         strings->count ? strings->pieces[strings->count - 1].end + strings->count - 1 : 0;
     auto *text = static_cast<char *>(arena_try(&bsdl->arena, length + 1, 1));
-    if (!text)
-        end_on_memory_error();
+    if (!text) {
+        memory_ran_out(bsdl);
+        return "";
+    }
     char *at = text;
     uint32_t from = 0;
     for (uint32_t i = 0; i < strings->count; i++) {
@@ -189,7 +195,18 @@ void input_line_of_last_looked_at(ScanState *reading, const char *last)
 
 // --------------------------------------------------------------------------------------- the files
 
-// The whole file in one buffer, closed by a line end so that its last token is always ended.
+// The text in its buffer, closed by a line end so that its last token is always ended.
+static InputFile closed_text(char *text, size_t length, size_t capacity, const char *path)
+{
+    text[length] = '\n';
+    std::memset(text + length + 1, 0, PADDING - 1);
+    return {.text = text,
+            .size = capacity + PADDING,
+            .at = text,
+            .end = text + length + 1,
+            .path = path};
+}
+
 static bool load_file(InputFile *file, const char *path)
 {
     std::FILE *stream = open_to_read(path);
@@ -220,13 +237,17 @@ static bool load_file(InputFile *file, const char *path)
     std::fclose(stream);
     if (!text)
         return false;
-    text[length] = '\n';
-    std::memset(text + length + 1, 0, PADDING - 1);
-    *file = {.text = text,
-             .size = capacity + PADDING,
-             .at = text,
-             .end = text + length + 1,
-             .path = path};
+    *file = closed_text(text, length, capacity, path);
+    return true;
+}
+
+static bool load_text(InputFile *file, std::string_view text, const char *path)
+{
+    auto *copy = static_cast<char *>(memory_request_large(text.size() + 1 + PADDING));
+    if (!copy)
+        return false;
+    text.copy(copy, text.size());
+    *file = closed_text(copy, text.size(), text.size() + 1, path);
     return true;
 }
 
@@ -241,7 +262,9 @@ static void read_from(ScanState *reading)
 
 bool reading_start(Bsdl *bsdl, ScanState *reading)
 {
-    if (!load_file(&reading->files[0], bsdl->file_name))
+    InputFile *file = &reading->files[0];
+    if (!(reading->source ? load_text(file, reading->source->text, bsdl->file_name)
+                          : load_file(file, bsdl->file_name)))
         return false;
     read_from(reading);
     reading->piece_end = NO_PIECE;
@@ -259,11 +282,21 @@ void reading_end(ScanState *reading)
 
 int include_depth(const Bsdl *bsdl) { return bsdl->reading->depth; }
 
-bool include_file(Bsdl *bsdl, const char *path)
+const BsdlPackageText *find_package_text(const Bsdl *bsdl, const char *name)
+{
+    if (bsdl->reading->source)
+        for (const BsdlPackageText &package : bsdl->reading->source->packages)
+            if (same_text(package.name, name))
+                return &package;
+    return nullptr;
+}
+
+bool include_file(Bsdl *bsdl, const char *path, const BsdlPackageText *text)
 {
     ScanState *reading = bsdl->reading;
     InputFile included;
-    if (!load_file(&included, path))
+    if (!(text ? load_text(&included, {text->text, text->text ? text->length : 0}, path)
+               : load_file(&included, path)))
         return false;
     current_file(reading)->at = const_cast<char *>(reading->at);
     reading->include_saved_line = reading->line;

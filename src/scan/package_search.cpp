@@ -39,8 +39,10 @@ static bool try_in(Search *search, std::string_view directory, uint32_t flags = 
 {
     const size_t name_length = std::strlen(search->name);
     auto *path = static_cast<char *>(memory_request(directory.size() + name_length + 2));
-    if (!path)
-        end_on_memory_error();
+    if (!path) {
+        memory_ran_out(search->bsdl);
+        return false;
+    }
     char *end = path + directory.copy(path, directory.size());
     if (!(flags & CLOSED))
         *end++ = PATH_SEPARATOR;
@@ -153,27 +155,33 @@ static bool try_module(Search *search)
 void read_package(Bsdl *bsdl, const char *name, const char *token)
 {
     bsdl->data->package_file = nullptr;
+    const BsdlPackageText *text = find_package_text(bsdl, name);
     Search search;
     search.bsdl = bsdl;
     search.name = name;
-    if (!try_package_dirs(&search) && !try_in(&search, ".") && !try_beside_description(&search) &&
-        !try_environment(&search) && !try_module(&search)) {
+    if (!text && !try_package_dirs(&search) && !try_in(&search, ".") &&
+        !try_beside_description(&search) && !try_environment(&search) && !try_module(&search)) {
         parse_message(bsdl, BSDL_LEVEL_ERROR, 1, "package-not-found", "Cannot find file '%s'",
                       token);
         return;
     }
 
     char absolute[LONGEST_PATH];
-    absolute_path(search.found, absolute);
+    if (text)
+        std::snprintf(absolute, sizeof absolute, "%s",
+                      text->file_name ? text->file_name : text->name);
+    else
+        absolute_path(search.found, absolute);
     bsdl->data->current_package = name;
     bsdl->data->package_file = model_text(bsdl, absolute);
     parse_message(bsdl, BSDL_LEVEL_INFO, 3, nullptr, "\tUser package file: %s", absolute);
     if (include_depth(bsdl) >= INCLUDE_DEPTH) {
         parse_message(bsdl, BSDL_LEVEL_ERROR, 1, "package-nested-too-deep",
                       "Includes nested too deep");
-        std::exit(1);
+        end_reading(bsdl, 1);
+        return;
     }
-    if (!include_file(bsdl, bsdl->data->package_file))
+    if (!include_file(bsdl, bsdl->data->package_file, text))
         parse_message(bsdl, BSDL_LEVEL_ERROR, 1, "package-not-opened", "Cannot open file %s",
                       token);
 }

@@ -3,6 +3,8 @@
 #include "scan/scanner.h"
 
 #include <cstdint>
+#include <span>
+#include <string_view>
 
 // A file being read: the whole of it in one buffer of ours, with a line end behind the last
 // character and room beyond that for loads of eight bytes.
@@ -33,6 +35,12 @@ struct StringStore {
     int32_t source_line_behind;
 };
 
+// What a reading from memory takes in place of files.
+struct SourceTexts {
+    std::string_view text;
+    std::span<const BsdlPackageText> packages;
+};
+
 // The state of the scanner while one file is read.
 struct ScanState {
     const char *at; // next character
@@ -55,7 +63,8 @@ struct ScanState {
 
     bool complete; // the description or data file has been read to its end
     bool stopped;
-    const char *fatal; // the text of a failure that cannot be gone on from
+    const char *fatal;         // the text of a failure that cannot be gone on from
+    const SourceTexts *source; // of a reading from memory
 };
 
 // Brings the line counters up to the piece in which `at` lies.

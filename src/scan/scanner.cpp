@@ -720,8 +720,10 @@ int scan_token(BSDL_YYSTYPE *value, int32_t *line, Bsdl *bsdl)
         if (token == NO_TOKEN)
             token = scan_token_at(scan, at);
         if (token != NO_TOKEN) {
-            if (bsdl->arena.failed)
-                end_on_memory_error(); // no room for its text
+            if (bsdl->arena.failed) { // no room for its text
+                memory_ran_out(bsdl);
+                return BSDL_YYEOF;
+            }
             *line = reading->token_line;
             return token;
         }
@@ -739,6 +741,13 @@ int32_t scan_line(const Bsdl *bsdl) { return bsdl->reading->line; }
 int32_t scan_source_line(const Bsdl *bsdl) { return bsdl->reading ? bsdl->reading->token_line : 0; }
 
 bool scan_stopped(const Bsdl *bsdl) { return bsdl->reading->stopped; }
+
+void end_reading(Bsdl *bsdl, int status)
+{
+    if (!bsdl->reading->source)
+        std::exit(status);
+    stop(bsdl->reading, nullptr);
+}
 
 const char *integer_text(Bsdl *bsdl, int32_t value)
 {

@@ -48,6 +48,9 @@ const char *scan_file(const Bsdl *bsdl);
 
 // True after a failure that ends the reading; the parser gives up at once.
 bool scan_stopped(const Bsdl *bsdl);
+// A failure after which a reading of a file ends the process with this status. A reading from
+// memory comes back and stops at its next token.
+void end_reading(Bsdl *bsdl, int status);
 
 // ------------------------------------------------------------------------------ the string store
 
@@ -64,8 +67,11 @@ const char *join_strings(Bsdl *bsdl);
 
 // ------------------------------------------------------------------------------- the input stack
 
-// Reads on in another file until its end, then here again. False when it cannot be opened.
-bool include_file(Bsdl *bsdl, const char *path);
+// Reads on in another file, or in a text that stands for it, until its end, then here again. False
+// when it cannot be opened.
+bool include_file(Bsdl *bsdl, const char *path, const BsdlPackageText *text);
+// What the host handed in for a package file; NULL when the file is to be searched.
+const BsdlPackageText *find_package_text(const Bsdl *bsdl, const char *name);
 constexpr int INCLUDE_DEPTH = 10;
 int include_depth(const Bsdl *bsdl);
 

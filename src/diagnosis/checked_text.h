@@ -1,0 +1,44 @@
+#pragma once
+
+#include "tarnlet/diagnosis.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// One reading of one text with the checks that are for it, and all that was said meanwhile.
+
+struct Said {
+    int32_t level;
+    uint32_t verbosity;
+    std::string rule; // empty: headings, verdicts and the like
+    std::string file;
+    int32_t line; // 0: no place
+    int32_t column;
+    int32_t end_line;
+    int32_t end_column;
+    std::string text;
+};
+
+struct ReleaseBsdl {
+    void operator()(Bsdl *bsdl) const { bsdlRelease(bsdl); }
+};
+
+struct CheckedText {
+    std::unique_ptr<Bsdl, ReleaseBsdl> bsdl; // NULL when no handle came of the text
+    std::vector<Said> messages;
+    uint32_t checked = 0; // BsdlChecked bits
+};
+
+// How the texts of one diagnosis are read.
+struct ReadingOptions {
+    std::string file_name;
+    const char *package; // NULL for the default of the description
+    std::vector<std::string> package_dirs;
+    std::vector<BsdlPackageText> packages;
+    uint32_t flags;
+};
+
+CheckedText check_text(std::string_view text, const ReadingOptions &options);
