@@ -20,7 +20,29 @@ const char *severity_name(Severity severity)
     return "off";
 }
 
+std::string place_text(const BsdlPlace &place)
+{
+    std::string text = escaped(place.file);
+    if (place.line > 0)
+        text += ":" + std::to_string(place.line);
+    if (place.line > 0 && place.column > 0)
+        text += ":" + std::to_string(place.column);
+    return text;
+}
+
 // ------------------------------------------------------------------------------------- selection
+
+static Severity severity_of(const BsdlFinding &found, const Selection &selection)
+{
+    const auto chosen = selection.rules.find(found.rule);
+    if (chosen != selection.rules.end())
+        return chosen->second;
+    if (found.severity == BSDL_SEVERITY_NOTE)
+        return Severity::NOTE;
+    if (found.severity == BSDL_SEVERITY_ERROR || selection.warnings_are_errors)
+        return Severity::ERROR;
+    return Severity::WARNING;
+}
 
 namespace
 {
@@ -28,161 +50,88 @@ namespace
 class Selecting
 {
   public:
-    Selecting(const FileReport &from, const Selection &how) : report(from), selection(how)
+    Selecting(const DiagnosedFile &file, const Selection &how)
+        : all(file.findings), selection(how), result{.file = file}
     {
-        result.file = shown(report.path);
-        result.device = report.device;
-        result.checks = report.checks;
-        result.state = report.state;
     }
-
     FileFindings run();
 
   private:
-    static std::string shown(const std::string &path)
-    {
-        return path == "-" || path == "/dev/stdin" ? "<stdin>" : path;
-    }
+    void judge_by_itself(size_t index);
+    bool is_shown(size_t index) const;
 
-    void message(const Message &message);
-    void verdict(const Message &message);
-    void add(Finding finding);
-    Finding finding_of(const Message &message) const;
-    Severity severity_of(const Message &message) const;
-
-    const FileReport &report;
+    const std::vector<const BsdlFinding *> &all;
     const Selection &selection;
     FileFindings result;
-    std::vector<std::string> searched;
-    bool said_in_step = false; // an error since the last verdict
-    bool said_in_file = false;
-    bool recovering = false; // from a syntax error
+    std::vector<Finding> judged; // those that are not to be shown are off
 };
 
 } // namespace
 
-Severity Selecting::severity_of(const Message &message) const
+void Selecting::judge_by_itself(size_t index)
 {
-    if (message.level > BSDL_LEVEL_WARNING)
-        return selection.notes ? Severity::NOTE : Severity::OFF;
-    const auto chosen = selection.rules.find(message.rule);
-    if (chosen != selection.rules.end())
-        return chosen->second;
-    if (message.level == BSDL_LEVEL_ERROR || selection.warnings_are_errors)
-        return Severity::ERROR;
-    return Severity::WARNING;
-}
-
-Finding Selecting::finding_of(const Message &message) const
-{
-    return {.severity = severity_of(message),
-            .line = message.line,
-            .file = message.file.empty() ? result.file : shown(message.file),
-            .rule = message.rule,
-            .text = message.text,
-            .searched = {}};
-}
-
-void Selecting::add(Finding finding)
-{
-    if (finding.severity == Severity::OFF)
-        return;
-    result.warnings += finding.severity == Severity::WARNING;
-    if (finding.severity == Severity::ERROR) {
-        result.errors++;
-        if (selection.error_limit && result.errors > selection.error_limit) {
+    Finding finding = {.found = all[index], .severity = severity_of(*all[index], selection)};
+    if (finding.found->because < 0) {
+        result.warnings += finding.severity == Severity::WARNING;
+        if (finding.severity == Severity::ERROR && ++result.errors > selection.error_limit &&
+            selection.error_limit) {
             result.withheld++;
-            return;
+            finding.severity = Severity::OFF;
         }
     }
-    result.findings.push_back(std::move(finding));
+    judged.push_back(finding);
 }
 
-// "... has errors" repeats what the errors before it have said, except where a check fails without
-// a word, for want of a statement for example. Statements that a syntax error has swallowed are
-// wanting too, but that has been said.
-void Selecting::verdict(const Message &message)
+// What follows from a finding that is not shown is not shown either. The way to the cause has no
+// more steps than there are findings.
+bool Selecting::is_shown(size_t index) const
 {
-    const bool of_step = message.text.starts_with('\t');
-    Finding finding = finding_of(message);
-    if (report.syntax_errors == 0 && (of_step ? !said_in_step : !said_in_file)) {
-        finding.rule = RULE_CHECK_FAILED;
-        const auto chosen = selection.rules.find(RULE_CHECK_FAILED);
-        if (chosen != selection.rules.end())
-            finding.severity = chosen->second;
-        said_in_file = true;
-    } else {
-        finding.severity = selection.notes ? Severity::NOTE : Severity::OFF;
+    for (size_t steps = 0; steps < all.size(); steps++) {
+        if (judged[index].severity == Severity::OFF)
+            return false;
+        const int32_t because = all[index]->because;
+        if (because < 0 || static_cast<size_t>(because) >= all.size())
+            return true;
+        index = static_cast<size_t>(because);
     }
-    said_in_step = false;
-    add(std::move(finding));
-}
-
-// The path of "\tTrying '%s'", less the name of the package file.
-static bool tried_folder(const Message &message, std::string &folder)
-{
-    constexpr std::string_view BEFORE = "\tTrying '";
-    if (!message.text.starts_with(BEFORE) || !message.text.ends_with('\''))
-        return false;
-    folder = message.text.substr(BEFORE.size(), message.text.size() - BEFORE.size() - 1);
-    const size_t slash = folder.find_last_of('/');
-    folder.erase(slash == std::string::npos ? 0 : std::max<size_t>(slash, 1));
     return true;
-}
-
-// Behind a missing quotation mark each number of a table is an illegal identifier, until the end of
-// the statement is found: that has been said by the syntax error.
-static bool is_of_words(std::string_view rule)
-{
-    return rule == "illegal-identifier" || rule == "illegal-character" || rule == "vhdl-keyword" ||
-           rule == "incomplete-string";
-}
-
-void Selecting::message(const Message &message)
-{
-    if (message.level == BSDL_LEVEL_ERROR && message.rule.empty()) {
-        verdict(message);
-        return;
-    }
-    if (std::string folder; tried_folder(message, folder))
-        searched.push_back(std::move(folder));
-    said_in_step |= message.level == BSDL_LEVEL_ERROR;
-    said_in_file |= message.level == BSDL_LEVEL_ERROR;
-
-    if (message.rule == "syntax-error" || message.rule == "statement-skipped")
-        recovering = message.rule == "syntax-error";
-    Finding finding = finding_of(message);
-    if (recovering && is_of_words(message.rule) && !selection.rules.contains(message.rule))
-        finding.severity = selection.notes ? Severity::NOTE : Severity::OFF;
-    if (message.rule == "package-not-found") {
-        finding.searched = std::exchange(searched, {});
-        if (std::string installed = installed_package_folder(); !installed.empty())
-            finding.searched.push_back(std::move(installed));
-        for (auto at = finding.searched.begin(); at != finding.searched.end();)
-            at = std::find(finding.searched.begin(), at, *at) != at ? finding.searched.erase(at)
-                                                                    : at + 1;
-    } else if (!message.text.starts_with("\tTrying '")) {
-        searched.clear();
-    }
-    add(std::move(finding));
 }
 
 FileFindings Selecting::run()
 {
-    for (const Message &each : report.messages)
-        message(each);
-    const Message end = {.rule = RULE_PROCESS_ENDED, .text = report.end_reason};
-    if (report.state == FileState::ENDED)
-        message(end);
-    const Message failed = {.rule = RULE_CHECK_FAILED, .text = "The check failed"};
-    if (!report.passed && !said_in_file)
-        message(failed);
+    for (size_t i = 0; i < all.size(); i++)
+        judge_by_itself(i);
+    std::vector<int32_t> place(all.size(), -1); // among those that are shown
+    for (size_t i = 0; i < all.size(); i++)
+        if (is_shown(i)) {
+            place[i] = static_cast<int32_t>(result.findings.size());
+            result.findings.push_back(judged[i]);
+        }
+    for (Finding &finding : result.findings)
+        if (const int32_t because = finding.found->because; because >= 0) {
+            finding.because = place[static_cast<size_t>(because)];
+            result.follow_ups++;
+        }
     return std::move(result);
 }
 
-FileFindings select_findings(const FileReport &report, const Selection &selection)
+FileFindings select_findings(const DiagnosedFile &file, const Selection &selection)
 {
-    return Selecting(report, selection).run();
+    return Selecting(file, selection).run();
+}
+
+size_t follow_ups_of(const FileFindings &file, size_t index)
+{
+    const auto root_of = [&](size_t from) {
+        for (size_t steps = 0; steps < file.findings.size() && file.findings[from].because >= 0;
+             steps++)
+            from = static_cast<size_t>(file.findings[from].because);
+        return from;
+    };
+    size_t count = 0;
+    for (size_t i = 0; i < file.findings.size(); i++)
+        count += i != index && root_of(i) == index;
+    return count;
 }
 
 // ---------------------------------------------------------------------------------------- totals
@@ -193,10 +142,11 @@ void add_to_totals(Totals &totals, const FileFindings &file)
     totals.errors += file.errors;
     totals.warnings += file.warnings;
     totals.files_with_findings += file.errors + file.warnings > 0;
-    totals.not_read += file.state != FileState::READ;
-    totals.with_isc += (file.checks & CHECKED_ISC) != 0;
-    totals.with_aio += (file.checks & CHECKED_AIO) != 0;
-    totals.prg += (file.checks & CHECKED_PRG) != 0;
+    totals.not_read += file.file.state != FileState::READ;
+    const uint32_t checked = file.file.checked();
+    totals.with_isc += (checked & BSDL_CHECKED_ISC) != 0;
+    totals.with_aio += (checked & BSDL_CHECKED_AIO) != 0;
+    totals.prg += (checked & BSDL_CHECKED_PRG) != 0;
 }
 
 static std::string counted_or_no(size_t count, const char *noun)

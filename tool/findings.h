@@ -1,6 +1,6 @@
 #pragma once
 
-#include "file_report.h"
+#include "diagnosed_file.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -12,39 +12,40 @@ enum class Severity : uint8_t { OFF, NOTE, WARNING, ERROR };
 
 const char *severity_name(Severity severity);
 
-// Rules that the tool adds to those of the library.
-constexpr const char *RULE_CHECK_FAILED = "check-failed";
+// A rule that the tool adds to those of the library.
 constexpr const char *RULE_PROCESS_ENDED = "process-ended";
 
 // What the user wants to see, and as what.
 struct Selection {
     std::map<std::string, Severity> rules;
     bool warnings_are_errors = false;
-    bool notes = false;
     size_t error_limit = 0; // 0: none
 };
 
+// A finding of the library as it is shown.
 struct Finding {
-    Severity severity = Severity::NOTE;
-    int32_t line = 0;
-    std::string file;
-    std::string rule;
-    std::string text;
-    std::vector<std::string> searched; // folders, of a package that was not found
+    const BsdlFinding *found;
+    Severity severity;
+    int32_t because = -1; // index among those that are shown; -1: it stands for itself
 };
 
 struct FileFindings {
-    std::string file; // for people: the path, or <stdin>
-    std::string device;
-    uint32_t checks = 0;
-    FileState state = FileState::READ;
+    const DiagnosedFile &file;
     std::vector<Finding> findings;
-    size_t errors = 0; // all, those beyond the limit too
+    // Errors and warnings that stand for themselves.
+    size_t errors = 0; // those beyond the limit too
     size_t warnings = 0;
-    size_t withheld = 0; // beyond the limit
+    size_t withheld = 0; // errors beyond the limit
+    size_t follow_ups = 0;
 };
 
-FileFindings select_findings(const FileReport &report, const Selection &selection);
+// "parts/x.bsd:110:26", fit for a terminal; less where a place is not so exact.
+std::string place_text(const BsdlPlace &place);
+
+FileFindings select_findings(const DiagnosedFile &file, const Selection &selection);
+
+// How many findings follow from that one, directly or not.
+size_t follow_ups_of(const FileFindings &file, size_t index);
 
 struct Totals {
     size_t files = 0;

@@ -1,33 +1,36 @@
 #pragma once
 
-#include "findings.h"
+#include "tarnlet/diagnosis.h"
 
+#include <cstddef>
 #include <cstdint>
-#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
 
-// Lines of the files that findings point at, read when they are first asked for.
+// The lines of a text, as the library counts them: a lone carriage return ends a line too.
 class SourceLines
 {
   public:
-    // Without its line end; empty when there is no such line, and for a pipe, which has been read.
-    std::string_view line(const std::string &file, int32_t number);
-    void forget() { files.clear(); }
+    SourceLines() : SourceLines(std::string_view()) {}
+    explicit SourceLines(std::string_view text); // which has to live as long
+
+    // Without its line end; empty when there is no such line.
+    std::string_view line(int32_t number) const;
+    // Where a place begins in the text; its end for a place behind it.
+    size_t offset(int32_t line, int32_t column) const;
 
   private:
-    struct Source {
-        std::string text;
-        std::vector<size_t> starts;
-    };
-    std::map<std::string, Source> files;
+    std::string_view text;
+    std::vector<size_t> starts;
 };
 
-// The place in a line that a finding speaks of: the first of the names and numbers in its message
-// that stands in it, else all of it but the white space and the comment.
+// A part of a line, in bytes.
 struct Mark {
     size_t at;
-    size_t length;
+    size_t length; // 0: none
 };
-Mark find_mark(std::string_view line, const Finding &finding);
+
+// What is to be marked in the line in which a place begins: up to its end there, at least a byte;
+// the whole line, less blanks and comment, when the place names no column.
+Mark mark_of(std::string_view line, const BsdlPlace &place);

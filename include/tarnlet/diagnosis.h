@@ -94,8 +94,10 @@ typedef struct BsdlDiagnosisOptions {
     size_t package_dir_count;
     const BsdlPackageText *packages; /**< As for readBsdlText(). */
     size_t package_count;
-    uint32_t flags;                   /**< BSDL_FLAG_STRICT or 0. */
-    uint32_t as_read;                 /**< 1: no mending, no hints: the library's messages alone. */
+    uint32_t flags;     /**< BSDL_FLAG_STRICT or 0. */
+    uint32_t as_read;   /**< 1: no mending, no hints: the library's messages alone. */
+    uint32_t verbosity; /**< With as_read: not 0: findings are the messages of all levels up to
+                             this verbosity; headings and verdicts are notes without a rule. */
     int32_t (*cancelled)(void *data); /**< Asked now and then; not 0 ends the work early. */
     void *cancel_data;
 } BsdlDiagnosisOptions;

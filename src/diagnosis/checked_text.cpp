@@ -1,6 +1,7 @@
 #include "diagnosis/checked_text.h"
 
 #include "aio/aio.h"
+#include "diagnosis/unsaid.h"
 #include "frame/model.h"
 #include "isc/isc.h"
 
@@ -34,29 +35,30 @@ static void collect(void *data, BsdlMessage *message) noexcept
                                        .column = 0,
                                        .end_line = 0,
                                        .end_column = 0,
-                                       .text = message->text});
+                                       .text = message->text,
+                                       .searched = {}});
     } catch (const std::bad_alloc &) {
         collector->out_of_memory = true;
     }
 }
 
-static uint32_t run_checks(Bsdl *bsdl)
+static void run_checks(CheckedText &result)
 {
+    Bsdl *bsdl = result.bsdl.get();
+    result.passed = bsdlGetNumErrors(bsdl) == 0;
+    const auto run = [&](uint32_t bit, int32_t (*check)(Bsdl *)) {
+        result.checked |= bit;
+        result.passed &= check(bsdl) == BSDL_RESULT_OK;
+    };
     if (bsdlIsPrg(bsdl)) {
-        bsdl_check_prg(bsdl);
-        return BSDL_CHECKED_PRG;
+        run(BSDL_CHECKED_PRG, bsdl_check_prg);
+        return;
     }
-    uint32_t checked = BSDL_CHECKED_GENERAL;
-    bsdl_check(bsdl);
-    if (bsdlIs1532(bsdl) || bsdl->data->isc) {
-        checked |= BSDL_CHECKED_ISC;
-        bsdl_check_isc(bsdl);
-    }
-    if (bsdlIsAio(bsdl) || bsdl->data->aio) {
-        checked |= BSDL_CHECKED_AIO;
-        bsdl_check_aio(bsdl);
-    }
-    return checked;
+    run(BSDL_CHECKED_GENERAL, bsdl_check);
+    if (bsdlIs1532(bsdl) || bsdl->data->isc)
+        run(BSDL_CHECKED_ISC, bsdl_check_isc);
+    if (bsdlIsAio(bsdl) || bsdl->data->aio)
+        run(BSDL_CHECKED_AIO, bsdl_check_aio);
 }
 
 CheckedText check_text(std::string_view text, const ReadingOptions &options)
@@ -73,9 +75,10 @@ CheckedText check_text(std::string_view text, const ReadingOptions &options)
                                    options.package, dirs.data(), options.flags, &context,
                                    options.packages.data(), options.packages.size()));
     if (result.bsdl)
-        result.checked = run_checks(result.bsdl.get());
+        run_checks(result);
     if (collector.out_of_memory)
         throw std::bad_alloc();
     result.messages = std::move(collector.messages);
+    say_the_unsaid(result);
     return result;
 }

@@ -20,6 +20,7 @@ struct Said {
     int32_t end_line;
     int32_t end_column;
     std::string text;
+    std::vector<std::string> searched; // folders, for a package that was not found
 };
 
 struct ReleaseBsdl {
@@ -30,6 +31,7 @@ struct CheckedText {
     std::unique_ptr<Bsdl, ReleaseBsdl> bsdl; // NULL when no handle came of the text
     std::vector<Said> messages;
     uint32_t checked = 0; // BsdlChecked bits
+    bool passed = false;  // all of them, and the text has no syntax error
 };
 
 // How the texts of one diagnosis are read.

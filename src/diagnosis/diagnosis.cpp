@@ -4,6 +4,7 @@
 #include "frame/reader_state.h"
 #include "scan/keywords.h"
 
+#include <deque>
 #include <new>
 #include <string>
 #include <vector>
@@ -14,6 +15,8 @@ struct BsdlDiagnosis {
     std::vector<std::string> package_names;
     CheckedText checked;
     std::vector<BsdlFinding> findings;
+    std::deque<std::vector<BsdlRelated>> related; // of the findings
+    uint32_t verbosity;                           // of the messages that are findings as well
 };
 
 namespace
@@ -62,17 +65,37 @@ static BsdlPlace place_of(const Said &said)
     return {said.file.c_str(), said.line, said.column, said.end_line, said.end_column};
 }
 
+static void relate_folders(BsdlDiagnosis *diagnosis, const Said &said, BsdlFinding &finding)
+{
+    if (said.searched.empty())
+        return;
+    std::vector<BsdlRelated> &related = diagnosis->related.emplace_back();
+    for (const std::string &folder : said.searched)
+        related.push_back({.place = {.file = folder.c_str()}, .text = "searched in this folder"});
+    finding.related = related.data();
+    finding.related_count = static_cast<uint32_t>(related.size());
+}
+
 static void make_findings(BsdlDiagnosis *diagnosis)
 {
+    const auto is_wanted = [&](const Said &said) {
+        const bool tells_a_mistake = said.level <= BSDL_LEVEL_WARNING && !said.rule.empty();
+        return diagnosis->verbosity ? said.verbosity <= diagnosis->verbosity : tells_a_mistake;
+    };
     for (const Said &said : diagnosis->checked.messages) {
-        if (said.level > BSDL_LEVEL_WARNING || said.rule.empty())
+        if (!is_wanted(said))
             continue;
-        diagnosis->findings.push_back({.severity = said.level, // the two codes are the same
-                                       .rule = said.rule.c_str(),
-                                       .place = place_of(said),
-                                       .text = said.text.c_str(),
-                                       .because = -1,
-                                       .count = 1});
+        BsdlFinding finding = {.severity = said.rule.empty() ? BSDL_SEVERITY_NOTE
+                                           : said.level > BSDL_LEVEL_WARNING
+                                               ? BSDL_SEVERITY_NOTE
+                                               : said.level, // the two codes are the same
+                               .rule = said.rule.c_str(),
+                               .place = place_of(said),
+                               .text = said.text.c_str(),
+                               .because = -1,
+                               .count = 1};
+        relate_folders(diagnosis, said, finding);
+        diagnosis->findings.push_back(finding);
     }
 }
 
@@ -88,6 +111,7 @@ BsdlDiagnosis *bsdlDiagnose(const char *text, size_t length, const char *file_na
         diagnosis->reading =
             reading_options(file_name, options ? *options : BsdlDiagnosisOptions{});
         diagnosis->checked = check_text(diagnosis->text, diagnosis->reading);
+        diagnosis->verbosity = options && options->as_read ? options->verbosity : 0;
         make_findings(diagnosis.get());
         return diagnosis.release();
     } catch (const std::bad_alloc &) {

@@ -129,9 +129,22 @@ static bool module_path(char (&path)[LONGEST_PATH])
     return true;
 }
 
-// Beside the running module, then in the folder that is installed with it: the way from the one to
-// the other is that of the install layout, so that an installed tree can be moved. A module without
-// that folder has no such place.
+// The way from the module to the folder is that of the install layout, so that an installed tree
+// can be moved. The module may have been loaded through a link from elsewhere.
+bool installed_package_folder(char (&folder)[LONGEST_PATH])
+{
+    char module[LONGEST_PATH];
+    char real[LONGEST_PATH];
+    std::string_view directory;
+    if (!module_path(module) || !realpath(module, real) || !directory_of(real, &directory))
+        return false;
+    char packages[LONGEST_PATH + sizeof TARNLET_PACKAGE_PATH];
+    std::snprintf(packages, sizeof packages, "%.*s%c%s", static_cast<int>(directory.size()),
+                  directory.data(), PATH_SEPARATOR, TARNLET_PACKAGE_PATH);
+    return realpath(packages, folder) != nullptr;
+}
+
+// Beside the running module, then in the folder that is installed with it.
 static bool try_module(Search *search)
 {
     char module[LONGEST_PATH];
@@ -140,16 +153,9 @@ static bool try_module(Search *search)
         return false;
     if (try_in(search, directory))
         return true;
-
-    // The module may have been loaded through a link from elsewhere.
-    char real[LONGEST_PATH];
-    if (!realpath(module, real) || !directory_of(real, &directory))
-        return false;
-    char packages[LONGEST_PATH + sizeof TARNLET_PACKAGE_PATH];
-    std::snprintf(packages, sizeof packages, "%.*s%c%s", static_cast<int>(directory.size()),
-                  directory.data(), PATH_SEPARATOR, TARNLET_PACKAGE_PATH);
     // It is no place of the user's, and has nothing to say about a package that it does not hold.
-    return realpath(packages, real) && try_in(search, real, SAID_WHEN_FOUND);
+    char packages[LONGEST_PATH];
+    return installed_package_folder(packages) && try_in(search, packages, SAID_WHEN_FOUND);
 }
 
 void read_package(Bsdl *bsdl, const char *name, const char *token)

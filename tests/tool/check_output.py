@@ -31,10 +31,14 @@ def compare_forms(*options):
     files = [json.loads(line) for line in lines.splitlines()]
     for file in files:
         schemas.expect_valid("check", file, file["file"])
-        counts = collections.Counter(message["severity"] for message in file["messages"])
+        counts = collections.Counter(message["severity"] for message in file["messages"]
+                                     if message["because"] is None)
         expect((counts["error"] + file["withheld"], counts["warning"]) ==
                (file["errors"], file["warnings"]), f"{file['file']}: counts")
-    messages = [message for file in files for message in file["messages"]]
+        expect(file["follow_ups"] == sum(m["because"] is not None for m in file["messages"]),
+               f"{file['file']}: follow-ups")
+    messages = [message for file in files for message in file["messages"]
+                if message["because"] is None]
 
     sarif_status, text = run("sarif", *options)
     log = json.loads(text)
@@ -48,7 +52,7 @@ def compare_forms(*options):
 
     gcc_status, text = run("gcc", *options)
     shown = collections.Counter(
-        found[1] for found in re.finditer(r"^.+?(?::\d+)?: (error|warning): ", text, re.M))
+        found[1] for found in re.finditer(r"^.+?(?::\d+)*: (error|warning): ", text, re.M))
     expect(shown == collections.Counter(
         m["severity"] for m in messages if m["severity"] != "note"), f"gcc and json {options}")
     matcher = json.loads((root / "docs/pipelines/problem-matcher.json").read_text())

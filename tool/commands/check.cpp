@@ -1,6 +1,5 @@
 // tarnlet check: reads files, runs the checks that are for them and reports what they say.
 
-#include "children.h"
 #include "command.h"
 #include "commands/rule_listing.h"
 #include "console.h"
@@ -17,7 +16,7 @@
 namespace
 {
 
-constexpr int ALL_NOTES = 4;
+constexpr uint32_t ALL_MESSAGES = 4;
 
 struct CheckOptions {
     std::vector<std::string> paths;
@@ -27,8 +26,10 @@ struct CheckOptions {
     std::vector<std::string> rules;
     std::string explain;
     bool list_rules = false;
-    int verbosity = -1;
+    int verbosity = 0;
     bool verbose = false;
+    bool as_read = false;
+    bool all = false;
     bool quiet = false;
     bool werror = false;
     unsigned error_limit = 0;
@@ -77,14 +78,13 @@ class CheckRun
 
   private:
     bool set_rules();
-    void set_job();
+    void set_choice();
     void make_reporter();
-    bool take(const FileReport &report);
-    int ended(FileReport &report);
+    bool take(const DiagnosedFile &file);
     int status() const;
 
     const CheckOptions &options;
-    CheckJob job;
+    DiagnosisChoice choice;
     Selection selection;
     std::unique_ptr<Reporter> reporter;
     Totals totals;
@@ -118,36 +118,39 @@ bool CheckRun::set_rules()
     return true;
 }
 
-void CheckRun::set_job()
+void CheckRun::set_choice()
 {
-    const int verbosity = options.verbosity >= 0 ? options.verbosity : ALL_NOTES;
-    job.read = options.read;
-    selection.notes = options.verbosity >= 0 || options.verbose;
-    if (selection.notes)
-        job.note_verbosity = static_cast<uint32_t>(verbosity);
-    if (options.verbosity >= 0)
-        job.finding_verbosity = static_cast<uint32_t>(verbosity);
+    choice.read = options.read;
+    const bool listing = options.verbose || options.verbosity > 0;
+    choice.as_read = options.as_read || listing;
+    if (listing)
+        choice.verbosity =
+            options.verbosity > 0 ? static_cast<uint32_t>(options.verbosity) : ALL_MESSAGES;
 }
 
 void CheckRun::make_reporter()
 {
+    const bool to_terminal = options.format == "text";
+    const TextStyle style = {.colour = to_terminal && colour_wanted(options.colour),
+                             .closing_line = !options.quiet,
+                             .clean_files = choice.verbosity > 0,
+                             .follow_ups = options.all};
+    const Writer write = standard_writer();
     if (options.format == "gcc")
-        reporter = gcc_reporter(!options.quiet);
+        reporter = gcc_reporter(style, write);
     else if (options.format == "json")
-        reporter = json_reporter();
+        reporter = json_reporter(write);
     else if (options.format == "sarif")
-        reporter = sarif_reporter();
+        reporter = sarif_reporter(write);
     else
-        reporter = text_reporter({.colour = colour_wanted(options.colour),
-                                  .closing_line = !options.quiet,
-                                  .clean_files = selection.notes});
+        reporter = text_reporter(style, write);
 }
 
 // ------------------------------------------------------------------------------------------- run
 
-bool CheckRun::take(const FileReport &report)
+bool CheckRun::take(const DiagnosedFile &file)
 {
-    const FileFindings findings = select_findings(report, selection);
+    const FileFindings findings = select_findings(file, selection);
     add_to_totals(totals, findings);
     reporter->file(findings);
     return !output_failed();
@@ -158,16 +161,6 @@ int CheckRun::status() const
     if (totals.not_read || !all_found)
         return STATUS_UNUSABLE;
     return totals.errors ? STATUS_FINDINGS : STATUS_CLEAN;
-}
-
-// While a file was read in this process.
-int CheckRun::ended(FileReport &report)
-{
-    report.end_reason = "the process that read the file ended";
-    take(report);
-    reporter->end(totals);
-    close_output();
-    return STATUS_UNUSABLE;
 }
 
 int CheckRun::run()
@@ -186,29 +179,19 @@ int CheckRun::run()
     }
     if (!set_rules())
         return STATUS_UNUSABLE;
-    set_job();
+    set_choice();
     make_reporter();
 
     const std::vector<std::string> files = collect_files(options.paths, &all_found);
 
-    if (files.size() == 1) {
-        FileReport report;
-        report.path = files[0];
-        if_process_ends([&] { return ended(report); });
-        check_file(files[0], job, report);
-        if_process_ends({});
-        take(report);
-    } else {
-        Progress progress(files.size(), !options.quiet);
-        const ChildEvents events = {
-            .report =
-                [&](const FileReport &report) {
-                    progress.clear();
-                    return take(report);
-                },
-            .progress = [&](size_t done, const std::string &path) { progress.show(done, path); }};
-        check_in_children(files, job, options.jobs, events);
+    Progress progress(files.size(), !options.quiet);
+    size_t done = 0;
+    for (const std::string &path : files) {
+        progress.show(done++, path);
+        const DiagnosedFile file(path, choice);
         progress.clear();
+        if (!take(file))
+            break;
     }
     reporter->end(totals);
     return status();
@@ -235,6 +218,9 @@ std::function<int()> set_up_check(CLI::App &app)
                    "Tell instead what a rule means and how to mend a file")
         ->type_name("ID");
     app.add_flag("--werror", options->werror, "Take warnings as errors");
+    app.add_flag("--all", options->all, "Show also what only follows from another finding");
+    app.add_flag("--as-read", options->as_read,
+                 "Show the messages of the reading and nothing else: no hints, no fixes");
     app.add_option("--error-limit", options->error_limit,
                    "Show at most so many errors of a file; 0 shows all")
         ->type_name("N");
@@ -242,7 +228,7 @@ std::function<int()> set_up_check(CLI::App &app)
     app.add_flag("--verbose", options->verbose, "Show all messages, also of what passed");
     app.add_option("-v", options->verbosity,
                    "Show messages up to this verbosity: 1 results, 2 checks, 3 passed, 4 all")
-        ->check(CLI::Range(0, 9))
+        ->check(CLI::Range(1, 9))
         ->type_name("LEVEL");
     app.add_option("-j,--jobs", options->jobs,
                    "Read so many files at a time; by default one for each processor")

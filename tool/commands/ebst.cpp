@@ -34,15 +34,18 @@ class EbstRun
     bool choose_output();
     void write(Reading &reading, bool passed);
     void copy_to_standard_output();
-    int status(const FileFindings &findings) const;
+    void show_findings();
+    int status() const;
 
     const EbstOptions &options;
     std::string output;
     int copy = -1;            // of what is to go to standard output
     int standard_output = -1; // while messages go to standard error
+    bool was_read = false;
     bool written = false;
     bool write_failed = false;
     bool is_prg = false;
+    size_t errors = 0;
 };
 
 } // namespace
@@ -118,43 +121,55 @@ void EbstRun::write(Reading &reading, bool passed)
     written = !write_failed;
 }
 
-int EbstRun::status(const FileFindings &findings) const
+void EbstRun::show_findings()
 {
-    if (findings.state != FileState::READ || write_failed || is_prg)
+    const DiagnosedFile file(options.path, {.read = options.read});
+    const FileFindings findings = select_findings(file, {});
+    errors = findings.errors;
+    text_reporter({.colour = copy < 0 && colour_wanted("auto"), .closing_line = false},
+                  standard_writer())
+        ->file(findings);
+    std::fflush(stdout);
+}
+
+int EbstRun::status() const
+{
+    if (!was_read || write_failed || is_prg)
         return STATUS_UNUSABLE;
-    return findings.errors || !written ? STATUS_FINDINGS : STATUS_CLEAN;
+    return errors || !written ? STATUS_FINDINGS : STATUS_CLEAN;
 }
 
 int EbstRun::run()
 {
     if (!choose_output())
         return STATUS_UNUSABLE;
-    const std::unique_ptr<Reporter> reporter =
-        text_reporter({.colour = copy < 0 && colour_wanted("auto"), .closing_line = false});
-    FileReport report;
-    report.path = options.path;
     if_process_ends([&] {
-        report.end_reason = "the process that read the file ended";
-        reporter->file(select_findings(report, {}));
-        close_output();
+        complain(escaped(options.path) + ": the process that read the file ended");
         return STATUS_UNUSABLE;
     });
-    check_file(
-        options.path,
-        {.read = options.read,
-         .afterwards = [this](Reading &reading, FileReport &done) { write(reading, done.passed); }},
-        report);
+    show_findings();
+    std::string said; // by the writing
+    const auto keep = [&](const Message &message) {
+        if (message.level == BSDL_LEVEL_ERROR)
+            said = message.text;
+    };
+    Reading reading(options.path, options.read, 1, keep);
+    was_read = reading.handle() != nullptr;
+    if (was_read) {
+        const bool passed = reading.check();
+        said.clear();
+        write(reading, passed);
+    }
     if_process_ends({});
 
-    const FileFindings findings = select_findings(report, {});
-    reporter->file(findings);
-    std::fflush(stdout);
+    if (write_failed && !said.empty())
+        complain(escaped_line(said));
     if (is_prg)
         complain("a PPC/PRG file has no EBST file");
-    else if (findings.state == FileState::READ && !written && !write_failed)
+    else if (was_read && !written && !write_failed)
         complain(std::string("no EBST file is written, since the check failed") +
                  (options.force ? "" : "; --force writes it all the same"));
-    return status(findings);
+    return status();
 }
 
 std::function<int()> set_up_ebst(CLI::App &app)

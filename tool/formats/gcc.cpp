@@ -1,4 +1,4 @@
-// file:line: error: text [rule], as editors and build logs know it.
+// file:line:column: error: text [rule], as editors and build logs know it.
 
 #include "console.h"
 #include "formats/reporter.h"
@@ -11,45 +11,56 @@ namespace
 class GccReporter : public Reporter
 {
   public:
-    explicit GccReporter(bool with_closing_line) : closing(with_closing_line) {}
+    GccReporter(const TextStyle &wanted, Writer to) : style(wanted), write(std::move(to)) {}
 
     void file(const FileFindings &file) override
     {
-        for (const Finding &finding : file.findings) {
-            line(finding, severity_name(finding.severity), finding.text, finding.rule);
-            for (const std::string &folder : finding.searched)
-                line(finding, "note", "searched in " + folder, {});
-        }
+        for (const Finding &finding : file.findings)
+            if (finding.because < 0 || style.follow_ups)
+                show(finding, file.file);
+        const BsdlPlace whole = {.file = file.file.name.c_str()};
         if (file.withheld)
-            std::printf("%s: note: %s not shown\n", escaped(file.file).c_str(),
-                        counted(file.withheld, "more error").c_str());
+            line(whole, "note", counted(file.withheld, "more error") + " not shown");
+        if (const std::string unchecked = file.file.unchecked(); !unchecked.empty())
+            line(whole, "note", unchecked);
     }
 
     void end(const Totals &totals) override
     {
-        if (closing)
+        if (style.closing_line)
             std::fprintf(stderr, "%s\n", closing_line(totals).c_str());
     }
 
   private:
-    static void line(const Finding &finding, const char *kind, const std::string &text,
-                     const std::string &rule)
+    void show(const Finding &finding, const DiagnosedFile &file)
     {
-        std::string place = escaped(finding.file);
-        if (finding.line > 0)
-            place += ":" + std::to_string(finding.line);
-        std::printf("%s: %s: %s", place.c_str(), kind, escaped_line(text).c_str());
-        if (!rule.empty())
-            std::printf(" [%s]", rule.c_str());
-        std::putchar('\n');
+        const BsdlFinding &found = *finding.found;
+        BsdlPlace place = found.place;
+        place.file = file.file_of(place);
+        line(place, severity_name(finding.severity), found.text, found.rule);
+        if (found.hint)
+            line(place, "note", found.hint);
+        if (found.fix)
+            line(place, "note",
+                 std::string(found.fix_sure ? "fix: " : "possible fix: ") + found.fix);
+        for (uint32_t i = 0; i < found.related_count; i++)
+            line(found.related[i].place, "note", found.related[i].text);
     }
 
-    bool closing;
+    void line(const BsdlPlace &place, const char *kind, const std::string &text,
+              const std::string &rule = {})
+    {
+        write(place_text(place) + ": " + kind + ": " + escaped_line(text) +
+              (rule.empty() ? "" : " [" + rule + "]") + "\n");
+    }
+
+    TextStyle style;
+    Writer write;
 };
 
 } // namespace
 
-std::unique_ptr<Reporter> gcc_reporter(bool with_closing_line)
+std::unique_ptr<Reporter> gcc_reporter(const TextStyle &style, Writer write)
 {
-    return std::make_unique<GccReporter>(with_closing_line);
+    return std::make_unique<GccReporter>(style, std::move(write));
 }

@@ -2,19 +2,18 @@
 
 #include "formats/reporter.h"
 
-#include <cstdio>
 #include <nlohmann/json.hpp>
 
 using nlohmann::ordered_json;
 
-static ordered_json checks_of(uint32_t checks)
+static ordered_json checks_of(uint32_t checked)
 {
     ordered_json names = ordered_json::array();
-    for (const auto &[bit, name] : {std::pair{CHECKED_BSDL, "bsdl"},
-                                    {CHECKED_ISC, "isc"},
-                                    {CHECKED_AIO, "aio"},
-                                    {CHECKED_PRG, "prg"}})
-        if (checks & bit)
+    for (const auto &[bit, name] : {std::pair{BSDL_CHECKED_GENERAL, "bsdl"},
+                                    {BSDL_CHECKED_ISC, "isc"},
+                                    {BSDL_CHECKED_AIO, "aio"},
+                                    {BSDL_CHECKED_PRG, "prg"}})
+        if (checked & bit)
             names.push_back(name);
     return names;
 }
@@ -26,19 +25,58 @@ static const char *state_name(FileState state)
                                             : "ended";
 }
 
-static ordered_json message_of(const Finding &finding)
+static ordered_json text_or_null(const char *text) { return text ? ordered_json(text) : nullptr; }
+
+static ordered_json number_or_null(int32_t number)
 {
+    return number > 0 ? ordered_json(number) : nullptr;
+}
+
+static void add_place(ordered_json &to, const BsdlPlace &place)
+{
+    to["line"] = number_or_null(place.line);
+    to["column"] = number_or_null(place.column);
+    to["end_line"] = number_or_null(place.end_line);
+    to["end_column"] = number_or_null(place.end_column);
+}
+
+static ordered_json fix_of(const BsdlFinding &found)
+{
+    if (!found.edit_count)
+        return nullptr;
+    ordered_json edits = ordered_json::array();
+    for (uint32_t i = 0; i < found.edit_count; i++) {
+        const auto &[place, text] = found.edits[i];
+        edits.push_back({{"from", {{"line", place.line}, {"column", place.column}}},
+                         {"to", {{"line", place.end_line}, {"column", place.end_column}}},
+                         {"text", text}});
+    }
+    return {{"description", text_or_null(found.fix)},
+            {"sure", found.fix_sure != 0},
+            {"edits", std::move(edits)}};
+}
+
+static ordered_json message_of(const Finding &finding, const DiagnosedFile &file)
+{
+    const BsdlFinding &found = *finding.found;
     ordered_json message = {{"severity", severity_name(finding.severity)},
-                            {"rule", nullptr},
-                            {"file", finding.file},
-                            {"line", nullptr},
-                            {"text", finding.text}};
-    if (!finding.rule.empty())
-        message["rule"] = finding.rule;
-    if (finding.line > 0)
-        message["line"] = finding.line;
-    if (!finding.searched.empty())
-        message["searched"] = finding.searched;
+                            {"rule", *found.rule ? ordered_json(found.rule) : nullptr},
+                            {"file", file.file_of(found.place)}};
+    add_place(message, found.place);
+    message["text"] = found.text;
+    message["hint"] = text_or_null(found.hint);
+    message["fix"] = fix_of(found);
+    message["because"] = finding.because < 0 ? ordered_json() : ordered_json(finding.because);
+    message["count"] = found.count;
+    ordered_json &related = message["related"] = ordered_json::array();
+    for (uint32_t i = 0; i < found.related_count; i++) {
+        ordered_json other = {{"file", file.file_of(found.related[i].place)}};
+        add_place(other, found.related[i].place);
+        other["text"] = found.related[i].text;
+        related.push_back(std::move(other));
+    }
+    if (found.pin_map)
+        message["pin_map"] = found.pin_map;
     return message;
 }
 
@@ -48,28 +86,39 @@ namespace
 class JsonReporter : public Reporter
 {
   public:
-    void file(const FileFindings &file) override
+    explicit JsonReporter(Writer to) : write(std::move(to)) {}
+
+    void file(const FileFindings &found) override
     {
+        const DiagnosedFile &file = found.file;
         ordered_json messages = ordered_json::array();
-        for (const Finding &finding : file.findings)
-            messages.push_back(message_of(finding));
-        ordered_json object = {{"file", file.file},
-                               {"device", nullptr},
-                               {"state", state_name(file.state)},
-                               {"checks", checks_of(file.checks)},
-                               {"errors", file.errors},
-                               {"warnings", file.warnings},
-                               {"withheld", file.withheld},
-                               {"messages", std::move(messages)}};
-        if (!file.device.empty())
-            object["device"] = file.device;
-        const std::string text = object.dump(-1, ' ', true, ordered_json::error_handler_t::replace);
-        std::printf("%s\n", text.c_str());
+        for (const Finding &finding : found.findings)
+            messages.push_back(message_of(finding, file));
+        const std::string device = file.device();
+        const std::string unchecked = file.unchecked();
+        const ordered_json object = {
+            {"file", file.name},
+            {"device", device.empty() ? ordered_json() : ordered_json(device)},
+            {"state", state_name(file.state)},
+            {"checks", checks_of(file.checked())},
+            {"unchecked", unchecked.empty() ? ordered_json() : ordered_json(unchecked)},
+            {"errors", found.errors},
+            {"warnings", found.warnings},
+            {"follow_ups", found.follow_ups},
+            {"withheld", found.withheld},
+            {"messages", std::move(messages)}};
+        write(object.dump(-1, ' ', true, ordered_json::error_handler_t::replace) + "\n");
     }
 
     void end(const Totals &) override {}
+
+  private:
+    Writer write;
 };
 
 } // namespace
 
-std::unique_ptr<Reporter> json_reporter() { return std::make_unique<JsonReporter>(); }
+std::unique_ptr<Reporter> json_reporter(Writer write)
+{
+    return std::make_unique<JsonReporter>(std::move(write));
+}

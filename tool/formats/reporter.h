@@ -2,9 +2,11 @@
 
 #include "findings.h"
 
+#include <functional>
 #include <memory>
+#include <string_view>
 
-// Writes findings to standard output in one of the formats.
+// Writes findings in one of the formats.
 class Reporter
 {
   public:
@@ -13,13 +15,19 @@ class Reporter
     virtual void end(const Totals &totals) = 0;
 };
 
+using Writer = std::function<void(std::string_view text)>;
+
+// To standard output.
+Writer standard_writer();
+
 struct TextStyle {
     bool colour = false;
     bool closing_line = true;
     bool clean_files = false; // name them as well
+    bool follow_ups = false;  // show them, not their number
 };
 
-std::unique_ptr<Reporter> text_reporter(const TextStyle &style);
-std::unique_ptr<Reporter> gcc_reporter(bool with_closing_line);
-std::unique_ptr<Reporter> json_reporter();
-std::unique_ptr<Reporter> sarif_reporter();
+std::unique_ptr<Reporter> text_reporter(const TextStyle &style, Writer write);
+std::unique_ptr<Reporter> gcc_reporter(const TextStyle &style, Writer write);
+std::unique_ptr<Reporter> json_reporter(Writer write);
+std::unique_ptr<Reporter> sarif_reporter(Writer write);

@@ -52,12 +52,14 @@ namespace
 class SarifReporter : public Reporter
 {
   public:
+    explicit SarifReporter(Writer to) : write(std::move(to)) {}
+
     void file(const FileFindings &file) override
     {
         for (const Finding &finding : file.findings)
-            if (!finding.rule.empty())
-                results.push_back(result_of(finding));
-        if (file.state != FileState::READ)
+            if (*finding.found->rule && finding.because < 0)
+                results.push_back(result_of(finding, file.file));
+        if (file.file.state != FileState::READ)
             all_read = false;
     }
 
@@ -71,8 +73,9 @@ class SarifReporter : public Reporter
             rules.push_back(described(rule));
         return at->second;
     }
-    ordered_json result_of(const Finding &finding);
+    ordered_json result_of(const Finding &finding, const DiagnosedFile &file);
 
+    Writer write;
     ordered_json rules = ordered_json::array();
     ordered_json results = ordered_json::array();
     std::map<std::string, size_t> indexes;
@@ -81,20 +84,17 @@ class SarifReporter : public Reporter
 
 } // namespace
 
-ordered_json SarifReporter::result_of(const Finding &finding)
+ordered_json SarifReporter::result_of(const Finding &finding, const DiagnosedFile &file)
 {
-    ordered_json place = {{"artifactLocation", {{"uri", uri_of(finding.file)}}}};
-    if (finding.line > 0)
-        place["region"] = {{"startLine", finding.line}};
-    ordered_json result = {
-        {"ruleId", finding.rule},
-        {"ruleIndex", index_of(finding.rule)},
-        {"level", severity_name(finding.severity)},
-        {"message", {{"text", finding.text}}},
-        {"locations", ordered_json::array({{{"physicalLocation", std::move(place)}}})}};
-    if (!finding.searched.empty())
-        result["properties"] = {{"searchedFolders", finding.searched}};
-    return result;
+    const BsdlFinding &found = *finding.found;
+    ordered_json place = {{"artifactLocation", {{"uri", uri_of(file.file_of(found.place))}}}};
+    if (found.place.line > 0)
+        place["region"] = {{"startLine", found.place.line}};
+    return {{"ruleId", found.rule},
+            {"ruleIndex", index_of(found.rule)},
+            {"level", severity_name(finding.severity)},
+            {"message", {{"text", found.text}}},
+            {"locations", ordered_json::array({{{"physicalLocation", std::move(place)}}})}};
 }
 
 void SarifReporter::end(const Totals &)
@@ -107,7 +107,10 @@ void SarifReporter::end(const Totals &)
     const ordered_json log = {{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},
                               {"version", "2.1.0"},
                               {"runs", ordered_json::array({std::move(run)})}};
-    std::printf("%s\n", log.dump(2, ' ', true, ordered_json::error_handler_t::replace).c_str());
+    write(log.dump(2, ' ', true, ordered_json::error_handler_t::replace) + "\n");
 }
 
-std::unique_ptr<Reporter> sarif_reporter() { return std::make_unique<SarifReporter>(); }
+std::unique_ptr<Reporter> sarif_reporter(Writer write)
+{
+    return std::make_unique<SarifReporter>(std::move(write));
+}

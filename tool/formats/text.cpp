@@ -1,11 +1,12 @@
-// For people: grouped by file, with the source line and the place in it.
+// For people: each finding with the source line and the place marked in it.
 
 #include "console.h"
 #include "formats/reporter.h"
+#include "input_files.h"
 #include "source_lines.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <map>
 
 namespace
 {
@@ -22,7 +23,7 @@ constexpr const char *DIM = "\033[2m";
 class TextReporter : public Reporter
 {
   public:
-    explicit TextReporter(const TextStyle &wanted) : style(wanted) {}
+    TextReporter(const TextStyle &wanted, Writer to) : style(wanted), write(std::move(to)) {}
 
     void file(const FileFindings &file) override;
     void end(const Totals &totals) override;
@@ -36,29 +37,47 @@ class TextReporter : public Reporter
     {
         return severity == Severity::ERROR ? RED : severity == Severity::WARNING ? YELLOW : CYAN;
     }
-    void heading(const FileFindings &file) const;
-    void finding(const FileFindings &file, const Finding &finding);
-    void source_line(const Finding &finding);
+    void heading(const FileFindings &file);
+    void finding(const FileFindings &file, size_t index);
+    bool source_line(const Finding &finding, const DiagnosedFile &file, const std::string &remark);
+    const SourceLines &source(const DiagnosedFile &file, const char *name);
 
     TextStyle style;
-    SourceLines sources;
+    Writer write;
     bool first = true;
+    // The lines of the file at hand and of the package files that it uses.
+    struct Source {
+        std::string text;
+        SourceLines lines;
+    };
+    std::map<std::string, Source> sources;
 };
 
 } // namespace
 
-void TextReporter::heading(const FileFindings &file) const
+// For the messages that a user wants to see whatever they say.
+void TextReporter::heading(const FileFindings &found)
 {
-    std::printf("%s", painted(BOLD, escaped(file.file)).c_str());
     std::string kinds;
-    for (const auto &[bit, name] : {std::pair{CHECKED_ISC, "IEEE 1532"},
-                                    {CHECKED_AIO, "IEEE 1149.6"},
-                                    {CHECKED_PRG, "PPC/PRG"}})
-        if (file.checks & bit)
+    for (const auto &[bit, name] : {std::pair{BSDL_CHECKED_ISC, "IEEE 1532"},
+                                    {BSDL_CHECKED_AIO, "IEEE 1149.6"},
+                                    {BSDL_CHECKED_PRG, "PPC/PRG"}})
+        if (found.file.checked() & bit)
             kinds += (kinds.empty() ? "" : ", ") + std::string(name);
-    if (!kinds.empty())
-        std::printf(" %s", painted(DIM, "(" + kinds + ")").c_str());
-    std::putchar('\n');
+    write(painted(BOLD, escaped(found.file.name)) +
+          (kinds.empty() ? "" : " " + painted(DIM, "(" + kinds + ")")) + "\n");
+}
+
+const SourceLines &TextReporter::source(const DiagnosedFile &file, const char *name)
+{
+    auto [at, added] = sources.try_emplace(name);
+    if (added) {
+        const bool is_package = file.name != name;
+        if (is_package && is_file(name))
+            read_bytes(name, at->second.text);
+        at->second.lines = SourceLines(is_package ? at->second.text : file.text);
+    }
+    return at->second.lines;
 }
 
 // A blank for a tab, so that the mark stands below what it marks.
@@ -96,76 +115,133 @@ static std::string last_columns(std::string_view text, size_t columns)
     return end;
 }
 
-// A window of a long line, with the mark in it.
-void TextReporter::source_line(const Finding &finding)
+// A window of a long line, with the mark in it and the remark beside the mark. False when there is
+// nothing to mark.
+bool TextReporter::source_line(const Finding &finding, const DiagnosedFile &file,
+                               const std::string &remark)
 {
-    const std::string_view line = sources.line(finding.file, finding.line);
-    const Mark mark = find_mark(line, finding);
+    const BsdlPlace &place = finding.found->place;
+    const std::string_view line = source(file, file.file_of(place)).line(place.line);
+    const Mark mark = mark_of(line, place);
     if (mark.length == 0)
-        return;
+        return false;
     const std::string_view left = line.substr(0, mark.at);
     size_t room = WIDEST_LINE - columns_of(last_columns(left, WIDEST_LINE / 2));
-    const std::string marked = first_columns(line.substr(mark.at, mark.length), room);
-    room -= columns_of(marked);
-    const std::string behind = first_columns(line.substr(mark.at + mark.length), room);
+    // Behind the last character there is a blank.
+    const std::string marked =
+        mark.at < line.size() ? first_columns(line.substr(mark.at, mark.length), room) : " ";
+    room -= std::min(columns_of(marked), room);
+    const std::string behind =
+        first_columns(line.substr(std::min(mark.at + mark.length, line.size())), room);
     // What they leave is for more of the left.
-    const std::string before =
-        last_columns(left, WIDEST_LINE - columns_of(marked) - columns_of(behind));
-    const std::string margin = "        " + painted(DIM, "|") + " ";
+    const std::string before = last_columns(
+        left, WIDEST_LINE - std::min(columns_of(marked) + columns_of(behind), WIDEST_LINE / 2));
+    const std::string number = std::to_string(place.line);
+    const std::string bar = " " + painted(DIM, "|") + " ";
+    const std::string text = before + marked + behind;
     const std::string under = "^" + std::string(columns_of(marked) - 1, '~');
-    std::printf("%s%s%s%s\n", margin.c_str(), before.c_str(), marked.c_str(), behind.c_str());
-    std::printf("%s%*s%s\n", margin.c_str(), static_cast<int>(columns_of(before)), "",
-                painted(colour_of(finding.severity), under).c_str());
+    write(
+        "  " + painted(DIM, number) + bar + text.substr(0, text.find_last_not_of(' ') + 1) + "\n" +
+        "  " + std::string(number.size(), ' ') + bar + std::string(columns_of(before), ' ') +
+        painted(colour_of(finding.severity), under + (remark.empty() ? "" : " " + remark)) + "\n");
+    return true;
 }
 
-void TextReporter::finding(const FileFindings &file, const Finding &finding)
+// What stands beside the mark or below the text.
+static std::string remark_of(const BsdlFinding &found)
 {
-    std::string place;
-    if (finding.file != file.file)
-        place = escaped(finding.file) + " ";
-    if (finding.line > 0)
-        place += "line " + std::to_string(finding.line);
-    if (!place.empty())
-        place += ": ";
-    const std::string rule =
-        finding.rule.empty() ? "" : " " + painted(DIM, "[" + finding.rule + "]");
-    std::printf(
-        "  %s%s %s%s\n", place.c_str(),
-        painted(colour_of(finding.severity), severity_name(finding.severity) + std::string(":"))
-            .c_str(),
-        escaped_line(finding.text).c_str(), rule.c_str());
-    if (finding.line > 0 && finding.severity != Severity::NOTE)
-        source_line(finding);
-    for (const std::string &folder : finding.searched)
-        std::printf("        searched in %s\n", escaped(folder).c_str());
+    std::string remark = found.hint ? escaped_line(found.hint) : "";
+    if (found.count > 1)
+        remark += (remark.empty() ? "" : "; ") + std::to_string(found.count) +
+                  " alike, the first is here";
+    return remark;
+}
+
+// Below the heading of its file.
+static std::string listed_place(const BsdlPlace &place, const DiagnosedFile &file)
+{
+    std::string text = "  ";
+    if (file.name != place.file)
+        text += escaped(place.file) + " ";
+    if (place.line > 0)
+        text += "line " + std::to_string(place.line) + ": ";
+    return text;
+}
+
+void TextReporter::finding(const FileFindings &file, size_t index)
+{
+    const Finding &finding = file.findings[index];
+    const BsdlFinding &found = *finding.found;
+    BsdlPlace place = found.place;
+    place.file = file.file.file_of(place);
+    const bool is_listed = style.clean_files && finding.severity == Severity::NOTE;
+    std::string line =
+        is_listed ? listed_place(place, file.file) : painted(BOLD, place_text(place) + ":") + " ";
+    line +=
+        painted(colour_of(finding.severity), severity_name(finding.severity) + std::string(":"));
+    line += " " + escaped_line(found.text);
+    if (*found.rule)
+        line += " " + painted(DIM, "[" + std::string(found.rule) + "]");
+    if (found.pin_map)
+        line += " (pin map " + escaped(found.pin_map) + ")";
+    write(line + "\n");
+    if (is_listed)
+        return;
+
+    const std::string remark = remark_of(found);
+    if (!(found.place.line > 0 && source_line(finding, file.file, remark)) && !remark.empty())
+        write("  " + painted(DIM, "|") + " " + remark + "\n");
+    if (found.fix)
+        write((found.fix_sure ? "  fix: " : "  possible fix: ") + escaped_line(found.fix) + "\n");
+    for (uint32_t i = 0; i < found.related_count; i++) {
+        BsdlPlace other = found.related[i].place;
+        other.file = file.file.file_of(other);
+        write("  " + place_text(other) + ": " + escaped_line(found.related[i].text) + "\n");
+    }
+    if (finding.because >= 0) {
+        const auto &cause = *file.findings[static_cast<size_t>(finding.because)].found;
+        write("  follows from " +
+              (cause.place.line > 0 ? "that on line " + std::to_string(cause.place.line)
+                                    : "[" + std::string(cause.rule) + "]") +
+              "\n");
+    } else if (!style.follow_ups) {
+        const size_t more = follow_ups_of(file, index);
+        if (more)
+            write("  " + std::to_string(more) + " more " + (more == 1 ? "follows" : "follow") +
+                  " from this; --all shows " + (more == 1 ? "it" : "them") + "\n");
+    }
 }
 
 void TextReporter::file(const FileFindings &file)
 {
-    if (file.findings.empty() && !file.withheld && !style.clean_files)
-        return;
-    if (!first)
-        std::putchar('\n');
-    first = false;
-    heading(file);
-    for (const Finding &each : file.findings)
-        finding(file, each);
+    if (style.clean_files) {
+        if (!first)
+            write("\n");
+        heading(file);
+    }
+    for (size_t i = 0; i < file.findings.size(); i++)
+        if (file.findings[i].because < 0 || style.follow_ups) {
+            finding(file, i);
+            first = false;
+        }
     if (file.withheld)
-        std::printf("  %s not shown\n", counted(file.withheld, "more error").c_str());
-    sources.forget();
+        write(escaped(file.file.name) + ": " + counted(file.withheld, "more error") +
+              " not shown\n");
+    if (const std::string unchecked = file.file.unchecked(); !unchecked.empty())
+        write(escaped(file.file.name) + ": " + escaped_line(unchecked) + "\n");
+    first &= !style.clean_files;
+    sources.clear();
 }
 
 void TextReporter::end(const Totals &totals)
 {
     if (!style.closing_line)
         return;
-    if (!first)
-        std::putchar('\n');
     const char *colour = totals.errors || totals.not_read ? RED : totals.warnings ? YELLOW : GREEN;
-    std::printf("%s\n", painted(colour, closing_line(totals)).c_str());
+    write((first ? "" : "\n") + painted(colour, closing_line(totals)) + "\n");
 }
 
-std::unique_ptr<Reporter> text_reporter(const TextStyle &style)
+std::unique_ptr<Reporter> text_reporter(const TextStyle &style, Writer write)
 {
-    return std::make_unique<TextReporter>(style);
+    return std::make_unique<TextReporter>(style, std::move(write));
 }

@@ -1,0 +1,93 @@
+#include "diagnosed_file.h"
+
+#include "findings.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+bool read_bytes(const std::string &path, std::string &bytes)
+{
+    const int file = open(path == "-" ? standard_input_file() : path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (file < 0)
+        return false;
+    struct stat status;
+    if (fstat(file, &status) == 0 && S_ISREG(status.st_mode))
+        bytes.reserve(static_cast<size_t>(status.st_size));
+    char buffer[1 << 16];
+    ssize_t got;
+    while ((got = read(file, buffer, sizeof buffer)) > 0 || (got < 0 && errno == EINTR))
+        if (got > 0)
+            bytes.append(buffer, static_cast<size_t>(got));
+    const int reason = errno;
+    close(file);
+    errno = reason;
+    return got == 0;
+}
+
+static bool is_standard_input(const std::string &path)
+{
+    return path == "-" || path == "/dev/stdin";
+}
+
+DiagnosisHandle diagnose_text(const std::string &text, const std::string &name,
+                              const DiagnosisChoice &choice)
+{
+    std::vector<const char *> dirs;
+    for (const std::string &dir : choice.read.package_dirs)
+        dirs.push_back(dir.c_str());
+    const BsdlDiagnosisOptions options = {
+        .size = sizeof options,
+        .package = choice.read.package.empty() ? nullptr : choice.read.package.c_str(),
+        .package_dirs = dirs.data(),
+        .package_dir_count = dirs.size(),
+        .flags = (choice.read.strict ? +BSDL_FLAG_STRICT : 0u) |
+                 (choice.read.fast_read ? +BSDL_FLAG_FAST_READ : 0u),
+        .as_read = choice.as_read || choice.read.fast_read,
+        .verbosity = choice.verbosity};
+    return DiagnosisHandle(bsdlDiagnose(text.data(), text.size(), name.c_str(), &options));
+}
+
+DiagnosedFile::DiagnosedFile(const std::string &given, const DiagnosisChoice &choice)
+    : path(given), name(is_standard_input(given) ? "<stdin>" : given)
+{
+    if (!read_bytes(path, text)) {
+        cannot_read(FileState::NOT_OPENED, "file-not-opened", "Could not open file '" + name + "'");
+        return;
+    }
+    diagnosis = diagnose_text(text, name, choice);
+    if (!diagnosis) {
+        cannot_read(FileState::ENDED, RULE_PROCESS_ENDED, "Memory ran out while it was read");
+        return;
+    }
+    const uint32_t count = bsdlFindingCount(diagnosis.get());
+    findings.reserve(count);
+    for (uint32_t i = 0; i < count; i++)
+        findings.push_back(bsdlFindingAt(diagnosis.get(), i));
+}
+
+void DiagnosedFile::cannot_read(FileState why, const char *rule, std::string reason)
+{
+    state = why;
+    problem_text = std::move(reason);
+    problem.severity = BSDL_SEVERITY_ERROR;
+    problem.rule = rule;
+    problem.place.file = name.c_str();
+    problem.text = problem_text.c_str();
+    problem.because = -1;
+    problem.count = 1;
+    findings.push_back(&problem);
+}
+
+std::string DiagnosedFile::device() const
+{
+    const char *device = bsdlComponentName(bsdlDiagnosisBsdl(diagnosis.get()));
+    return device ? device : "";
+}
+
+std::string DiagnosedFile::unchecked() const
+{
+    const char *words = bsdlDiagnosisUnchecked(diagnosis.get());
+    return words ? words : "";
+}

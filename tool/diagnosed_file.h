@@ -1,0 +1,58 @@
+#pragma once
+
+#include "file_report.h"
+#include "tarnlet/diagnosis.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+// How files are diagnosed.
+struct DiagnosisChoice {
+    ReadOptions read;
+    bool as_read = false;
+    uint32_t verbosity = 0; // as for the library
+};
+
+struct ReleaseDiagnosis {
+    void operator()(BsdlDiagnosis *diagnosis) const { bsdlDiagnosisRelease(diagnosis); }
+};
+using DiagnosisHandle = std::unique_ptr<BsdlDiagnosis, ReleaseDiagnosis>;
+
+// One file with what the library finds in it.
+class DiagnosedFile
+{
+  public:
+    DiagnosedFile(const std::string &path, const DiagnosisChoice &choice);
+    DiagnosedFile(const DiagnosedFile &) = delete; // what it finds points into it
+    DiagnosedFile &operator=(const DiagnosedFile &) = delete;
+
+    const std::string path; // as on the command line
+    const std::string name; // for people: the path, or <stdin>
+    FileState state = FileState::READ;
+    std::string text; // the bytes of the file
+    DiagnosisHandle diagnosis;
+    std::vector<const BsdlFinding *> findings;
+
+    std::string device() const;
+    uint32_t checked() const { return bsdlDiagnosisChecked(diagnosis.get()); } // BsdlChecked bits
+    std::string unchecked() const; // what was not looked at, in words
+    // The file of a place: this one where none is named.
+    const char *file_of(const BsdlPlace &place) const
+    {
+        return place.file && *place.file ? place.file : name.c_str();
+    }
+
+  private:
+    void cannot_read(FileState why, const char *rule, std::string reason);
+
+    std::string problem_text;
+    BsdlFinding problem = {};
+};
+
+// Diagnoses a text that is to take the place of that of the file.
+DiagnosisHandle diagnose_text(const std::string &text, const std::string &name,
+                              const DiagnosisChoice &choice);
+
+// The bytes of a file; "-" is standard input, which can be read again. False with errno set.
+bool read_bytes(const std::string &path, std::string &bytes);
