@@ -25,7 +25,9 @@ else()
     # Needs optimisation, and would hide reads and writes from a sanitizer.
     target_compile_options(tarnlet_flags INTERFACE
         $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2>)
-    target_link_options(tarnlet_flags INTERFACE -Wl,--no-undefined)
+    # A module of an interpreter finds there what it lacks.
+    target_link_options(tarnlet_flags INTERFACE
+        $<$<NOT:$<STREQUAL:$<TARGET_PROPERTY:TYPE>,MODULE_LIBRARY>>:-Wl,--no-undefined>)
 endif()
 
 if(TARNLET_COVERAGE)

@@ -3,7 +3,7 @@
 #include "code_words.h"
 #include "command.h"
 #include "console.h"
-#include "file_report.h"
+#include "diagnosed_file.h"
 #include "idcode.h"
 
 #include <cstdio>
@@ -282,81 +282,77 @@ Json device_of(Bsdl *bsdl)
 
 // ------------------------------------------------------------------------------ from the file
 
-static Json document_of(Reading &reading, const std::string &path)
+static Json document_of(Bsdl *bsdl, const std::string &path)
 {
-    Bsdl *bsdl = reading.handle();
-    Json json = {{"schema", "tarnlet-info-1"},
-                 {"kind", reading.is_prg() ? "prg" : "bsdl"},
-                 {"file", text_value(path.c_str())},
-                 {"component", text_value(bsdlComponentName(bsdl))},
-                 {"standards", standards_of(bsdl)}};
-    json["syntax_errors"] = bsdlGetNumErrors(bsdl);
-    return json;
+    return {{"schema", "tarnlet-info-1"},
+            {"kind", bsdlIsPrg(bsdl) ? "prg" : "bsdl"},
+            {"file", text_value(path.c_str())},
+            {"component", text_value(bsdlComponentName(bsdl))},
+            {"standards", standards_of(bsdl)}};
 }
 
-static std::string with_line(const Message &message)
+static std::string with_line(const BsdlFinding &finding)
 {
-    const std::string text = escaped_line(message.text);
-    return message.line > 0 ? "line " + std::to_string(message.line) + ": " + text : text;
+    const std::string text = escaped_line(finding.text);
+    return finding.place.line > 0 ? "line " + std::to_string(finding.place.line) + ": " + text
+                                  : text;
 }
 
-using Describe = std::function<void(Reading &reading, const Json &check)>;
+// What a person would count: what follows from another finding is none.
+static void count_findings(const DiagnosedFile &file, Model &model)
+{
+    for (const BsdlFinding *finding : file.findings) {
+        const bool is_error = finding->severity == BSDL_SEVERITY_ERROR;
+        if (is_error && model.first_error.empty())
+            model.first_error = with_line(*finding);
+        if (finding->because >= 0 || finding->suppressed)
+            continue;
+        if (is_error && std::string_view(finding->rule) == "syntax-error")
+            model.syntax_errors++;
+        else if (is_error)
+            model.errors++;
+        else
+            model.warnings += finding->severity == BSDL_SEVERITY_WARNING;
+    }
+}
 
 static bool read_and_check(const std::string &path, const ReadOptions &options, Model &model,
-                           const Describe &describe)
+                           const std::function<void(Bsdl *bsdl)> &describe)
 {
-    bool checking = false;
-    int errors = 0;
-    int warnings = 0;
-    const auto keep = [&](const Message &message) {
-        if (message.level == BSDL_LEVEL_ERROR) {
-            model.last_error = escaped_line(message.text);
-            if (model.first_error.empty())
-                model.first_error = with_line(message);
-        }
-        if (checking && !message.rule.empty()) {
-            errors += message.level == BSDL_LEVEL_ERROR;
-            warnings += message.level == BSDL_LEVEL_WARNING;
-        }
-    };
-    if_process_ends([&] {
-        complain(escaped(path) + ": " + model.last_error);
-        return STATUS_UNUSABLE;
-    });
-    Reading reading(path, options, CheckJob().finding_verbosity, keep);
-    if (reading.handle()) {
-        checking = true;
-        const bool passed = reading.check();
-        checking = false;
-        model.is_prg = reading.is_prg();
-        model.syntax_errors = bsdlGetNumErrors(reading.handle());
-        describe(reading, {{"passed", passed}, {"errors", errors}, {"warnings", warnings}});
-    } else {
+    const DiagnosedFile file(path, {.read = options});
+    Bsdl *bsdl = bsdlDiagnosisBsdl(file.diagnosis.get());
+    count_findings(file, model);
+    if (!bsdl) {
         complain(escaped(path) + ": " +
                  (model.first_error.empty() ? "cannot be read" : model.first_error));
+        return false;
     }
-    if_process_ends({});
-    return reading.handle() != nullptr;
+    model.is_prg = bsdlIsPrg(bsdl) != 0;
+    describe(bsdl);
+    return true;
 }
 
 bool read_model(const std::string &path, const ReadOptions &options, Model &model)
 {
-    return read_and_check(path, options, model, [&](Reading &reading, const Json &check) {
-        model.json = document_of(reading, path);
-        model.json["check"] = check;
+    return read_and_check(path, options, model, [&](Bsdl *bsdl) {
+        model.json = document_of(bsdl, path);
+        model.json["syntax_errors"] = model.syntax_errors;
+        model.json["check"] = {{"passed", model.syntax_errors == 0 && model.errors == 0},
+                               {"errors", model.errors},
+                               {"warnings", model.warnings}};
         if (model.is_prg)
-            model.json["prg"] = prg_of(reading.handle());
+            model.json["prg"] = prg_of(bsdl);
         else
-            model.json.update(device_of(reading.handle()));
+            model.json.update(device_of(bsdl));
     });
 }
 
 bool read_model(const std::string &path, const ReadOptions &options, Json (*part)(Bsdl *bsdl),
                 Model &model)
 {
-    return read_and_check(path, options, model, [&](Reading &reading, const Json &) {
+    return read_and_check(path, options, model, [&](Bsdl *bsdl) {
         if (!model.is_prg)
-            model.json = part(reading.handle());
+            model.json = part(bsdl);
     });
 }
 

@@ -41,9 +41,10 @@ std::string folded(std::string name);
 struct Model {
     bool is_prg = false;
     int syntax_errors = 0;
-    std::string first_error; // the first message of an error, with its line
-    std::string last_error;
-    Json json; // what was asked for
+    int errors = 0; // of rules
+    int warnings = 0;
+    std::string first_error; // its text, with its line
+    Json json;               // what was asked for
 };
 
 // The document of `tarnlet info --json`.

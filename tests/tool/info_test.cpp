@@ -86,7 +86,7 @@ TEST(ToolInfo, FileThatEndsItsProcess)
     const ToolRun info = run_tool({"info", path});
     EXPECT_EQ(info.status, 2);
     EXPECT_EQ(info.out, "");
-    EXPECT_EQ(info.err, "tarnlet: " + path + ": Includes nested too deep\n");
+    EXPECT_EQ(info.err, "tarnlet: " + path + ": line 6: Includes nested too deep\n");
 
     const ToolRun list = run_tool({"list", "--csv", "--fields", "component,pins", path,
                                    "examples/demo.bsd", path, "examples/demo_1990.bsd"});
