@@ -39,15 +39,18 @@ attribute OTHER_EXTENSION of DEV : entity is 12;
 end DEV;
 )bsdl";
 
-// A folder in memory, gone at the end of the process.
+// A folder, in memory where that can be, gone at the end of the process.
 class Folder
 {
   public:
     Folder()
     {
-        char form[] = "/dev/shm/fuzz_package.XXXXXX";
-        if (!mkdtemp(form))
-            std::abort();
+        std::string form = "/dev/shm/fuzz_package.XXXXXX";
+        if (!mkdtemp(form.data())) {
+            form = std::filesystem::temp_directory_path() / "fuzz_package.XXXXXX";
+            if (!mkdtemp(form.data()))
+                std::abort();
+        }
         path_ = form;
         write("device.bsd", DESCRIPTION, sizeof DESCRIPTION - 1);
     }
