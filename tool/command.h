@@ -15,6 +15,12 @@ enum ExitStatus {
     STATUS_UNUSABLE = 2  // wrong use, or a file that cannot be read or written
 };
 
+// A line for the shell, and what it does.
+struct Example {
+    const char *line;
+    const char *meaning;
+};
+
 // A command of the tool. Only the one that is called is set up, which keeps the start short; the
 // help, the manual pages and the completions set up all of them.
 struct Command {
@@ -23,6 +29,8 @@ struct Command {
     const char *exit_status;
     // Adds the options; the result runs the command once they have their values.
     std::function<int()> (*set_up)(CLI::App &app);
+    // One at least; those that are not there are empty.
+    Example examples[4];
 };
 
 std::span<const Command> all_commands();

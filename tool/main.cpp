@@ -2,9 +2,11 @@
 
 #include "command.h"
 #include "console.h"
+#include "option_table.h"
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
@@ -23,22 +25,77 @@ constexpr const char *EXIT_STATUS_OF_DIFF = "0 when nothing differs, 1 when some
 constexpr const char *EXIT_STATUS_OF_TEXTS = "0 when all is well, 2 for wrong use.";
 
 constexpr Command COMMANDS[] = {
-    {"check", "Check descriptions and data files", EXIT_STATUS, set_up_check},
-    {"ebst", "Write the EBST file of a description", EXIT_STATUS, set_up_ebst},
-    {"info", "Show what a description or a data file holds", EXIT_STATUS_OF_QUERIES, set_up_info},
-    {"pins", "List the pins of a device", EXIT_STATUS_OF_QUERIES, set_up_pins},
-    {"cells", "List the cells of the boundary register", EXIT_STATUS_OF_QUERIES, set_up_cells},
-    {"instructions", "List the instructions with their opcodes and registers",
-     EXIT_STATUS_OF_QUERIES, set_up_instructions},
-    {"registers", "List the data registers that the instructions select", EXIT_STATUS_OF_QUERIES,
-     set_up_registers},
-    {"diff", "Show what differs between two descriptions of a device", EXIT_STATUS_OF_DIFF,
-     set_up_diff},
-    {"list", "List fields of many files, a row for each file", EXIT_STATUS_OF_QUERIES, set_up_list},
-    {"manual", "Print a manual page", EXIT_STATUS_OF_TEXTS, set_up_manual},
-    {"completion", "Print a completion script for a shell", EXIT_STATUS_OF_TEXTS,
-     set_up_completion},
+    {"check",
+     "Check descriptions and data files",
+     EXIT_STATUS,
+     set_up_check,
+     {{"tarnlet check -j 4 parts/", "Check all files below a folder, four at a time."},
+      {"tarnlet check --strict -I packages device.bsd",
+       "Look for package files in a folder of the user's, and be strict."},
+      {"tarnlet check --format sarif parts/ > check.sarif",
+       "Write a report that code hosts can show."},
+      {"tarnlet check --rule pin-without-cell=error --rule opcode-duplicate=off device.bsd",
+       "Make a warning an error, and leave another out."}}},
+    {"ebst",
+     "Write the EBST file of a description",
+     EXIT_STATUS,
+     set_up_ebst,
+     {{"tarnlet ebst -o device.dsh device.bsd", "Write the EBST file under a given name."}}},
+    {"info",
+     "Show what a description or a data file holds",
+     EXIT_STATUS_OF_QUERIES,
+     set_up_info,
+     {{"tarnlet info device.bsd", "Show what the device has."},
+      {"tarnlet info --json device.bsd > device.json", "Write all of it for a program to read."}}},
+    {"pins",
+     "List the pins of a device",
+     EXIT_STATUS_OF_QUERIES,
+     set_up_pins,
+     {{"tarnlet pins --package BGA49 device.bsd", "List the pins of one package of the device."}}},
+    {"cells",
+     "List the cells of the boundary register",
+     EXIT_STATUS_OF_QUERIES,
+     set_up_cells,
+     {{"tarnlet cells --csv device.bsd > cells.csv", "Write them for a spreadsheet."}}},
+    {"instructions",
+     "List the instructions with their opcodes and registers",
+     EXIT_STATUS_OF_QUERIES,
+     set_up_instructions,
+     {{"tarnlet instructions device.bsd", "List them as a table."}}},
+    {"registers",
+     "List the data registers that the instructions select",
+     EXIT_STATUS_OF_QUERIES,
+     set_up_registers,
+     {{"tarnlet registers device.bsd", "List them as a table."}}},
+    {"diff",
+     "Show what differs between two descriptions of a device",
+     EXIT_STATUS_OF_DIFF,
+     set_up_diff,
+     {{"tarnlet diff old.bsd new.bsd", "Show what has changed."},
+      {"tarnlet diff --ignore cells old.bsd new.bsd",
+       "Show what has changed beside the boundary register."}}},
+    {"list",
+     "List fields of many files, a row for each file",
+     EXIT_STATUS_OF_QUERIES,
+     set_up_list,
+     {{"tarnlet list parts/", "List the devices of a folder."},
+      {"tarnlet list --fields file,ir-length,opcode:EXTEST parts/",
+       "List what a chain of these devices needs."}}},
+    {"manual",
+     "Print a manual page",
+     EXIT_STATUS_OF_TEXTS,
+     set_up_manual,
+     {{"tarnlet manual check | man -l -", "Read the page of a command."}}},
+    {"completion",
+     "Print a completion script for a shell",
+     EXIT_STATUS_OF_TEXTS,
+     set_up_completion,
+     {{"source <(tarnlet completion bash)", "Complete commands and options in this shell."}}},
 };
+
+static_assert(std::ranges::all_of(COMMANDS, [](const Command &command) {
+    return command.examples[0].line != nullptr;
+}));
 
 constexpr const char *SUMMARY = "Reads, checks and queries boundary scan descriptions (BSDL).";
 
@@ -58,12 +115,11 @@ static int run(const Command &command, int argc, char **argv)
 {
     CLI::App app(command.summary, std::string("tarnlet ") + command.name);
     std::function<int()> action = command.set_up(app);
-    app.footer(std::string("Exit status: ") + command.exit_status);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError &error) {
         if (error.get_exit_code() == 0) {
-            app.exit(error, std::cout, std::cerr);
+            print_command_help(command);
             return STATUS_CLEAN;
         }
         complain(escaped(error.what()) + "\nRun with --help for more information.");

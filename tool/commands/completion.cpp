@@ -12,9 +12,11 @@ namespace
 {
 
 // How a value is completed.
-enum class ValueKind { NONE, FILE, FOLDER, RULE, CHOICE };
+enum class ValueKind { NONE, FILE, FOLDER, RULE, FIELDS, CHOICE };
 
 constexpr const char *RULE_IDS = "tarnlet check --list-rules 2>/dev/null | cut -d' ' -f1";
+// Any number of them, with commas between.
+constexpr const char *FIELD_NAMES = "tarnlet list --list-fields 2>/dev/null | cut -d\\  -f1";
 
 } // namespace
 
@@ -26,6 +28,8 @@ static ValueKind kind_of(const OptionEntry &option)
         return ValueKind::FOLDER;
     if (option.value == "ID" || option.value == "ID=LEVEL")
         return ValueKind::RULE;
+    if (option.value == "NAME,...")
+        return ValueKind::FIELDS;
     if (option.value == "OUT" || option.value == "FILE")
         return ValueKind::FILE;
     return ValueKind::NONE;
@@ -61,11 +65,16 @@ static std::string shell_text(const std::string &text)
 static void print_bash_value(const Command &command, const OptionEntry &option)
 {
     const ValueKind kind = kind_of(option);
-    if (option.is_argument || option.value.empty() || kind == ValueKind::FILE)
+    const bool has_words = kind == ValueKind::CHOICE;
+    if (option.is_argument ? !has_words : option.value.empty() || kind == ValueKind::FILE)
         return;
     std::vector<std::string> patterns;
-    for (const std::string &name : option.names)
-        patterns.push_back("'" + std::string(command.name) + " " + name + "'");
+    // Commands with words for an argument take one: it follows the command.
+    if (option.is_argument)
+        patterns.push_back(std::string("'") + command.name + " " + command.name + "'");
+    else
+        for (const std::string &name : option.names)
+            patterns.push_back("'" + std::string(command.name) + " " + name + "'");
     std::printf("    %s)\n", joined(patterns, " | ").c_str());
     if (kind == ValueKind::CHOICE)
         std::printf("        mapfile -t COMPREPLY < <(compgen -W '%s' -- \"$cur\")\n",
@@ -76,6 +85,13 @@ static void print_bash_value(const Command &command, const OptionEntry &option)
     else if (kind == ValueKind::RULE)
         std::printf("        mapfile -t COMPREPLY < <(compgen -W \"$(%s)\" -- \"$cur\")\n",
                     RULE_IDS);
+    else if (kind == ValueKind::FIELDS)
+        std::printf("        local before=\n"
+                    "        [[ $cur != *,* ]] || before=${cur%%,*},\n"
+                    "        mapfile -t COMPREPLY < <(compgen -P \"$before\" -W \"$(%s)\""
+                    " -- \"${cur##*,}\")\n"
+                    "        compopt -o nospace\n",
+                    FIELD_NAMES);
     else
         std::printf("        compopt +o default\n");
     std::printf("        return\n        ;;\n");
@@ -134,6 +150,8 @@ static std::string zsh_action(const OptionEntry &option)
         return "_files -/";
     case ValueKind::RULE:
         return "_tarnlet_rules";
+    case ValueKind::FIELDS:
+        return "_sequence _tarnlet_fields";
     case ValueKind::FILE:
         return "_files";
     case ValueKind::NONE:
@@ -145,8 +163,9 @@ static std::string zsh_action(const OptionEntry &option)
 static void print_zsh_option(const OptionEntry &option)
 {
     if (option.is_argument) {
-        std::printf(" \\\n            '%s:%s:_files'", option.repeats ? "*" : "",
-                    option.names[0].c_str());
+        const bool is_file = option.choices.empty();
+        std::printf(" \\\n            '%s:%s:%s'", option.repeats ? "*" : "",
+                    option.names[0].c_str(), is_file ? "_files" : zsh_action(option).c_str());
         return;
     }
     for (const std::string &name : option.names) {
@@ -166,11 +185,16 @@ static void print_zsh()
                 "    rules=(${(f)\"$(%s)\"})\n"
                 "    compadd -a rules\n"
                 "}\n\n"
+                "_tarnlet_fields() {\n"
+                "    local -a fields\n"
+                "    fields=(${(f)\"$(%s)\"})\n"
+                "    compadd \"$@\" -a fields\n"
+                "}\n\n"
                 "_tarnlet() {\n"
                 "    if ((CURRENT == 2)); then\n"
                 "        local -a commands\n"
                 "        commands=(\n",
-                RULE_IDS);
+                RULE_IDS, FIELD_NAMES);
     for (const Command &command : all_commands())
         std::printf("            '%s:%s'\n", command.name, zsh_text(command.summary).c_str());
     std::printf("        )\n"
@@ -194,8 +218,12 @@ static void print_zsh()
 
 static void print_fish_option(const Command &command, const OptionEntry &option)
 {
-    if (option.is_argument)
+    if (option.is_argument) {
+        if (!option.choices.empty())
+            std::printf("complete -c tarnlet -n '__fish_seen_subcommand_from %s' -f -a '%s'\n",
+                        command.name, joined(option.choices, " ").c_str());
         return;
+    }
     std::printf("complete -c tarnlet -n '__fish_seen_subcommand_from %s'", command.name);
     for (const std::string &name : option.names)
         std::printf(" %s %s", name.starts_with("--") ? "-l" : "-s",
@@ -209,6 +237,9 @@ static void print_fish_option(const Command &command, const OptionEntry &option)
         break;
     case ValueKind::RULE:
         std::printf(" -x -a \"(%s)\"", RULE_IDS);
+        break;
+    case ValueKind::FIELDS:
+        std::printf(" -x -a \"(__fish_complete_list , '%s')\"", FIELD_NAMES);
         break;
     case ValueKind::FILE:
         std::printf(" -r");
@@ -233,7 +264,7 @@ static void print_fish()
 std::function<int()> set_up_completion(CLI::App &app)
 {
     auto shell = std::make_shared<std::string>();
-    app.add_option("SHELL", *shell, "bash, zsh or fish")
+    app.add_option("SHELL", *shell, "Shell that it is for")
         ->required()
         ->check(CLI::IsMember({"bash", "zsh", "fish"}));
     return [shell] {

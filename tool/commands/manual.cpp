@@ -9,29 +9,11 @@
 #include <cstdio>
 #include <string_view>
 
-namespace
-{
-
-struct Example {
-    const char *command; // "" for the page of the tool
-    const char *line;
-    const char *meaning;
+// Of the tool; those of the commands stand with them.
+static constexpr Example EXAMPLES[] = {
+    {"tarnlet check device.bsd", "Check a description."},
+    {"tarnlet check --explain pin-without-cell", "Tell what a message is about."},
 };
-
-constexpr Example EXAMPLES[] = {
-    {"", "tarnlet check device.bsd", "Check a description."},
-    {"", "tarnlet check --explain pin-without-cell", "Tell what a message is about."},
-    {"check", "tarnlet check -j 4 parts/", "Check all files below a folder, four at a time."},
-    {"check", "tarnlet check --strict -I packages device.bsd",
-     "Look for package files in a folder of the user's, and be strict."},
-    {"check", "tarnlet check --format sarif parts/ > check.sarif",
-     "Write a report that code hosts can show."},
-    {"check", "tarnlet check --rule pin-without-cell=error --rule opcode-duplicate=off x.bsd",
-     "Make a warning an error, and leave another out."},
-    {"ebst", "tarnlet ebst -o device.dsh device.bsd", "Write the EBST file under a given name."},
-};
-
-} // namespace
 
 // Roff reads a backslash and a dot or quote at the start of a line as its own, and makes a
 // hyphen of a minus.
@@ -66,16 +48,13 @@ static void print_heading(std::string_view command, const char *summary)
                 roff(upper).c_str(), TARNLET_VERSION, roff(name).c_str(), roff(summary).c_str());
 }
 
-static void print_examples(std::string_view command)
+static void print_examples(std::span<const Example> examples)
 {
-    const char *heading = ".SH EXAMPLES\n";
-    for (const Example &example : EXAMPLES) {
-        if (command != example.command)
-            continue;
-        std::printf("%s.TP\n.B %s\n%s\n", heading, roff(example.line).c_str(),
-                    roff(example.meaning).c_str());
-        heading = "";
-    }
+    std::printf(".SH EXAMPLES\n");
+    for (const Example &example : examples)
+        if (example.line)
+            std::printf(".TP\n.B %s\n%s\n", roff(example.line).c_str(),
+                        roff(example.meaning).c_str());
 }
 
 static void print_exit_status(const char *text)
@@ -93,32 +72,18 @@ static void print_option(const OptionEntry &option)
     }
     if (!option.value.empty())
         std::printf(" \\fI%s\\fR", roff(option.value).c_str());
-    std::printf("\n%s", roff(option.description).c_str());
-    if (!option.choices.empty()) {
-        std::printf(" (");
-        separator = "";
-        for (const std::string &choice : option.choices) {
-            std::printf("%s%s", separator, roff(choice).c_str());
-            separator = ", ";
-        }
-        std::printf(")");
-    }
-    std::printf(".\n");
+    std::printf("\n%s.\n", roff(full_description(option)).c_str());
 }
 
 static void print_command_page(const Command &command)
 {
     print_heading(command.name, command.summary);
-    std::printf(".SH SYNOPSIS\n.B tarnlet %s\n[\\fIOPTION\\fR...]", command.name);
     const std::vector<OptionEntry> options = options_of(command);
-    for (const OptionEntry &option : options)
-        if (option.is_argument)
-            std::printf(" \\fI%s\\fR%s", roff(option.names[0]).c_str(),
-                        option.repeats ? "..." : "");
-    std::printf("\n.SH OPTIONS\n");
+    std::printf(".SH SYNOPSIS\n.B tarnlet %s\n[\\fIOPTION\\fR...]\\fI%s\\fR\n.SH OPTIONS\n",
+                command.name, roff(arguments_of(options)).c_str());
     for (const OptionEntry &option : options)
         print_option(option);
-    print_examples(command.name);
+    print_examples(command.examples);
     print_exit_status(command.exit_status);
     std::printf(".SH SEE ALSO\n.BR tarnlet (1)\n");
 }
@@ -133,7 +98,7 @@ static void print_tool_page()
     for (const Command &command : all_commands())
         std::printf(".TP\n.BR tarnlet\\-%s (1)\n%s.\n", command.name,
                     roff(command.summary).c_str());
-    print_examples("");
+    print_examples(EXAMPLES);
     std::printf(".SH ENVIRONMENT\n.TP\n.B BST64\nA folder in which package files are looked for.\n"
                 ".TP\n.B NO_COLOR\nWhen set, output is not coloured.\n"
                 ".TP\n.B CLICOLOR_FORCE\nWhen set to other than 0, output is coloured even when it "
@@ -143,22 +108,23 @@ static void print_tool_page()
 
 static int print_manual(const std::string &name)
 {
-    if (name.empty()) {
+    if (name.empty())
         print_tool_page();
-        return STATUS_CLEAN;
-    }
     for (const Command &command : all_commands())
         if (name == command.name) {
             print_command_page(command);
-            return STATUS_CLEAN;
+            break;
         }
-    complain("there is no command '" + escaped(name) + "'");
-    return STATUS_UNUSABLE;
+    return STATUS_CLEAN;
 }
 
 std::function<int()> set_up_manual(CLI::App &app)
 {
     auto name = std::make_shared<std::string>();
-    app.add_option("COMMAND", *name, "Command whose page is printed; without it that of the tool");
+    std::vector<std::string> commands;
+    for (const Command &command : all_commands())
+        commands.push_back(command.name);
+    app.add_option("COMMAND", *name, "Command whose page is printed; without it that of the tool")
+        ->check(CLI::IsMember(commands));
     return [name] { return print_manual(*name); };
 }
