@@ -2,10 +2,17 @@
 set(CPACK_PACKAGE_NAME tarnlet)
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY ${PROJECT_DESCRIPTION})
-set(CPACK_PACKAGE_CONTACT "The tarnlet developers <tarnlet@localhost>")
+# As Debian's own tools do, those who build the packages name themselves in the environment.
+set(CPACK_PACKAGE_CONTACT "The tarnlet developers <developers@tarnlet.invalid>")
+if(DEFINED ENV{DEBEMAIL})
+    set(CPACK_PACKAGE_CONTACT "$ENV{DEBFULLNAME} <$ENV{DEBEMAIL}>")
+endif()
 set(CPACK_RESOURCE_FILE_LICENSE ${PROJECT_SOURCE_DIR}/LICENSE)
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+# Beside what was built, wherever cpack is called.
+set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR}/packages)
+set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_LIST_DIR}/DebianTree.cmake)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_COMPONENTS_ALL runtime development tool)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
@@ -17,7 +24,9 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(tarnlet_same_version "= ${PROJECT_VERSION}")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libtarnlet${PROJECT_VERSION_MAJOR})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_LIST_DIR}/debian/triggers)
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "Library that reads and checks BSDL descriptions")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libtarnlet-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
@@ -29,23 +38,13 @@ set(CPACK_DEBIAN_TOOL_PACKAGE_DEPENDS
     "${CPACK_DEBIAN_RUNTIME_PACKAGE_NAME} (${tarnlet_same_version})")
 set(CPACK_COMPONENT_TOOL_DESCRIPTION "Command line checker of BSDL descriptions")
 
-# What the programs link is looked up where dpkg-dev is there, and known otherwise.
-find_program(DPKG_SHLIBDEPS dpkg-shlibdeps)
-foreach(component RUNTIME TOOL)
-    if(DPKG_SHLIBDEPS)
-        set(CPACK_DEBIAN_${component}_PACKAGE_SHLIBDEPS ON)
-    else()
-        string(APPEND CPACK_DEBIAN_${component}_PACKAGE_DEPENDS
-            ", libc6, libstdc++6, libgcc-s1, libglib2.0-0")
-        string(REGEX REPLACE "^, " "" CPACK_DEBIAN_${component}_PACKAGE_DEPENDS
-            "${CPACK_DEBIAN_${component}_PACKAGE_DEPENDS}")
-    endif()
-endforeach()
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_TOOL_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
 
 foreach(component runtime development tool)
     string(TOUPPER ${component} upper)
-    install(FILES ${PROJECT_SOURCE_DIR}/LICENSE RENAME copyright
+    install(FILES ${PROJECT_SOURCE_DIR}/cmake/debian/copyright
         DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/${CPACK_DEBIAN_${upper}_PACKAGE_NAME}
         COMPONENT ${component})
 endforeach()

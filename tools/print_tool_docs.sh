@@ -1,16 +1,18 @@
 #!/bin/sh
-# Has the tool print its manual pages and completions: print_tool_docs.sh TOOL DIR PAGES, where
-# PAGES are the commands that have a page, set off by semicolons.
+# Has the tool print its manual pages, one for each command, and its completions:
+# print_tool_docs.sh TOOL DIR.
 set -eu
 tool=$1
 dir=$2
-pages=$(printf '%s' "$3" | tr ';' ' ')
 
+rm -rf "$dir/man"
 mkdir -p "$dir/man/man1" "$dir/bash-completion/completions" "$dir/zsh/site-functions" \
     "$dir/fish/vendor_completions.d"
-"$tool" manual > "$dir/man/man1/tarnlet.1"
-for page in $pages; do
-    "$tool" manual "$page" > "$dir/man/man1/tarnlet-$page.1"
+"$tool" manual | gzip -9n > "$dir/man/man1/tarnlet.1.gz"
+commands=$("$tool" --help | sed -n 's/^  \([a-z-]*\) .*/\1/p')
+[ -n "$commands" ]
+for command in $commands; do
+    "$tool" manual "$command" | gzip -9n > "$dir/man/man1/tarnlet-$command.1.gz"
 done
 "$tool" completion bash > "$dir/bash-completion/completions/tarnlet"
 "$tool" completion zsh > "$dir/zsh/site-functions/_tarnlet"
