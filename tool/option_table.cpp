@@ -34,6 +34,9 @@ static OptionEntry entry_of(const CLI::Option &option)
         entry.names.push_back(option.get_name(true));
     entry.description = option.get_description();
     entry.default_value = option.get_default_str();
+    // A list stands in brackets.
+    if (entry.default_value.starts_with('['))
+        entry.default_value = entry.default_value.substr(1, entry.default_value.size() - 2);
     entry.repeats = option.get_items_expected_max() > 1;
     entry.required = option.get_required();
     if (option.get_type_size() > 0)

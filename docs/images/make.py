@@ -12,7 +12,7 @@ import sys
 from xml.sax.saxutils import escape
 
 COMMAND = ["check", "--color", "always", "examples/demo_mistakes.bsd"]
-ROWS = 14  # of the output, before its last line
+FINDINGS = 4  # that are shown, before the last line
 FONT, CHARACTER, LINE, MARGIN = 14, 8.4, 19, 16
 COLOURS = {"31": "#ff7b72", "32": "#7ee787", "33": "#e3b341", "34": "#79c0ff", "35": "#d2a8ff",
            "36": "#56d4dd"}
@@ -37,9 +37,10 @@ def spans(line):
 def main(tool):
     output = subprocess.run([tool, *COMMAND], stdout=subprocess.PIPE, encoding="utf-8", check=False)
     lines = output.stdout.splitlines()
-    if output.returncode != 1 or len(lines) <= ROWS:
+    heads = [row for row, line in enumerate(lines) if COMMAND[-1] + ":" in SGR.sub("", line)]
+    if output.returncode != 1 or len(heads) <= FINDINGS:
         sys.exit(f"{tool}: these are not the findings of the example")
-    shown = ["$ tarnlet check " + COMMAND[-1], *lines[:ROWS], "  ...", "", lines[-1]]
+    shown = ["$ tarnlet check " + COMMAND[-1], *lines[:heads[FINDINGS]], "...", "", lines[-1]]
     columns = max(len(SGR.sub("", line)) for line in shown)
     width, height = columns * CHARACTER + 2 * MARGIN, len(shown) * LINE + 2 * MARGIN
     print(f'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {width:.0f} {height}" '

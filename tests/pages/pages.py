@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Holds the pages to what they say: runs the commands printed in them, and follows their links.
+"""Holds the pages to what they say: runs the commands printed in them, follows their links.
 
 usage: pages.py [--slow] SOURCE_FOLDER BUILD_FOLDER
 
@@ -10,7 +10,8 @@ folder at build/release, and have to end with status 0, or with what a comment b
     slow    builds something: runs with --slow alone
     manual  runs for too long or asks for a machine of its own: only its files have to be there
 
-With --slow the slow blocks run, and what they need of the others.
+With --slow the slow blocks run, with the others of their pages, and the picture of findings is
+held to what the tool prints.
 """
 
 import os
@@ -99,6 +100,13 @@ def check_files(block, root, complain):
                 complain(f"{block.page}:{number}: there is no {word}")
 
 
+def check_picture(root, build, complain):
+    made = subprocess.run([root / "docs/images/make.py", build / "bin/tarnlet"], cwd=root,
+                          stdout=subprocess.PIPE, encoding="utf-8", check=False).stdout
+    if made != (root / "docs/images/check.svg").read_text():
+        complain("docs/images/check.svg is not what the tool prints: run docs/images/make.py")
+
+
 def write_script(script, blocks):
     # Each command for itself, so that a failure has its line and a later one its own verdict.
     with script.open("w") as out:
@@ -147,6 +155,8 @@ def main(arguments):
             os.environ, PATH=f"{shims}:{build}/bin:{os.environ['PATH']}:/sbin",
             PAGES_ROOT=f"{folder}/root", PKG_CONFIG_PATH=f"{installed}/lib/pkgconfig",
             LD_LIBRARY_PATH=f"{installed}/lib", LC_ALL="C.UTF-8")
+        if slow:
+            check_picture(root, build, faults.append)
         for pattern in PAGES:
             for path in sorted(set(root.glob(pattern)) - {root / "docs/rules.md"}):
                 page, text = path.relative_to(root), path.read_text()

@@ -149,16 +149,16 @@ const StatusCase status_cases[] = {
     {"explicit_warning_under_werror",
      "check --werror --rule pin-without-cell=warning tests/tool/mistakes.bsd", 1,
      "1 file checked: 13 errors, 3 warnings"},
-    {"only_error_off", "check --rule isc-fixed-pin-unknown=off examples/isc_2001.bsd", 0,
+    {"only_error_off", "check --rule isc-fixed-pin-unknown=off tests/isc/fixed_pins.bsd", 0,
      "1 file checked (with IEEE 1532): no errors, no warnings"},
-    {"only_error_a_warning", "check --rule isc-fixed-pin-unknown=warning examples/isc_2001.bsd", 0,
+    {"only_error_a_warning", "check --rule isc-fixed-pin-unknown=warning tests/isc/fixed_pins.bsd", 0,
      "1 file checked (with IEEE 1532): no errors, 1 warning"},
     {"error_limit", "check --quiet --error-limit 2 tests/tool/mistakes.bsd", 1,
      "  11 more errors not shown"},
     {"examples",
      "check --werror examples/demo.bsd examples/demo_1994.bsd examples/demo_1990.bsd "
-     "examples/isc_2002.bsd examples/aio_2003.bsd examples/two_taps.prg", 0,
-     "6 files checked (1 with IEEE 1532, 1 with IEEE 1149.6, 1 PPC/PRG): no errors, no warnings"},
+     "examples/isc_2001.bsd examples/isc_2002.bsd examples/aio_2003.bsd examples/two_taps.prg", 0,
+     "7 files checked (2 with IEEE 1532, 1 with IEEE 1149.6, 1 PPC/PRG): no errors, no warnings"},
     {"examples_strict", "check --werror --strict examples/demo.bsd examples/aio_2003.bsd", 0,
      "2 files checked (1 with IEEE 1149.6): no errors, no warnings"},
     {"missing_file", "check missing.bsd", 2,
@@ -374,11 +374,11 @@ TEST(ToolCheck, FileThatEndsItsProcessDoesNotEndTheRun)
 
     for (const char *processes : {"1", "3"}) {
         const ToolRun run = run_tool({"check", "--format", "gcc", "-j", processes, nested, MISTAKES,
-                                      nested, DEMO, "examples/isc_2001.bsd"});
+                                      nested, DEMO, "tests/isc/fixed_pins.bsd"});
         EXPECT_EQ(run.status, 2);
-        EXPECT_EQ(run.out, alone.out + run_tool({"check", "--format", "gcc", MISTAKES}).out +
-                               alone.out +
-                               run_tool({"check", "--format", "gcc", "examples/isc_2001.bsd"}).out);
+        EXPECT_EQ(run.out,
+                  alone.out + run_tool({"check", "--format", "gcc", MISTAKES}).out + alone.out +
+                      run_tool({"check", "--format", "gcc", "tests/isc/fixed_pins.bsd"}).out);
         EXPECT_EQ(last_line(run.err), "3 files checked (1 with IEEE 1532): 18 errors, 3 warnings "
                                       "in 4 files; 2 files could not be read");
     }

@@ -22,7 +22,7 @@ const GoldenCase cases[] = {
     {"check_mistakes.json", "check --format json tests/tool/mistakes.bsd", 1},
     {"check_mistakes.sarif", "check --format sarif tests/tool/mistakes.bsd", 1},
     {"check_colour.txt", "check --color always --strict tests/tool/mistakes.bsd", 1},
-    {"check_verbose_isc.txt", "check --verbose examples/isc_2001.bsd", 1},
+    {"check_verbose_isc.txt", "check --verbose tests/isc/fixed_pins.bsd", 1},
     {"check_verbose_prg.txt", "check -v 4 examples/two_taps.prg"},
     {"check_results.txt", "check -v 1 examples/aio_2003.bsd"},
     {"explain.txt", "check --explain pin-without-cell"},
@@ -45,7 +45,7 @@ const GoldenCase cases[] = {
     {"diff.json",
      "diff --json --ignore device,instructions examples/demo.bsd examples/demo_mistakes.bsd", 1},
     {"diff_isc.txt",
-     "diff --ignore device,pins,cells,instructions,registers examples/isc_2001.bsd "
+     "diff --ignore device,pins,cells,instructions,registers tests/isc/fixed_pins.bsd "
      "examples/isc_2002.bsd", 1},
     {"list.txt", "list examples"},
     {"list.csv",
