@@ -79,7 +79,8 @@ def blocks_of(page, text, complain):
             block = None
         elif block is not None:
             block.lines.append(line)
-        elif line.startswith("    ") and not before.strip():
+        # What is typed into Python is tested with its package.
+        elif line.startswith("    ") and not line.startswith("    >>>") and not before.strip():
             complain(f"{page}:{number}: commands stand between ``` lines, so that a test runs them")
         before = line
 
