@@ -1,4 +1,4 @@
-#include "targets.h"
+#include "ask.h"
 
 #include <cstdlib>
 #include <cstring>

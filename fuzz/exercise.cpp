@@ -1,3 +1,4 @@
+#include "ask.h"
 #include "targets.h"
 
 #include <csetjmp>

@@ -7,7 +7,7 @@
 #include <string>
 
 // One function per kind of input. Each gives back all that it took, so that an input leaves nothing
-// for the next one but what the library keeps for the process.
+// for the next one but what the library keeps for the thread.
 struct FuzzTarget {
     const char *name;
     void (*run)(const uint8_t *data, size_t size);
@@ -48,9 +48,6 @@ enum Steps : uint32_t {
 // written. What varies beside the text (flags of the reading, how the handle is given back) is
 // drawn from `variant`.
 void exercise(const char *path, GSList *package_dirs, uint32_t steps, uint32_t variant);
-
-// All queries of a handle, each list to its end and twice beyond it. Texts are read to their end.
-void ask_everything(Bsdl *h);
 
 // The context of all readings: its sink reads the texts of messages and what belongs to them.
 BsdlContext *fuzz_context();

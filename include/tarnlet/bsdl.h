@@ -43,11 +43,13 @@
  * 6. bsdlSetEbstFile() where the name matters, bsdlGenEbst(), bsdlCreateEbst().
  * 7. bsdlRelease(), or freeBsdl().
  *
- * ### One reading at a time
+ * ### Threads
  *
- * The library is not for use by several threads at once. Each call of readBsdl() replaces the
- * message context, and all later messages go there, whichever handle they are about. Many
- * handles may be alive at the same time.
+ * Several threads may read, check and ask at the same time, each handle being used by one thread
+ * at a time. Each call of readBsdl() replaces the message context of its thread, and all later
+ * messages of that thread go there, whichever handle they are about. In a thread that has read
+ * nothing they go to the context of the reading that gave the handle. Many handles may be alive at
+ * the same time, and a handle may be given back in another thread than it was read in.
  *
  * ### Who owns what
  *
@@ -81,6 +83,12 @@
  * for statements and checks that passed, 4 for statements that are absent and for each file tried.
  * A few notes stand at another number. A sink may ask bsdlMessageLine(), bsdlMessageFile() and
  * bsdlMessageRule() what its message is about.
+ *
+ * A sink may call every function, on any handle. While a check or a call for the EBST file runs on
+ * a handle, a further one on the same handle does nothing and gives 100 (BSDL_RESULT_FAILED), and
+ * freeBsdl() and bsdlRelease() take effect when the outer call comes back. Of a reading inside a
+ * sink the outer call takes no notice: its own messages go where they went before. From then on the
+ * context of the latest readBsdl() is in force.
  *
  * Packages that nest deeper than ten files end the process after a message. So does memory that
  * runs out while text is scanned or a package is sought, or again after a call had to fail for want
@@ -619,8 +627,9 @@ typedef struct PrgProgramSpec {
  *                     always searched, a list of strings or NULL; see bsdlUsrPackDirs(). It is
  *                     used during the call only.
  * @param flags        Set of BsdlFlag bits.
- * @param context      Where messages go, from now on and for all handles. It is not copied and
- *                     must outlive the use of the library, or the next call of readBsdl().
+ * @param context      Where messages go, from now on in this thread and for all handles. It is not
+ *                     copied and must outlive the use of the library in this thread, or its next
+ *                     call of readBsdl(), and the use of the handle in other threads.
  * @return A handle to be given back with bsdlRelease() or freeBsdl(), or NULL.
  */
 TARNLET_API Bsdl *readBsdl(const char *file_name, const char *package, GSList *package_dirs,
@@ -680,9 +689,9 @@ TARNLET_API void bsdlRelease(Bsdl *h);
 TARNLET_API int32_t bsdlGetNumErrors(Bsdl *h);
 
 /**
- * Sends a message to the sink of the latest reading, for hosts that want their own texts in the
- * same stream. Nothing happens before the first reading, for a NULL format, or if the context
- * filters the message out.
+ * Sends a message to the sink of the thread's latest reading, for hosts that want their own texts
+ * in the same stream. Nothing happens before the first reading, for a NULL format, or if the
+ * context filters the message out.
  *
  * @param level     See BsdlLevel.
  * @param verbosity Number that the one of the context must reach.
@@ -1685,9 +1694,9 @@ TARNLET_API AioPinResult *bsdlAioThisPinBehavior(Bsdl *h, const PortId *port);
  * @defgroup d4 IEEE 1149.4 devices
  *
  * There is no statement for IEEE 1149.4: the analog test data of known devices come from a table,
- * by the name of the component. The component is sought once for the process, by the first call
+ * by the name of the component. The component is searched once for a thread, by the first call
  * of this group, even with a NULL handle, which finds nothing: every later call answers for that
- * first component, whatever its handle. The iterations belong to the process as well. The records
+ * first component, whatever its handle. The iterations belong to the thread as well. The records
  * are constant and outlive all handles. No check is needed.
  * @{
  */

@@ -76,10 +76,11 @@ static int32_t check_aio_steps(Bsdl *bsdl)
 
 int32_t bsdl_check_aio(Bsdl *h)
 {
-    int32_t code = check_begin(h);
-    bsdl_msg(BSDL_LEVEL_PROGRESS, 2, "    BSDL AIO semantic checks");
-    if (code)
-        return code;
+    const Call call(h);
+    if (!call.refused())
+        bsdl_msg(BSDL_LEVEL_PROGRESS, 2, "    BSDL AIO semantic checks");
+    if (call.code)
+        return call.code;
     BsdlData *data = h->data;
     if (!data->aio && aio_missing(h) == BSDL_RESULT_NO_AIO)
         return BSDL_RESULT_NO_AIO;
@@ -99,8 +100,9 @@ int32_t bsdl_check_aio(Bsdl *h)
 
 int32_t bsdl_check_aio_conformance(Bsdl *h)
 {
-    if (int32_t code = check_begin(h))
-        return code;
+    const Call call(h);
+    if (call.code)
+        return call.code;
     return h->data->aio ? BSDL_RESULT_OK : aio_missing(h);
 }
 
@@ -130,8 +132,9 @@ static bool same_clock(const PortId *a, const PortId *b)
 
 int32_t bsdl_check_aio_extest_pulse(Bsdl *h)
 {
-    if (int32_t code = check_begin(h))
-        return code;
+    const Call call(h);
+    if (call.code)
+        return call.code;
     const AioData *aio = h->data->aio;
     if (!aio)
         return BSDL_RESULT_NO_AIO;
@@ -149,8 +152,9 @@ int32_t bsdl_check_aio_extest_pulse(Bsdl *h)
 
 int32_t bsdl_check_aio_extest_train(Bsdl *h)
 {
-    if (int32_t code = check_begin(h))
-        return code;
+    const Call call(h);
+    if (call.code)
+        return call.code;
     const AioData *aio = h->data->aio;
     if (!aio)
         return BSDL_RESULT_NO_AIO;
@@ -447,8 +451,9 @@ static int32_t check_associated_ports(const PinCheck *check)
 
 int32_t bsdl_check_aio_pin_behavior(Bsdl *h)
 {
-    if (int32_t code = check_begin(h))
-        return code;
+    const Call call(h);
+    if (call.code)
+        return call.code;
     const BsdlData *data = h->data;
     if (!data->aio)
         return BSDL_RESULT_NO_AIO;

@@ -64,7 +64,7 @@ static int32_t device_row(const char *component_name)
 
 int32_t bsdlDot4(Bsdl *h)
 {
-    // The first component that is asked about decides for the process.
+    // The first component that is asked about decides for the thread.
     if (reader_state.d4_device == NOT_SOUGHT)
         reader_state.d4_device = device_row(bsdlComponentName(h));
     return reader_state.d4_device >= 0;

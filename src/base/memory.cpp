@@ -1,5 +1,6 @@
 #include "base/memory.h"
 
+#include <atomic>
 #include <cstdint>
 #include <cstdlib>
 #include <sys/mman.h>
@@ -19,9 +20,9 @@ constexpr size_t SMALLEST_LARGE = SIZE_MAX;
 constexpr size_t SMALLEST_LARGE = 2 * LARGE_PAGE; // at most half a page in five is wasted
 #endif
 
-long requests_left = -1;
-bool was_refused;
-long blocks_held;
+std::atomic<long> requests_left = -1;
+std::atomic<bool> was_refused;
+std::atomic<long> blocks_held;
 
 } // namespace
 

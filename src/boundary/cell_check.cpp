@@ -502,8 +502,9 @@ static int32_t check_boundary_register(CellCheck *check)
 
 int32_t bsdl_check_bsr(Bsdl *h)
 {
-    if (int32_t code = check_begin(h))
-        return code;
+    const Call call(h);
+    if (call.code)
+        return call.code;
     const BsdlData *data = h->data;
     if (!data->boundary_register || !data->boundary_register->cell_table || !data->logical_ports ||
         !data->instruction_register || !data->pins)

@@ -160,8 +160,9 @@ static int32_t keep_declared(Bsdl *bsdl, Arena *scratch)
 
 int32_t bsdl_check_extensions(Bsdl *h)
 {
-    if (int32_t code = check_begin(h))
-        return code;
+    const Call call(h);
+    if (call.code)
+        return call.code;
     Arena scratch;
     if (!arena_start(&scratch, SCRATCH_BLOCK))
         return BSDL_RESULT_FAILED;

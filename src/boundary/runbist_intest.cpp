@@ -194,8 +194,9 @@ static int32_t check_signature(const Bsdl *bsdl, const RunbistSpec *spec, const 
 
 int32_t bsdl_check_runbist(Bsdl *h)
 {
-    if (int32_t code = check_begin(h))
-        return code;
+    const Call call(h);
+    if (call.code)
+        return call.code;
     const RunbistSpec *spec = h->data->runbist;
     if (!spec)
         return BSDL_RESULT_ABSENT;
@@ -214,8 +215,9 @@ int32_t bsdl_check_runbist(Bsdl *h)
 
 int32_t bsdl_check_intest(Bsdl *h)
 {
-    if (int32_t code = check_begin(h))
-        return code;
+    const Call call(h);
+    if (call.code)
+        return call.code;
     const IntestSpec *spec = h->data->intest;
     if (!spec)
         return BSDL_RESULT_ABSENT;

@@ -2,11 +2,11 @@
 
 #include "diagnosis/checked_text.h"
 #include "frame/reader_state.h"
-#include "scan/keywords.h"
 
 #include <deque>
 #include <new>
 #include <string>
+#include <utility>
 #include <vector>
 
 struct BsdlDiagnosis {
@@ -27,17 +27,8 @@ namespace
 class OwnState
 {
   public:
-    OwnState() : outer(reader_state)
-    {
-        reader_state.rule_set = RULES_INITIAL;
-        reader_state.d4_device = -2;
-    }
-    ~OwnState()
-    {
-        Bsdl *const released = reader_state.released;
-        reader_state = outer;
-        reader_state.released = released;
-    }
+    OwnState() : outer(std::exchange(reader_state, {})) {}
+    ~OwnState() { reader_state = outer; }
     OwnState(const OwnState &) = delete;
     OwnState &operator=(const OwnState &) = delete;
 

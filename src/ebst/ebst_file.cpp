@@ -512,10 +512,9 @@ static void put_file(OutputFile *file, Bsdl *bsdl)
 
 int32_t bsdlSetEbstFile(Bsdl *bsdl, const char *file_name)
 {
-    if (!bsdl)
-        return BSDL_RESULT_NO_HANDLE;
-    if (!bsdl->data)
-        return BSDL_RESULT_NO_DATA;
+    const Call call(bsdl);
+    if (call.code)
+        return call.code;
     if (!file_name)
         return BSDL_RESULT_NO_NAME;
     bsdl->ebst_file_name = model_text(bsdl, file_name);
@@ -524,8 +523,9 @@ int32_t bsdlSetEbstFile(Bsdl *bsdl, const char *file_name)
 
 int32_t bsdlCreateEbst(Bsdl *bsdl)
 {
-    if (int32_t code = check_begin(bsdl))
-        return code;
+    const Call call(bsdl);
+    if (call.code)
+        return call.code;
     if (!bsdl->ebst)
         return BSDL_RESULT_MISSING;
     if (!bsdl->ebst_file_name)

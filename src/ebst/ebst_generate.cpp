@@ -411,8 +411,9 @@ static GSList *make_chain(Bsdl *bsdl, const EbstPin *pins, GSList *cell_table)
 
 int32_t bsdlGenEbst(Bsdl *bsdl)
 {
-    if (int32_t code = check_begin(bsdl))
-        return code;
+    const Call call(bsdl);
+    if (call.code)
+        return call.code;
     BsdlData *data = bsdl->data;
     rule_message(BSDL_LEVEL_PHASE, 1, {}, "Generating EBST datasheet '%s'",
                  shown(data->component_name));

@@ -1,14 +1,12 @@
 #pragma once
 
+#include "frame/call.h"
 #include "frame/messages.h"
 #include "frame/model.h"
 
-// What the checks share. Each bsdl_check_* begins with check_begin(): 2 for a NULL handle, 3 for
-// one without data, else 0; messages then name the handle's file.
-int32_t check_begin(const Bsdl *bsdl);
-
-// ... and gives this: its result, or 100 when memory has run out, for then some rule may not have
-// been tried. Releases the check's scratch memory.
+// What the checks share. Each bsdl_check_* begins with a Call and gives this: its result, or 100
+// when memory has run out, for then some rule may not have been tried. Releases the check's scratch
+// memory.
 int32_t check_end(Bsdl *bsdl, int32_t result, Arena *scratch = nullptr);
 
 // A row of a driver's table.

@@ -2,7 +2,6 @@
 
 #include "frame/check.h"
 #include "frame/lookup.h"
-#include "frame/reader_state.h"
 
 namespace
 {
@@ -62,16 +61,6 @@ constexpr GeneralStep GENERAL[] = {
 
 } // namespace
 
-int32_t check_begin(const Bsdl *bsdl)
-{
-    if (!bsdl)
-        return BSDL_RESULT_NO_HANDLE;
-    if (!bsdl->data)
-        return BSDL_RESULT_NO_DATA;
-    reader_state.file = bsdl->file_name;
-    return BSDL_RESULT_OK;
-}
-
 int32_t check_end(Bsdl *bsdl, int32_t result, Arena *scratch)
 {
     bool failed = bsdl->arena.failed || (bsdl->lookups && bsdl->lookups->arena.failed);
@@ -109,8 +98,9 @@ bool checks_end(Bsdl *bsdl)
 
 int32_t bsdl_check(Bsdl *h)
 {
-    if (int32_t code = check_begin(h))
-        return code;
+    const Call call(h);
+    if (call.code)
+        return call.code;
     if (outcome(h))
         return outcome(h) == CHECK_STATE_GENERAL_PASSED ? BSDL_RESULT_OK : BSDL_RESULT_FAILED;
 

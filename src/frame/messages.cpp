@@ -1,11 +1,13 @@
 #include "frame/messages.h"
 
+#include "frame/call.h"
 #include "frame/model.h"
 #include "frame/reader_state.h"
 #include "scan/scanner.h"
 
 #include <cstdarg>
 #include <cstdio>
+#include <utility>
 
 namespace
 {
@@ -14,9 +16,14 @@ constexpr size_t LONGEST_TEXT = 10000;
 
 } // namespace
 
+static const BsdlContext *current_context()
+{
+    return reader_state.call ? reader_state.call->context : reader_state.context;
+}
+
 bool message_wanted(uint32_t verbosity)
 {
-    const BsdlContext *context = reader_state.context;
+    const BsdlContext *context = current_context();
     return context && context->message_sink && verbosity <= context->verbosity;
 }
 
@@ -31,14 +38,16 @@ static void send(int32_t level, uint32_t verbosity, const Rule &rule, const char
     BsdlMessage message = {
         .level = level, .verbosity = verbosity, .code = 0, .text = text, .formatted = 1};
 
-    // A sink may call back into the library, even for a reading of its own: what is at hand here
-    // comes back after it.
-    const ReaderState outer = reader_state;
-    reader_state.message_rule = rule.id;
-    reader_state.message_file = rule.file ? rule.file : reader_state.file;
-    reader_state.message_line = rule.line;
-    reader_state.context->message_sink(reader_state.context->sink_data, &message);
-    reader_state_resume(outer);
+    // A sink may call back into the library, even for a reading of its own: the current call and
+    // message come back after it.
+    const BsdlContext *context = current_context();
+    Call *const call = std::exchange(reader_state.call, nullptr);
+    const Rule outer = std::exchange(reader_state.message, rule);
+    if (!rule.file && call)
+        reader_state.message.file = call->bsdl->file_name;
+    context->message_sink(context->sink_data, &message);
+    reader_state.message = outer;
+    reader_state.call = call;
 }
 
 void bsdl_msg(int32_t level, uint32_t verbosity, const char *format, ...)
@@ -129,8 +138,8 @@ void parse_message(Bsdl *bsdl, int32_t level, uint32_t verbosity, const char *ru
     va_end(arguments);
 }
 
-int32_t bsdlMessageLine(void) { return reader_state.message_line; }
+int32_t bsdlMessageLine(void) { return reader_state.message.line; }
 
-const char *bsdlMessageFile(void) { return reader_state.message_file; }
+const char *bsdlMessageFile(void) { return reader_state.message.file; }
 
-const char *bsdlMessageRule(void) { return reader_state.message_rule; }
+const char *bsdlMessageRule(void) { return reader_state.message.id; }

@@ -10,7 +10,7 @@ struct Bsdl;
 // letters with dashes), the source line on which the record began (0: none), and the file when it
 // is not that of the reading or check at hand.
 struct Rule {
-    const char *id;
+    const char *id = nullptr;
     int32_t line = 0;
     const char *file = nullptr;
 };

@@ -83,6 +83,9 @@ struct BsdlData {
 // The contents of one PPC/PRG data file; empty in a BSDL reading.
 struct PrgData;
 
+// What is to be done with a handle when the call on it that runs has ended.
+enum GiveBack : uint8_t { KEEP, FREE, RELEASE };
+
 // One reading of one file.
 struct Bsdl {
     const char *file_name;
@@ -108,7 +111,9 @@ struct Bsdl {
     ScanState *reading; // scanner and string store, while readBsdl runs
     Lookups *lookups;   // indexes over the model, made when first asked for
     Bsdl *released;     // the next handle that was given back
-    char *kept_texts;   // what outlives freeBsdl, in one block
+    bool in_call;       // see frame/call.h
+    GiveBack give_back;
+    char *kept_texts; // what outlives freeBsdl, in one block
 };
 
 template <class T> T *model_new(Bsdl *bsdl) { return arena_new<T>(&bsdl->arena); }

@@ -3,6 +3,7 @@
 #include "frame/reader.h"
 
 #include "base/files.h"
+#include "frame/call.h"
 #include "frame/lookup.h"
 #include "frame/messages.h"
 #include "frame/reader_state.h"
@@ -13,6 +14,7 @@
 #include "scan/scanner.h"
 
 #include <cstring>
+#include <utility>
 
 namespace
 {
@@ -131,9 +133,10 @@ static Bsdl *read_source(const SourceTexts *source, const char *file_name, const
     if (!bsdl)
         return nullptr;
     reader_state.context = context;
-    reader_state.file = bsdl->file_name;
+    reader_state.has_read = true;
     bool kept = false;
     if (context) {
+        const Call call(bsdl);
         ScanState reading = {.source = source};
         kept = read_file(bsdl, &reading);
         reading_end(&reading);
@@ -143,7 +146,6 @@ static Bsdl *read_source(const SourceTexts *source, const char *file_name, const
     bsdl->package_dirs = nullptr;
     if (kept)
         return bsdl;
-    reader_state.file = nullptr;
     discard(bsdl);
     return nullptr;
 }
@@ -183,13 +185,8 @@ static void keep_texts(Bsdl *bsdl)
     }
 }
 
-int32_t freeBsdl(Bsdl *h)
+static void free_contents(Bsdl *h)
 {
-    if (!h || !h->data)
-        return 1;
-    bool had_ebst = h->ebst != nullptr;
-    if (reader_state.file == h->file_name)
-        reader_state.file = nullptr;
     lookups_drop(h);
     keep_texts(h);
     names_release(&h->names);
@@ -199,24 +196,58 @@ int32_t freeBsdl(Bsdl *h)
     h->prg = nullptr;
     h->ebst = nullptr;
     // The outer record stays by contract; the chain lets leak checkers see it.
-    h->released = reader_state.released;
-    reader_state.released = h;
+    const std::lock_guard guard(released_handles.lock);
+    h->released = released_handles.first;
+    released_handles.first = h;
+}
+
+int32_t freeBsdl(Bsdl *h)
+{
+    if (!h || !h->data || h->give_back)
+        return 1;
+    const bool had_ebst = h->ebst != nullptr;
+    if (h->in_call)
+        h->give_back = FREE;
+    else
+        free_contents(h);
     return had_ebst ? 0 : 1;
+}
+
+static void forget_released(const Bsdl *h)
+{
+    const std::lock_guard guard(released_handles.lock);
+    for (Bsdl **link = &released_handles.first; *link; link = &(*link)->released) {
+        if (*link == h) {
+            *link = h->released;
+            return;
+        }
+    }
 }
 
 void bsdlRelease(Bsdl *h)
 {
     if (!h)
         return;
-    for (Bsdl **link = &reader_state.released; *link; link = &(*link)->released) {
-        if (*link == h) {
-            *link = h->released;
-            break;
-        }
+    if (h->in_call) {
+        h->give_back = RELEASE;
+        return;
     }
-    if (reader_state.file == h->file_name)
-        reader_state.file = nullptr;
+    forget_released(h);
     discard(h);
+}
+
+void give_back_if_asked(Bsdl *h)
+{
+    switch (std::exchange(h->give_back, KEEP)) {
+    case KEEP:
+        break;
+    case FREE:
+        free_contents(h);
+        break;
+    case RELEASE:
+        bsdlRelease(h);
+        break;
+    }
 }
 
 int32_t bsdlGetNumErrors(Bsdl *h) { return h ? h->error_count : -1; }

@@ -1,39 +1,46 @@
 #pragma once
 
-#include "tarnlet/bsdl.h"
+#include "frame/messages.h"
 
 #include <cstdint>
+#include <mutex>
 
 struct Bsdl;
+struct Call;
 
-// All values of the library that belong to the process and not to a handle.
+// All values of the library that belong to a thread and not to a handle. What a thread does leaves
+// those of the others alone.
 struct ReaderState {
-    // Where messages go: the context of the latest reading. Each reading binds its own.
-    BsdlContext *context;
-    // The keyword set in force, which the next reading starts in: it is picked anew at a token only
-    // while `standards` is not 0. A bit of RuleSet (scan/keywords.h).
-    uint32_t rule_set;
-    // Handles that were given back keep their outer record; this list keeps them reachable.
-    Bsdl *released;
+    // Where messages go: the context of the thread's latest reading. Each reading binds its own.
+    BsdlContext *context = nullptr;
+    // Until then a call on a handle sends to the context of the handle's own reading.
+    bool has_read = false;
+    // The call that runs; NULL between the calls of a host, so also while a sink runs.
+    Call *call = nullptr;
+    // The keyword set that the next reading starts in: it is picked anew at a token only while
+    // `standards` is not 0. A bit of RuleSet (scan/keywords.h).
+    uint32_t rule_set = 1;
 
-    // What the message at hand is about; valid while the sink runs.
-    const char *message_rule;
-    const char *message_file;
-    int32_t message_line;
-    // The file of the reading or check at hand, for messages without a file of their own.
-    const char *file;
+    // What the current message is about; while the sink runs.
+    Rule message = {};
 
-    // The built-in table of mixed-signal devices: row sought once for the process (-2 not yet, -1
+    // The built-in table of mixed-signal devices: row searched once for the thread (-2 not yet, -1
     // no row) and the two iterations over it.
-    int32_t d4_device;
-    uint32_t d4_abm_cursor;
-    uint32_t d4_partition_cursor;
+    int32_t d4_device = -2;
+    uint32_t d4_abm_cursor = 0;
+    uint32_t d4_partition_cursor = 0;
 
     // Bound on the parser's stack, lowered by a test.
-    int32_t parser_depth;
+    int32_t parser_depth = 10000;
 };
 
-extern ReaderState reader_state;
+extern constinit thread_local ReaderState reader_state;
 
-// Back to what was at hand before a sink ran; what the sink did for the process as a whole stays.
-void reader_state_resume(const ReaderState &outer);
+// Handles that were given back by freeBsdl() keep their outer record; this list keeps them
+// reachable. A handle may be given back in another thread than it was read in.
+struct ReleasedHandles {
+    std::mutex lock;
+    Bsdl *first = nullptr;
+};
+
+extern ReleasedHandles released_handles;

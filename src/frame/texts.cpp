@@ -68,8 +68,8 @@ const char *ebst_type_name(int32_t code) { return EBST_TYPES[code]; }
 static const char *with_subscript(const char *format, const char *name, int32_t subscript)
 {
     // The scratch of one message; it carries nothing from call to call.
-    static char texts[PORT_TEXTS][PORT_TEXT_SIZE];
-    static unsigned turn;
+    static thread_local char texts[PORT_TEXTS][PORT_TEXT_SIZE];
+    static thread_local unsigned turn;
     char *text = texts[turn++ % PORT_TEXTS];
     // NOLINTNEXTLINE(clang-diagnostic-format-nonliteral): one of two literals of this file
     std::snprintf(text, PORT_TEXT_SIZE, format, name, subscript);

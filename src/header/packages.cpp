@@ -185,8 +185,9 @@ static int32_t check_user_packages(Bsdl *bsdl, Arena *arena)
 
 int32_t bsdl_check_packages(Bsdl *h)
 {
-    if (const int32_t code = check_begin(h))
-        return code;
+    const Call call(h);
+    if (call.code)
+        return call.code;
     int32_t result = BSDL_RESULT_OK;
     if (h->data->user_packages) {
         Arena arena;

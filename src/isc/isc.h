@@ -1,6 +1,7 @@
 #pragma once
 
 #include "boundary/boundary.h"
+#include "frame/call.h"
 #include "frame/lookup.h"
 #include "frame/model.h"
 
@@ -151,7 +152,7 @@ inline uint64_t isc_name_key(const char *name, const char *data_name)
 }
 
 // How the checks of this family begin: as all do, and 4 without statements of IEEE 1532.
-int32_t isc_check_begin(const Bsdl *bsdl);
+int32_t isc_check_begin(const Call &call);
 // The checks of a part of a PPC/PRG file, whose statements stand in the model. True when all
 // passed.
 bool isc_check_part(Bsdl *bsdl);

@@ -6,11 +6,11 @@
 
 #include <cstring>
 
-int32_t isc_check_begin(const Bsdl *bsdl)
+int32_t isc_check_begin(const Call &call)
 {
-    if (int32_t code = check_begin(bsdl))
-        return code;
-    return bsdl->data->isc ? BSDL_RESULT_OK : BSDL_RESULT_NO_ISC;
+    if (call.code)
+        return call.code;
+    return call.bsdl->data->isc ? BSDL_RESULT_OK : BSDL_RESULT_NO_ISC;
 }
 
 // ---------------------------------------------------------------------------------- the driver
@@ -107,8 +107,9 @@ bool isc_check_part(Bsdl *bsdl) { return run_steps(bsdl, OF_PART) == 0; }
 
 int32_t bsdl_check_isc(Bsdl *h)
 {
-    if (int32_t code = check_begin(h))
-        return code;
+    const Call call(h);
+    if (call.code)
+        return call.code;
     BsdlData *data = h->data;
     bsdl_msg(BSDL_LEVEL_PROGRESS, 2, "    BSDL ISC semantic checks");
     if (!data->isc) {
@@ -136,21 +137,24 @@ int32_t bsdl_check_isc(Bsdl *h)
 
 int32_t bsdl_check_isc_pin_behaviour(Bsdl *h)
 {
-    if (int32_t code = isc_check_begin(h))
+    const Call call(h);
+    if (int32_t code = isc_check_begin(call))
         return code;
     return h->data->isc->pin_behavior ? BSDL_RESULT_OK : BSDL_RESULT_MISSING;
 }
 
 int32_t bsdl_check_isc_status(Bsdl *h)
 {
-    if (int32_t code = isc_check_begin(h))
+    const Call call(h);
+    if (int32_t code = isc_check_begin(call))
         return code;
     return h->data->isc->status ? BSDL_RESULT_OK : BSDL_RESULT_MISSING;
 }
 
 int32_t bsdl_check_isc_design_warning(Bsdl *h)
 {
-    if (int32_t code = isc_check_begin(h))
+    const Call call(h);
+    if (int32_t code = isc_check_begin(call))
         return code;
     return h->data->isc->design_warning ? BSDL_RESULT_OK : BSDL_RESULT_ABSENT;
 }
@@ -159,7 +163,8 @@ int32_t bsdl_check_isc_design_warning(Bsdl *h)
 
 int32_t bsdl_check_isc_blank_usercode(Bsdl *h)
 {
-    if (int32_t code = isc_check_begin(h))
+    const Call call(h);
+    if (int32_t code = isc_check_begin(call))
         return code;
     const IscData *isc = h->data->isc;
     if (!isc->blank_usercode)
@@ -176,7 +181,8 @@ int32_t bsdl_check_isc_blank_usercode(Bsdl *h)
 // are. Hosts are used to that verdict.
 int32_t bsdl_check_isc_fixed_system_pins(Bsdl *h)
 {
-    if (int32_t code = isc_check_begin(h))
+    const Call call(h);
+    if (int32_t code = isc_check_begin(call))
         return code;
     const IscData *isc = h->data->isc;
     if (!isc->fixed_pins)
@@ -251,7 +257,8 @@ static int32_t check_security_positions(const IscSecurity *security, int32_t len
 
 int32_t bsdl_check_isc_security(Bsdl *h)
 {
-    if (int32_t code = isc_check_begin(h))
+    const Call call(h);
+    if (int32_t code = isc_check_begin(call))
         return code;
     const IscData *isc = h->data->isc;
     const IscSecurity *security = isc->security;
@@ -281,7 +288,8 @@ int32_t bsdl_check_isc_security(Bsdl *h)
 
 int32_t bsdl_check_isc_illegal_exit(Bsdl *h)
 {
-    if (int32_t code = isc_check_begin(h))
+    const Call call(h);
+    if (int32_t code = isc_check_begin(call))
         return code;
     const IscData *isc = h->data->isc;
     if (!isc->illegal_exits)

@@ -220,7 +220,8 @@ static int32_t check_blocks(FlowCheck *check, const IscFlow *flow)
 // A part of a PPC/PRG file has neither instructions nor ports, so `prg_mode` leaves the variables.
 int32_t bsdl_check_isc_flow(Bsdl *h, int32_t prg_mode)
 {
-    if (int32_t code = isc_check_begin(h))
+    const Call call(h);
+    if (int32_t code = isc_check_begin(call))
         return code;
     const BsdlData *data = h->data;
     if (!data->isc->flows || !data->scan_port)

@@ -66,7 +66,8 @@ static int32_t check_flow_names(const IscProcedure *procedure, const IscTables *
 
 int32_t bsdl_check_isc_procedures(Bsdl *h)
 {
-    if (int32_t code = isc_check_begin(h))
+    const Call call(h);
+    if (int32_t code = isc_check_begin(call))
         return code;
     IscData *isc = h->data->isc;
     if (!isc->procedures)
@@ -99,7 +100,8 @@ int32_t bsdl_check_isc_procedures(Bsdl *h)
 
 int32_t bsdl_check_isc_actions(Bsdl *h)
 {
-    if (int32_t code = isc_check_begin(h))
+    const Call call(h);
+    if (int32_t code = isc_check_begin(call))
         return code;
     IscData *isc = h->data->isc;
     if (!isc->actions)

@@ -9,7 +9,7 @@
 #include <cstring>
 
 // Of a description that has passed bsdl_check_isc(), or of the selected part of a data file, whose
-// check is made up for here.
+// check is made up for here. NULL also when a sink of that check has given the handle back.
 static IscData *current_isc(Bsdl *bsdl)
 {
     if (!bsdl || !bsdl->data)
@@ -17,8 +17,13 @@ static IscData *current_isc(Bsdl *bsdl)
     bool passed = (bsdl->data->check_passed & CHECK_PASSED_ISC) != 0;
     if (bsdlIs1532(bsdl) && passed)
         return bsdl->data->isc;
-    if (!bsdlIsPrg(bsdl) || (!passed && bsdl_check_prg(bsdl) != 0) || !bsdl->prg)
+    if (!bsdlIsPrg(bsdl))
         return nullptr;
+    if (!passed) {
+        const Call call(bsdl);
+        if (bsdl_check_prg(bsdl) != 0 || bsdl->give_back)
+            return nullptr;
+    }
     const PrgPart *part = bsdl->prg->selected_isc_component;
     return part ? part->isc : nullptr;
 }

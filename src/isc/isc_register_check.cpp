@@ -111,8 +111,9 @@ static int32_t check_instructions(const Bsdl *bsdl)
 // family that does not ask whether there are statements of IEEE 1532.
 int32_t bsdl_check_isc_instr_reg(Bsdl *h)
 {
-    if (int32_t code = check_begin(h))
-        return code;
+    const Call call(h);
+    if (call.code)
+        return call.code;
     if (!h->data->register_access || !h->data->instruction_register ||
         !h->data->instruction_register->opcode_table)
         return BSDL_RESULT_MISSING;

@@ -60,8 +60,9 @@ static int32_t check_compliance_port(Bsdl *bsdl, const PortId *port, int32_t lin
 
 int32_t bsdl_check_compliance(Bsdl *bsdl)
 {
-    if (int32_t code = check_begin(bsdl))
-        return code;
+    const Call call(bsdl);
+    if (call.code)
+        return call.code;
     const ComplianceRecord *record = bsdl->data->compliance;
     if (!record)
         return BSDL_RESULT_ABSENT;

@@ -201,8 +201,9 @@ static int32_t check_twin_group_entry(Bsdl *bsdl, Index *verdicts, TwinGroupEntr
 
 int32_t bsdl_check_grouped_port(Bsdl *bsdl)
 {
-    if (int32_t code = check_begin(bsdl))
-        return code;
+    const Call call(bsdl);
+    if (call.code)
+        return call.code;
     const BsdlData *data = bsdl->data;
     if (!data->grouped_ports)
         return BSDL_RESULT_ABSENT;

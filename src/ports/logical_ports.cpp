@@ -323,8 +323,9 @@ static int32_t check_names_unique(const Bsdl *bsdl, Arena *scratch)
 
 int32_t bsdl_check_logical_port(Bsdl *bsdl)
 {
-    if (int32_t code = check_begin(bsdl))
-        return code;
+    const Call call(bsdl);
+    if (call.code)
+        return call.code;
     if (!bsdl->data->logical_ports)
         return BSDL_RESULT_MISSING;
     Arena scratch;

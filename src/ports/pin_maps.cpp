@@ -65,8 +65,9 @@ GSList *find_port_map(const PortMapIndex *index, const char *name, bool vector)
 
 int32_t bsdl_check_generic(Bsdl *bsdl)
 {
-    if (int32_t code = check_begin(bsdl))
-        return code;
+    const Call call(bsdl);
+    if (call.code)
+        return call.code;
     BsdlData *data = bsdl->data;
     if (!data->pin_maps)
         return BSDL_RESULT_MISSING;
@@ -200,8 +201,9 @@ int32_t bsdl_check_pin_map(Bsdl *bsdl, const char *name)
 {
     if (!name)
         return BSDL_RESULT_MISSING;
-    if (int32_t code = check_begin(bsdl))
-        return code;
+    const Call call(bsdl);
+    if (call.code)
+        return call.code;
     if (!bsdl->data->pin_maps)
         return BSDL_RESULT_MISSING;
     for (const PinMapEntry *pin_map : items<PinMapEntry>(bsdl->data->pin_maps)) {
@@ -248,8 +250,9 @@ static int32_t check_each_pin_map(Bsdl *bsdl, Arena *scratch)
 
 int32_t bsdl_check_all_pin_maps(Bsdl *bsdl)
 {
-    if (int32_t code = check_begin(bsdl))
-        return code;
+    const Call call(bsdl);
+    if (call.code)
+        return call.code;
     BsdlData *data = bsdl->data;
     if (!data->pin_maps || !data->logical_ports)
         return BSDL_RESULT_MISSING;

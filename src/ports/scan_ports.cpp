@@ -103,8 +103,9 @@ static int32_t check_scan_port_role(Bsdl *bsdl, const TapStatement &statement, c
 
 int32_t bsdl_check_scan_port(Bsdl *bsdl)
 {
-    if (int32_t code = check_begin(bsdl))
-        return code;
+    const Call call(bsdl);
+    if (call.code)
+        return call.code;
     const ScanPorts *ports = bsdl->data->scan_port;
     if (!ports || !bsdl->data->boundary_register)
         return BSDL_RESULT_MISSING;

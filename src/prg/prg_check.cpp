@@ -22,7 +22,10 @@ constexpr CheckStep FILE_STEPS[] = {
 
 int32_t bsdl_check_prg_prog_ref(Bsdl *h)
 {
-    if (check_begin(h) || !h->prg)
+    const Call call(h);
+    if (call.refused())
+        return call.code;
+    if (call.code || !h->prg)
         return BSDL_RESULT_OK;
     int32_t result = BSDL_RESULT_OK;
     for (const PrgProgram *program : items<PrgProgram>(h->prg->program_references)) {
@@ -35,9 +38,10 @@ int32_t bsdl_check_prg_prog_ref(Bsdl *h)
 
 int32_t bsdl_check_prg(Bsdl *h)
 {
-    if (!h)
-        return BSDL_RESULT_NO_HANDLE;
-    if (!h->prg || check_begin(h))
+    const Call call(h);
+    if (!h || call.refused())
+        return call.code;
+    if (call.code || !h->prg)
         return BSDL_RESULT_OK;
     int32_t result = BSDL_RESULT_OK;
     for (const CheckStep &step : FILE_STEPS)

@@ -108,8 +108,11 @@ static int32_t check_usercodes(Bsdl *bsdl, const OptionalRegisters *codes, int32
 
 int32_t bsdl_check_optional_reg(Bsdl *h)
 {
+    const Call call(h);
+    if (call.refused())
+        return call.code;
     // Both registers are optional, so there is nothing wrong with no description.
-    if (check_begin(h))
+    if (call.code)
         return BSDL_RESULT_OK;
     const OptionalRegisters *codes = h->data->id_registers;
     if (!codes)

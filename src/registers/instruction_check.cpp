@@ -306,8 +306,9 @@ static void run_rules(InstructionCheck *check)
 
 int32_t bsdl_check_instr_reg(Bsdl *h)
 {
-    if (int32_t code = check_begin(h))
-        return code;
+    const Call call(h);
+    if (call.code)
+        return call.code;
     InstructionRegister *instructions = h->data->instruction_register;
     if (!instructions || !instructions->opcode_table)
         return BSDL_RESULT_OK;

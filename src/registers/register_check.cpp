@@ -358,8 +358,9 @@ static void run_rules(RegisterCheck *check)
 
 int32_t bsdl_check_reg_access(Bsdl *h)
 {
-    if (int32_t code = check_begin(h))
-        return code;
+    const Call call(h);
+    if (call.code)
+        return call.code;
     const BsdlData *data = h->data;
     if (!data->instruction_register || !data->boundary_register ||
         !data->instruction_register->opcode_table)

@@ -52,7 +52,8 @@ struct ScanState {
     int32_t token_line; // source line on which it begins
     int32_t line;       // as messages count
     int32_t source_line;
-    uint32_t standards; // for which the rule set was picked
+    uint32_t rules;     // the keyword set in force, a bit of RuleSet; 0 before the first token
+    uint32_t standards; // for which it was picked
     uint64_t filter;
 
     StringStore strings;

@@ -192,7 +192,7 @@ static uint32_t pick_rule_set(const Bsdl *bsdl)
 {
     uint32_t standards = bsdl->standards;
     uint64_t unfiltered = standards & ~bsdl->standards_filter;
-    uint32_t rules = reader_state.rule_set;
+    uint32_t rules = bsdl->reading->rules ? bsdl->reading->rules : reader_state.rule_set;
     if (standards & BSDL_STANDARD_BIT_1990)
         rules = RULES_1990;
     if (standards & BSDL_STANDARD_BIT_1994)
@@ -321,7 +321,7 @@ static int scan_attribute(const Scan &scan, const char *start, const char *behin
         if (row)
             end = name + std::strlen(row->word);
     }
-    *matched = row && (row->rules & reader_state.rule_set) &&
+    *matched = row && (row->rules & scan.reading->rules) &&
                !((row->flags & NOT_IN_PACKAGE) && scan.bsdl->scan_mode == SCAN_MODE_PACKAGE);
     if (!*matched)
         return NO_TOKEN;
@@ -431,7 +431,7 @@ static int scan_word(const Scan &scan, const char *start)
         bsdl->scan_mode = SCAN_MODE_INTEGER;
         return finish_name(scan, start, use_name_end(start), USE_IDENT);
     }
-    if (row && (row->rules & reader_state.rule_set)) {
+    if (row && (row->rules & scan.reading->rules)) {
         if (row->token == ATTRIBUTE) {
             bool matched;
             int token = scan_attribute(scan, start, end, &matched);
@@ -443,7 +443,7 @@ static int scan_word(const Scan &scan, const char *start)
             scan.value->string = token_name(scan);
         return token;
     }
-    if (row && (row->flags & REFUSED_IN_1990) && reader_state.rule_set == RULES_1990) {
+    if (row && (row->flags & REFUSED_IN_1990) && scan.reading->rules == RULES_1990) {
         finish(scan.reading, start, end, 1, NO_TOKEN);
         parse_message(bsdl, BSDL_LEVEL_WARNING, 2, "keyword-not-in-1990",
                       "Keyword '%.*s' is not supported in BSDL90", length_of(start, end), start);
@@ -455,7 +455,7 @@ static int scan_word(const Scan &scan, const char *start)
         if (matched)
             return token;
     }
-    if (reader_state.rule_set == RULES_PRG) {
+    if (scan.reading->rules == RULES_PRG) {
         int token = scan_numbered_word(scan, start, end);
         if (token != NO_TOKEN)
             return token;
@@ -573,7 +573,10 @@ static int punctuation(const Scan &scan, const char *start, size_t length, int t
     return finish(scan.reading, start, start + length, length == 1, token);
 }
 
-static bool isc_signs() { return (reader_state.rule_set & (RULES_ISC | RULES_PRG)) != 0; }
+static bool isc_signs(const Scan &scan)
+{
+    return (scan.reading->rules & (RULES_ISC | RULES_PRG)) != 0;
+}
 
 // A sign belongs to the number where the mode says so.
 static int scan_sign(const Scan &scan, const char *start)
@@ -584,14 +587,14 @@ static int scan_sign(const Scan &scan, const char *start)
     if (mode == SCAN_MODE_REAL)
         if (const char *end = real_end(start))
             return finish_real(scan, start, end);
-    if (isc_signs())
+    if (isc_signs(scan))
         return punctuation(scan, start, 1, *start);
     return illegal_character(scan, start);
 }
 
 static int scan_token_at(const Scan &scan, const char *at)
 {
-    bool isc = isc_signs();
+    bool isc = isc_signs(scan);
     switch (start_class(*at)) {
     case LETTER:
     case DIGIT:
@@ -613,7 +616,7 @@ static int scan_token_at(const Scan &scan, const char *at)
     case COLON:
         if (at[1] == '=')
             return punctuation(scan, at, 2, COL_EQ);
-        if (at[1] == ':' && reader_state.rule_set == RULES_PRG)
+        if (at[1] == ':' && scan.reading->rules == RULES_PRG)
             return punctuation(scan, at, 2, D_COLON);
         return punctuation(scan, at, 1, ':');
     case LESS:
@@ -673,8 +676,9 @@ int scan_token(BSDL_YYSTYPE *value, int32_t *line, Bsdl *bsdl)
         stop(reading, nullptr);
     if (reading->stopped)
         return BSDL_YYEOF;
-    if (bsdl->standards != reading->standards || bsdl->standards_filter != reading->filter) {
-        reader_state.rule_set = pick_rule_set(bsdl);
+    if (!reading->rules || bsdl->standards != reading->standards ||
+        bsdl->standards_filter != reading->filter) {
+        reading->rules = reader_state.rule_set = pick_rule_set(bsdl);
         reading->standards = bsdl->standards;
         reading->filter = bsdl->standards_filter;
     }
@@ -714,7 +718,7 @@ int scan_token(BSDL_YYSTYPE *value, int32_t *line, Bsdl *bsdl)
         if (at >= reading->piece_end)
             input_pass_pieces(reading, at);
         int token = NO_TOKEN;
-        if (reader_state.rule_set == RULES_PRG &&
+        if (reading->rules == RULES_PRG &&
             (bsdl->scan_mode == SCAN_MODE_PART_NAME || bsdl->scan_mode == SCAN_MODE_FILE_NAME))
             token = scan_part_or_file_name(scan, at);
         if (token == NO_TOKEN)

@@ -19,7 +19,7 @@ Description named(const std::string &name)
         .with(EXTENSIONS, "");
 }
 
-// The table is sought once for the process.
+// The table is searched once for a thread.
 class Dot4 : public ::testing::Test
 {
   protected:

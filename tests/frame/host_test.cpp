@@ -1,16 +1,17 @@
-// What a host does beside one reading: many in one process, one from inside a message sink, two
-// processes at once.
+// What a host does beside one reading: many in one process, one from inside a message sink, several
+// in threads.
 
 #include "base/arena.h"
 #include "frame/reader_state.h"
 #include "support/description.h"
 
+#include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <string>
-#include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 namespace
@@ -42,6 +43,9 @@ class Record
         after_ = after;
     }
     int messages() const { return messages_; }
+    // The latest reading takes the messages of all handles, also when it was one inside a sink;
+    // here they go on to whom they are about.
+    void forward_to(Record *other) { forward_ = other; }
 
   private:
     static void sink(void *data, BsdlMessage *message);
@@ -49,6 +53,7 @@ class Record
     std::string text_;
     BsdlContext context_ = {sink, this, 4};
     Record *inner_ = nullptr;
+    Record *forward_ = nullptr;
     int after_ = -1;
     int messages_ = 0;
 };
@@ -58,6 +63,8 @@ class Record
 void Record::sink(void *data, BsdlMessage *message)
 {
     auto *record = static_cast<Record *>(data);
+    if (record->forward_)
+        record = record->forward_;
     const std::string text = message->text;
     const auto place = [] {
         const char *file = bsdlMessageFile();
@@ -66,8 +73,10 @@ void Record::sink(void *data, BsdlMessage *message)
                (rule ? rule : "-");
     };
     const std::string before = place();
-    if (record->messages_++ == record->after_ && record->inner_)
+    if (record->messages_++ == record->after_ && record->inner_) {
         record->inner_->run();
+        record->inner_->forward_to(record);
+    }
     // The message is still what it was, and so is what it is about.
     EXPECT_EQ(text, message->text);
     EXPECT_EQ(before, place());
@@ -153,25 +162,62 @@ INSTANTIATE_TEST_SUITE_P(files, EachFile, testing::ValuesIn(FILES),
                              return std::filesystem::path(info.param).stem().string();
                          });
 
-TEST(Processes, TwoAtOnceReadAlike)
+static std::string all_alone()
 {
-    const auto all = [] {
-        std::string text;
-        for (const char *file : FILES)
-            text += alone(in_source(file));
-        return text;
-    };
-    const std::string single = all();
-    const pid_t child = fork();
-    bool alike = true;
-    for (int round = 0; round < 5; round++)
-        alike &= all() == single;
-    if (child == 0)
-        _exit(alike ? 0 : 1);
-    int status = -1;
-    EXPECT_EQ(waitpid(child, &status, 0), child);
-    EXPECT_EQ(status, 0);
-    EXPECT_TRUE(alike);
+    std::string text;
+    for (const char *file : FILES)
+        text += alone(in_source(file));
+    return text;
+}
+
+TEST(Threads, EightAtOnceReadAlike)
+{
+    const std::string single = all_alone();
+    std::vector<std::thread> threads;
+    std::atomic<int> alike = 0;
+    for (int i = 0; i < 8; i++)
+        threads.emplace_back([&] {
+            for (int round = 0; round < 5; round++)
+                alike += all_alone() == single;
+        });
+    for (std::thread &thread : threads)
+        thread.join();
+    EXPECT_EQ(alike, 40);
+    support::reset_reader_state();
+}
+
+// A thread that reads nothing itself: calls on a handle send to the context of its reading, others
+// are silent. Handles are given back in whichever thread.
+TEST(Threads, AHandleMayGoOnInAnother)
+{
+    std::vector<std::string> texts;
+    BsdlContext context = {[](void *data, BsdlMessage *message) {
+                               static_cast<std::vector<std::string> *>(data)->emplace_back(
+                                   message->text);
+                           },
+                           &texts, 4};
+    const std::string path = in_source(FILES[0]);
+    std::vector<Bsdl *> handles;
+    for (int i = 0; i < 3; i++)
+        handles.push_back(readBsdl(path.c_str(), nullptr, nullptr, 0, &context));
+    EXPECT_EQ(bsdl_check(handles[0]), 0);
+    texts.clear();
+    EXPECT_EQ(bsdl_check(handles[1]), 0);
+    const std::vector<std::string> here = texts;
+    std::thread([&] {
+        texts.clear();
+        bsdl_msg(0, 0, "of nobody");
+        EXPECT_EQ(bsdl_check_aio(nullptr), 2);
+        EXPECT_TRUE(texts.empty());
+        EXPECT_EQ(bsdl_check(handles[2]), 0);
+        EXPECT_EQ(texts, here);
+        freeBsdl(handles[0]);
+        freeBsdl(handles[1]);
+        bsdlRelease(handles[1]);
+        bsdlRelease(handles[2]);
+    }).join();
+    bsdlRelease(handles[0]);
+    EXPECT_EQ(released_handles.first, nullptr);
     support::reset_reader_state();
 }
 
@@ -229,6 +275,6 @@ TEST(ManyReadings, DoNotGrow)
     // A sanitizer keeps what was given back for a while.
     const long most = ARENA_GUARD ? 1 << 20 : 1024;
     EXPECT_LT(resident_kib() - resident, most);
-    EXPECT_EQ(reader_state.released, nullptr);
+    EXPECT_EQ(released_handles.first, nullptr);
     support::reset_reader_state();
 }

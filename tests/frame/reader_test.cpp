@@ -381,9 +381,9 @@ TEST_F(Reader, FreedAndReleased)
         EXPECT_EQ(bsdlGetNbrOfPins(bsdl), -1);
         EXPECT_EQ(bsdl_check(bsdl), 3);
         EXPECT_EQ(freeBsdl(bsdl), 1);
-        EXPECT_EQ(reader_state.released, bsdl);
+        EXPECT_EQ(released_handles.first, bsdl);
         bsdlRelease(bsdl);
-        EXPECT_EQ(reader_state.released, nullptr);
+        EXPECT_EQ(released_handles.first, nullptr);
     }
 }
 

@@ -220,16 +220,7 @@ void expect_clean(Reading &reading)
 
 void reset_reader_state()
 {
-    static const ReaderState at_start = [] {
-        ReaderState state = {};
-        state.rule_set = 1;
-        state.d4_device = -2;
-        state.parser_depth = 10000;
-        return state;
-    }();
-    Bsdl *released = reader_state.released;
-    reader_state = at_start;
-    reader_state.released = released;
+    reader_state = {};
 }
 
 std::string read_text(const std::string &path)

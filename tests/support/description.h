@@ -174,7 +174,7 @@ template <class T> std::vector<T> all_of(Bsdl *handle, T (*first)(Bsdl *), T (*n
     return all;
 }
 
-// The process-wide values as they stand at the start of the process.
+// The values of the thread as they stand at its start.
 void reset_reader_state();
 
 std::string read_text(const std::string &path);
