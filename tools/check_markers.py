@@ -12,14 +12,13 @@ import xml.etree.ElementTree as ElementTree
 
 # marker: the rules (left-hand sides) in whose states it may see the next token first.
 ALLOWED = {
-    # The state that also takes `error` has to see the first name of the clause, which reads the
-    # same in both modes.
+    # The state that also takes `error` has to see the first name of the clause: there a name of
+    # digits alone is read as one, elsewhere in the clause as a number. Other names read the same.
     'mode_integer': {'logical_port_description',
-                     # WAIT_DURATION has set the mode for a time; a port's name, which tells that
-                     # clock cycles follow instead, reads the same in all modes.
-                     'wait_spec', 'aio_pulse_option',
-                     # WAIT of an activity: as above.
-                     'wait_specification',
+                     # The mode is that of a time: digits alone are one, whatever ports there are.
+                     # Any other name reads the same in all modes and tells that clock cycles
+                     # follow.
+                     'wait_spec', 'aio_pulse_option', 'wait_specification',
                      # REPEAT and LOOP read the same in all modes; the counts come behind them.
                      'flow_definition', 'opt_repeat_list', 'repeat_list',
                      'initialize_block', 'repeat_block', 'terminate_block',

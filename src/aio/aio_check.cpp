@@ -357,11 +357,11 @@ static int32_t check_times(const AioTimeConstants *constants, int32_t line)
 {
     int32_t result = BSDL_RESULT_OK;
     if (constants->lp_time < 0.0F)
-        result |= rule_error({"aio-lp-time-negative", line}, "<LP_time> '%e' should be > 0.0",
-                             static_cast<double>(constants->lp_time));
+        result |= rule_error({"aio-lp-time-negative", line}, "<LP_time> '%s' should be > 0.0",
+                             scientific_text(constants->lp_time).text);
     if (constants->hp && constants->hp->hp_time < 0.0F)
-        result |= rule_error({"aio-hp-time-negative", line}, "<HP_time> '%e' should be > 0.0",
-                             static_cast<double>(constants->hp->hp_time));
+        result |= rule_error({"aio-hp-time-negative", line}, "<HP_time> '%s' should be > 0.0",
+                             scientific_text(constants->hp->hp_time).text);
     return result;
 }
 

@@ -98,7 +98,8 @@ double duration_from(Bsdl *bsdl, double time)
 {
     if (!(time > 0.0))
         parse_message(bsdl, BSDL_LEVEL_ERROR, 1, "duration-time",
-                      "Value of time in duration spec should be greater than 0 (now %f)", time);
+                      "Value of time in duration spec should be greater than 0 (now %s)",
+                      fixed_text(time).text);
     return time;
 }
 

@@ -477,7 +477,8 @@ static void put_global_family(OutputFile *file, const BsdlData *data)
     put_line(file, "\nGLOBAL_FAMILY \"%s\"\n\n", shown(data->component_name));
     put_line(file, "TCK_STOP_AT_ONE     : %s\n",
              clock && clock->halt_state != HALT_STATE_LOW ? "YES" : "NO");
-    put_line(file, "TEST_FREQUENCY      : 0 %.2e %.2e\n", frequency, frequency);
+    const NumberText hertz = scientific_text(frequency, 2);
+    put_line(file, "TEST_FREQUENCY      : 0 %s %s\n", hertz.text, hertz.text);
     put(file, "TEMPERATURE_RANGE   : - - -\n\n");
     put(file, "END GLOBAL_FAMILY\n\n");
 }

@@ -22,9 +22,11 @@ constexpr mode_t PERMISSIONS = 07777;
 
 // ----------------------------------------------------------------------------------------- opening
 
-static bool open_directly(OutputFile *file)
+// An existing file may be one that in its folder cannot be opened with O_CREAT.
+static bool open_directly(OutputFile *file, int create = O_CREAT)
 {
-    file->handle = open(file->target, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, NEW_FILE);
+    file->beside[0] = '\0';
+    file->handle = open(file->target, O_WRONLY | create | O_TRUNC | O_CLOEXEC, NEW_FILE);
     return file->handle >= 0;
 }
 
@@ -51,6 +53,19 @@ static bool names_open_file(const char *name)
     return std::strncmp(name, "/dev/", 5) == 0 || std::strncmp(name, "/proc/", 6) == 0;
 }
 
+// In a folder with the sticky bit a file is replaced only by its owner or the folder's.
+static bool may_replace(const char *target, const struct stat &found)
+{
+    char folder[PATH_MAX];
+    const char *slash = std::strrchr(target, '/');
+    const int length = slash ? static_cast<int>(slash - target) + 1 : 0;
+    std::snprintf(folder, sizeof folder, "%.*s.", length, target);
+    struct stat around;
+    const uid_t user = geteuid();
+    return stat(folder, &around) != 0 || !(around.st_mode & S_ISVTX) || user == 0 ||
+           user == found.st_uid || user == around.st_uid;
+}
+
 bool output_open(OutputFile *file, const char *name)
 {
     file->failed = false;
@@ -74,8 +89,12 @@ bool output_open(OutputFile *file, const char *name)
     }
     if (!S_ISREG(found.st_mode))
         return open_directly(file);
-    if (access(file->target, W_OK) != 0 || !open_beside(file))
+    if (access(file->target, W_OK) != 0)
         return false;
+    if (!may_replace(file->target, found))
+        return open_directly(file, 0);
+    if (!open_beside(file))
+        return (errno == EACCES || errno == EPERM) && open_directly(file, 0);
     fchmod(file->handle, found.st_mode & PERMISSIONS);
     return true;
 }

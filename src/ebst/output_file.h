@@ -8,7 +8,8 @@
 
 // A text file that takes its name only when it is complete: it is written beside that name and
 // renamed at the end, so that no failure leaves half a file. What exists under the name and is no
-// regular file (a device, a pipe) is written directly.
+// regular file (a device, a pipe), or stands in a folder where it cannot be replaced, is written
+// directly.
 struct OutputFile {
     int handle;
     bool failed;

@@ -2,8 +2,10 @@
 
 #include "frame/messages.h"
 
+#include <charconv>
 #include <cstddef>
 #include <cstdio>
+#include <iterator>
 
 namespace
 {
@@ -64,6 +66,23 @@ const char *disable_value_name(int32_t code) { return DISABLE_VALUES[code]; }
 const char *port_type_name(int32_t code) { return PIN_TYPES[code]; }
 
 const char *ebst_type_name(int32_t code) { return EBST_TYPES[code]; }
+
+static NumberText number_text(double value, std::chars_format format, int precision)
+{
+    NumberText number;
+    *std::to_chars(number.text, std::end(number.text) - 1, value, format, precision).ptr = '\0';
+    return number;
+}
+
+NumberText fixed_text(double value, int precision)
+{
+    return number_text(value, std::chars_format::fixed, precision);
+}
+
+NumberText scientific_text(double value, int precision)
+{
+    return number_text(value, std::chars_format::scientific, precision);
+}
 
 static const char *with_subscript(const char *format, const char *name, int32_t subscript)
 {

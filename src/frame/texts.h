@@ -16,6 +16,13 @@ const char *disable_value_name(int32_t code);
 const char *port_type_name(int32_t code);
 const char *ebst_type_name(int32_t code);
 
+// A number as "%f", "%e" and the like write it, whatever the locale of the host is.
+struct NumberText {
+    char text[336]; // of the largest with six digits behind the point
+};
+NumberText fixed_text(double value, int precision = 6);
+NumberText scientific_text(double value, int precision = 6);
+
 // "A" or "A(3)", so that a rule needs one format for a port with and without subscript. The text
 // stays good for the next few calls: enough for all ports of one message.
 const char *port_text(const PortId *port);

@@ -8,7 +8,7 @@
 #include "scan/scan_state.h"
 
 #include <charconv>
-#include <cstdlib>
+#include <cmath>
 #include <cstring>
 
 // The scanner takes the longest text that a rule of the rule set in force matches; where rules
@@ -179,6 +179,36 @@ static int32_t integer_value(const char *at, const char *end)
     return static_cast<int32_t>(value > INT32_MAX ? INT32_MAX : value);
 }
 
+// Of a number without sign that no double comes near: the place of its first digit tells on which
+// side.
+static double far_value(const char *at, const char *end)
+{
+    int64_t place = 0; // 1: just before the point
+    bool behind_point = false;
+    bool begun = false;
+    for (; at < end && *at != 'e' && *at != 'E'; at++) {
+        behind_point |= *at == '.';
+        begun |= is_digit(*at) && *at != '0';
+        if (is_digit(*at) && behind_point != begun)
+            place += begun ? 1 : -1;
+    }
+    if (at < end)
+        place += integer_value(at + 1, end);
+    return place > 0 ? HUGE_VAL : 0;
+}
+
+// Whatever the locale of the host is.
+static double real_value(const char *at, const char *end)
+{
+    const bool negative = *at == '-';
+    if (*at == '-' || *at == '+')
+        at++;
+    double value = 0;
+    if (std::from_chars(at, end, value).ec == std::errc::result_out_of_range)
+        value = far_value(at, end);
+    return negative ? -value : value;
+}
+
 static void stop(ScanState *reading, const char *fatal)
 {
     reading->stopped = true;
@@ -268,13 +298,8 @@ static int finish_integer(const Scan &scan, const char *start, const char *end, 
 
 static int finish_real(const Scan &scan, const char *start, const char *end)
 {
-    if (end - start < static_cast<ptrdiff_t>(TOKEN_SIZE)) {
-        char number[TOKEN_SIZE];
-        auto length = static_cast<size_t>(end - start);
-        std::memcpy(number, start, length);
-        number[length] = '\0';
-        scan.value->real = std::strtod(number, nullptr);
-    }
+    if (end - start < static_cast<ptrdiff_t>(TOKEN_SIZE))
+        scan.value->real = real_value(start, end);
     return finish(scan.reading, start, end, 1, REAL);
 }
 
@@ -538,12 +563,11 @@ static int skip_comment(const Scan &scan, const char *start)
     return NO_TOKEN;
 }
 
-// Behind a whole description, or in a package file, a Control-Z with nothing but its like, zeros
-// and white space behind it ends the text, as it does in files from systems that close texts with
-// it.
+// A Control-Z with nothing but its like, zeros and white space behind it ends the text, as it does
+// in files from systems that close texts with it.
 static bool ends_as_text(const ScanState *reading, const char *at)
 {
-    if (*at != '\x1A' || reading->strings.active || !(reading->complete || reading->depth))
+    if (*at != '\x1A' || reading->strings.active)
         return false;
     while (at < reading->end && (*at == '\x1A' || *at == '\0' || start_class(*at) == BLANK ||
                                  start_class(*at) == LINE_END))
@@ -646,6 +670,15 @@ static int scan_token_at(const Scan &scan, const char *at)
     }
 }
 
+// The name of an extension's package with ALL, which may go on beyond the word; NULL for none.
+static const char *with_all_end(const char *start)
+{
+    const auto length = static_cast<size_t>(word_end(start) - start);
+    const Keyword *row = find_keyword(start, length, text_hash_padded(start, length));
+    const Keyword *package = find_with_all(start, length, row);
+    return package ? start + std::strlen(package->word) + WITH_ALL : nullptr;
+}
+
 // Where part and file names stand they win over anything shorter.
 static int scan_part_or_file_name(const Scan &scan, const char *start)
 {
@@ -663,7 +696,7 @@ static int scan_part_or_file_name(const Scan &scan, const char *start)
             shorter = start + 2;
     if (*start == '$')
         shorter = identifier_end(start + 1);
-    if (end <= shorter || std::strncmp(start, "--", 2) == 0)
+    if (end <= shorter || std::strncmp(start, "--", 2) == 0 || end == with_all_end(start))
         return NO_TOKEN;
     return part ? finish_name(scan, start, end, PART_NAME)
                 : finish_text(scan, start, end, FILE_NAME);

@@ -2,6 +2,7 @@
 #include "frame/model.h"
 #include "support/description.h"
 
+#include <clocale>
 #include <filesystem>
 #include <regex>
 #include <sys/stat.h>
@@ -241,6 +242,46 @@ TEST_F(Output, ReadOnlyFolder)
     chmod(reading.folder().c_str(), 0500);
     expect_failure(path, {{ERROR, "Cannot open file '" + path + "'", 1}});
     chmod(reading.folder().c_str(), 0700);
+}
+
+// A host that has set the locale of a user who writes numbers with a comma.
+TEST_F(Output, NumbersDoNotGoByTheLocale)
+{
+    const std::string locales = new_folder();
+    const std::string make = "localedef -i de_DE -f UTF-8 " + locales + "/comma 2>&1 >/dev/null";
+    setenv("LOCPATH", locales.c_str(), 1);
+    if (std::system(make.c_str()) != 0 || !std::setlocale(LC_ALL, "comma"))
+        GTEST_SKIP() << "no locale with a comma";
+    ASSERT_STREQ(std::localeconv()->decimal_point, ",");
+    Reading german(Description().replace(SCAN_CLOCK, "10.0e6", "12.5e6"));
+    EXPECT_EQ(bsdlGetTckFrequency(german), 12.5e6);
+    const std::string text = written(german);
+    std::setlocale(LC_ALL, "C");
+    unsetenv("LOCPATH");
+    EXPECT_NE(text.find("TEST_FREQUENCY      : 0 1.25e+07 1.25e+07\n"), std::string::npos);
+}
+
+// Another user's file, in a folder where no file may be created or none of another's be replaced.
+TEST_F(Output, AFileThatCannotBeReplacedIsWrittenDirectly)
+{
+    if (geteuid() != 0)
+        GTEST_SKIP() << "only the superuser may act for another user";
+    const std::string path = reading.folder() + "/x.dsh";
+    for (const mode_t folder : {0555U, 01777U}) {
+        write_text(path, std::string(1000000, 'x'));
+        chmod(path.c_str(), 0666);
+        chmod(reading.folder().c_str(), folder);
+        struct stat before;
+        struct stat after;
+        EXPECT_EQ(stat(path.c_str(), &before), 0);
+        EXPECT_EQ(bsdlSetEbstFile(reading, path.c_str()), 0);
+        EXPECT_EQ(seteuid(65534), 0);
+        EXPECT_EQ(bsdlCreateEbst(reading), 0);
+        EXPECT_EQ(seteuid(0), 0);
+        EXPECT_EQ(stat(path.c_str(), &after), 0);
+        EXPECT_EQ(after.st_ino, before.st_ino) << std::oct << folder;
+        EXPECT_TRUE(read_text(path).ends_with("END EBST\n"));
+    }
 }
 
 TEST_F(Output, ReplacesAFileAndKeepsItsPermissions)

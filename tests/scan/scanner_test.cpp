@@ -233,7 +233,7 @@ TEST(Scanner, Fatal)
         const char *fatal;
     } CASES[] = {
         {"control character", "A \x08", "non printable"},
-        {"control-Z ahead of the end", "\x1A", "non printable"},
+        {"control-Z ahead of more", "\x1A A", "non printable"},
         {"longest name", std::string(16383, 'A'), nullptr},
         {"name too long", std::string(16384, 'A'), "token too large, exceeds YYLMAX"},
         {"longest string", "\"" + std::string(16381, 'a') + "\"", nullptr},
