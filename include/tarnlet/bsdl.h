@@ -1118,7 +1118,8 @@ TARNLET_API PortId *bsdlGetNextComplPort(Bsdl *h);
  * @return The number; -1 without COMPLIANCE_PATTERNS. No check is needed. */
 TARNLET_API int32_t bsdlGetNbrOfComplPatterns(Bsdl *h);
 
-/** First compliance pattern, one character of "01X" for each compliance port in order.
+/** First compliance pattern, one character of "01X" for each compliance port in order; X may be a
+ * small letter.
  * @return The pattern; NULL without COMPLIANCE_PATTERNS. */
 TARNLET_API const char *bsdlGetFirstComplPattern(Bsdl *h);
 
@@ -1131,10 +1132,10 @@ TARNLET_API const char *bsdlGetNextComplPattern(Bsdl *h);
 /**
  * @defgroup instructions Instructions and registers
  *
- * Patterns are strings of the characters "01X", most significant bit first. Opcodes before
- * bsdl_check_instr_reg() and the patterns of INSTRUCTION_CAPTURE, IDCODE_REGISTER and
- * USERCODE_REGISTER are as written, where X may be a small letter. Instruction and register names
- * are in upper case. The list of instructions may grow and change its order in
+ * Patterns are strings of the characters "01X", most significant bit first. Opcodes are in upper
+ * case after bsdl_check_instr_reg(). Before it, and in the patterns of all other statements, an X
+ * is as written and may be a small letter; only a pattern that is a lone X is always "X".
+ * Instruction and register names are in upper case. The list of instructions may grow and change its order in
  * bsdl_check_instr_reg(); registers are linked by bsdl_check_reg_access().
  * @{
  */
