@@ -15,7 +15,7 @@ import shutil
 import subprocess
 import sys
 import tempfile
-import time
+from concurrent.futures import ProcessPoolExecutor
 
 DESCRIPTION = pathlib.Path(__file__).resolve().parents[2] / "examples/demo.bsd"
 # What is typed, and what has to run. ~ is the tab key.
@@ -39,7 +39,7 @@ def shells(share, scratch):
         "zsh": (["zsh", "-f", "-i"],
                 ("" if installed else f"fpath=({share}/zsh/site-functions $fpath); ") +
                 f"autoload -Uz compinit; compinit -u -d {scratch}/zcompdump"),
-        "fish": (["fish", "--no-config", "-i"],
+        "fish": (["fish", "-i"],
                  "true" if installed else
                  f"set -p fish_complete_path {share}/fish/vendor_completions.d"),
     }
@@ -75,6 +75,9 @@ class Terminal:
 
 
 def try_shell(name, command, setting, scratch):
+    if not shutil.which(name):
+        print(f"{name} is not there")
+        return 0
     terminal = Terminal(command, scratch)
     terminal.quiet(2)
     terminal.type(setting + "\n")
@@ -97,17 +100,11 @@ def try_shell(name, command, setting, scratch):
 
 
 def main(share=None):
-    wrong = 0
-    with tempfile.TemporaryDirectory() as folder:
+    with tempfile.TemporaryDirectory() as folder, ProcessPoolExecutor() as pool:
         scratch = pathlib.Path(folder)
-        for name, (command, setting) in shells(share, scratch).items():
-            if shutil.which(name):
-                begin = time.monotonic()
-                wrong |= try_shell(name, command, setting, scratch)
-                print(f"{name}: tried in {time.monotonic() - begin:.0f} s")
-            else:
-                print(f"{name} is not there")
-    return wrong
+        tries = [pool.submit(try_shell, name, command, setting, scratch)
+                 for name, (command, setting) in shells(share, scratch).items()]
+        return max(each.result() for each in tries)
 
 
 if __name__ == "__main__":

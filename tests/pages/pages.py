@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Holds the pages to what they say: runs the commands printed in them, follows their links.
 
-usage: pages.py [--slow] SOURCE_FOLDER BUILD_FOLDER
+usage: pages.py [--slow] SOURCE_FOLDER BUILD_FOLDER [PAGE...]
 
 Commands stand in blocks marked ```sh. They run in a copy of the sources, with the tool of the build
 folder at build/release, and have to end with status 0, or with what a comment behind them says:
@@ -139,7 +139,8 @@ def put_files(work, root):
 
 def main(arguments):
     slow = arguments[0] == "--slow"
-    root, build = (pathlib.Path(name).resolve() for name in arguments[slow:])
+    root, build = (pathlib.Path(name).resolve() for name in arguments[slow:slow + 2])
+    pages = arguments[slow + 2:] or PAGES
     faults = []
     with tempfile.TemporaryDirectory() as folder:
         work = pathlib.Path(folder, "tarnlet")
@@ -158,7 +159,7 @@ def main(arguments):
             LD_LIBRARY_PATH=f"{installed}/lib", LC_ALL="C.UTF-8")
         if slow:
             check_picture(root, build, faults.append)
-        for pattern in PAGES:
+        for pattern in pages:
             for path in sorted(set(root.glob(pattern)) - {root / "docs/rules.md"}):
                 page, text = path.relative_to(root), path.read_text()
                 check_links(page, root, text, faults.append)
