@@ -1,4 +1,5 @@
-# Debian packages: `cpack -G DEB` in a release build gives libtarnlet1, libtarnlet-dev and tarnlet.
+# Debian packages: `cpack -G DEB` in a release build gives libtarnlet1, libtarnlet-dev and tarnlet, and
+# with TARNLET_PYTHON python3-tarnlet.
 set(CPACK_PACKAGE_NAME tarnlet)
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY ${PROJECT_DESCRIPTION})
@@ -42,7 +43,21 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_TOOL_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
 
-foreach(component runtime development tool)
+if(TARGET tarnlet_python)
+    list(APPEND CPACK_COMPONENTS_ALL python)
+    set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-tarnlet)
+    set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
+    # The module is made for one release of the interpreter.
+    set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS "${CPACK_DEBIAN_RUNTIME_PACKAGE_NAME} \
+(${tarnlet_same_version}), python3 (>= 3.11), python3 (<< 3.12)")
+    set(CPACK_DEBIAN_PYTHON_PACKAGE_SHLIBDEPS ON)
+    set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA
+        ${PROJECT_SOURCE_DIR}/bindings/python/debian/postinst
+        ${PROJECT_SOURCE_DIR}/bindings/python/debian/prerm)
+    set(CPACK_COMPONENT_PYTHON_DESCRIPTION "Python package that reads and checks BSDL descriptions")
+endif()
+
+foreach(component IN LISTS CPACK_COMPONENTS_ALL)
     string(TOUPPER ${component} upper)
     install(FILES ${PROJECT_SOURCE_DIR}/cmake/debian/copyright
         DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/${CPACK_DEBIAN_${upper}_PACKAGE_NAME}

@@ -15,6 +15,10 @@ from setuptools.command.build_ext import build_ext
 
 SOURCE = Path(__file__).resolve().parents[2]
 
+# Below the build folder of the project, as all that is built.
+PRODUCTS = SOURCE / "build" / "wheel"
+PRODUCTS.mkdir(parents=True, exist_ok=True)
+
 # What the library links and a system may lack.
 LIBRARIES = ("libglib-2.0.so.0", "libpcre2-8.so.0")
 
@@ -32,25 +36,20 @@ def linked_files(module: Path) -> dict[str, Path]:
 
 def licence_of(library: Path) -> Path:
     """The licence of a library, as its Debian package installs it."""
-    owner = (
-        subprocess.run(
-            ["dpkg", "-S", library.resolve()], capture_output=True, text=True, check=False
-        ).stdout
-        or subprocess.run(  # asked for by the name without the link /lib -> /usr/lib
-            ["dpkg", "-S", str(library.resolve()).removeprefix("/usr")],
-            check=True,
-            capture_output=True,
-            text=True,
-        ).stdout
-    )
-    return Path("/usr/share/doc", owner.split(":")[0], "copyright")
+    # The package may know the file by the name that it had before /lib became a link.
+    for name in (str(library.resolve()), str(library.resolve()).removeprefix("/usr")):
+        command = ["dpkg-query", "-S", name]
+        found = subprocess.run(command, capture_output=True, text=True, check=False)
+        if found.returncode == 0:
+            return Path("/usr/share/doc", found.stdout.split(":")[0], "copyright")
+    raise FileNotFoundError(f"no licence of {library}, which no Debian package brings")
 
 
 class CMakeBuild(build_ext):
     """The one extension is a target of the project."""
 
     def run(self) -> None:
-        build = Path(os.environ.get("TARNLET_BUILD") or Path(self.build_temp) / "cmake").resolve()
+        build = Path(os.environ.get("TARNLET_BUILD") or PRODUCTS).resolve()
         package = Path(self.build_lib).resolve() / "tarnlet"
         layout = {
             "CMAKE_BUILD_TYPE": "Release",
@@ -64,6 +63,7 @@ class CMakeBuild(build_ext):
         options = [f"-D{name}={value}" for name, value in layout.items()]
         run("cmake", "-S", SOURCE, "-B", build, "-G", "Ninja", *options)
         run("cmake", "--build", build, "--target", "tarnlet_python")
+        shutil.rmtree(package, ignore_errors=True)
         for component in ("runtime", "python"):
             run("cmake", "--install", build, "--prefix", package.parent, "--component", component)
         self.carry_libraries(package / "lib", package / "licences")
@@ -74,12 +74,13 @@ class CMakeBuild(build_ext):
         real = library.resolve()
         library.unlink()
         real.rename(library)
-        licences.mkdir(exist_ok=True)
+        shutil.rmtree(folder.parent / "share" / "doc")
+        licences.mkdir()
         shutil.copy(SOURCE / "LICENSE", licences / "tarnlet")
         found = linked_files(library)
         for name in LIBRARIES:
             shutil.copy(found[name], folder / name)
-            shutil.copy(licence_of(found[name]), licences / name.split(".")[0])
+            shutil.copy(licence_of(found[name]), licences / name.split(".so")[0])
         for name in (library.name, *LIBRARIES):
             run("patchelf", "--set-rpath", "$ORIGIN", folder / name)
 
@@ -93,4 +94,5 @@ setup(
     # Named, so that the wheel is made for this interpreter and this system.
     ext_modules=[Extension("tarnlet._native", sources=[])],
     cmdclass={"build_ext": CMakeBuild},
+    options={"build": {"build_base": str(PRODUCTS)}, "egg_info": {"egg_base": str(PRODUCTS)}},
 )
