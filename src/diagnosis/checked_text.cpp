@@ -74,8 +74,12 @@ CheckedText check_text(std::string_view text, const ReadingOptions &options)
     result.bsdl.reset(readBsdlText(text.data(), text.size(), options.file_name.c_str(),
                                    options.package, dirs.data(), options.flags, &context,
                                    options.packages.data(), options.packages.size()));
-    if (result.bsdl)
+    if (result.bsdl) {
         run_checks(result);
+        // Queries may run a check again, when the collector is gone.
+        static BsdlContext nobody = {nullptr, nullptr, 0};
+        result.bsdl->context = &nobody;
+    }
     if (collector.out_of_memory)
         throw std::bad_alloc();
     result.messages = std::move(collector.messages);

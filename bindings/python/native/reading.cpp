@@ -49,9 +49,6 @@ class Interrupt
 
 } // namespace
 
-// The library reads and checks one text at a time.
-static std::mutex library;
-
 static const char *package_of(const ReadOptions &options)
 {
     return options.package ? options.package->c_str() : nullptr;
@@ -94,7 +91,6 @@ py::object read_idcodes(const py::bytes &text, const std::string &name)
     {
         const std::string_view bytes = text;
         const py::gil_scoped_release released;
-        const std::lock_guard<std::mutex> lock(library);
         handle = read_text(bytes, name, {}, BSDL_FLAG_FAST_READ);
     }
     return find_part("idcodes")(handle.get());
@@ -119,7 +115,6 @@ void Reading::write_ebst(const std::string &path)
     std::string failure;
     {
         const py::gil_scoped_release released;
-        const std::lock_guard<std::mutex> lock(library);
         const Handle handle = read_text(text, name, options, flags_of(options));
         failure = handle ? ebst_failure(handle.get(), path) : "there is no description";
     }
@@ -179,7 +174,6 @@ Reading::Reading(const py::bytes &text, std::string file_name, ReadOptions given
         how.flags = flags_of(options);
         how.cancelled = Interrupt::asked;
         how.cancel_data = &interrupt;
-        const std::lock_guard<std::mutex> lock(library);
         diagnosis.reset(bsdlDiagnose(bytes.data(), bytes.size(), name.c_str(), &how));
     }
     if (PyErr_Occurred())

@@ -4,6 +4,7 @@ import gc
 import os
 import subprocess
 import sys
+from concurrent.futures import ThreadPoolExecutor
 
 import pytest
 import tarnlet
@@ -105,6 +106,13 @@ def test_a_boundary_register_with_gaps():
     assert [cell.number for cell in device.cells[::-1]][:2] == [2147483647, 24]
     with pytest.raises(IndexError):
         device.cells[25]
+
+
+def test_a_data_file_that_fails_is_asked_like_any_other():
+    text = (ROOT / "examples" / "two_taps.prg").read_text().replace("PROC_", "PROX_")
+    device = tarnlet.read_text(text)
+    with ThreadPoolExecutor(1) as other_thread:
+        assert not device.ok and other_thread.submit(lambda: device.prg.programs).result()
 
 
 def test_closed_device(demo):
