@@ -46,7 +46,6 @@ struct AioPort {
 
 struct AioPinInfo {
     GSList *ports;
-    void *reserved;
     AioTimeConstants *time_constants;
     int32_t line;
 };

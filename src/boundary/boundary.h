@@ -35,7 +35,6 @@ struct CellEntry {
 };
 
 struct BoundaryRegister {
-    GSList *boundary_cells; // names; kept, but nothing asks for them
     uint32_t boundary_length;
     GSList *cell_table; // CellEntry, in file order
     uint32_t cell_cursor;
@@ -51,7 +50,7 @@ void boundary_length_passed(Bsdl *bsdl);
 void boundary_register_passed(Bsdl *bsdl, GSList *table);
 void boundary_register_skipped(Bsdl *bsdl);
 // The lines are those of BOUNDARY_LENGTH and BOUNDARY_REGISTER.
-void boundary_register_made(Bsdl *bsdl, List names, int32_t length, List table, int32_t length_line,
+void boundary_register_made(Bsdl *bsdl, int32_t length, List table, int32_t length_line,
                             int32_t line);
 
 // A cell entry begins with its specification; number and disable specification come later.

@@ -9,7 +9,7 @@
 
 // --------------------------------------------------------------- the boundary register
 
-%type <list> boundary_cells_stmt cell_list boundary_register_stmt cell_table;
+%type <list> boundary_register_stmt cell_table;
 %type <cell_entry> cell_entry cell_info cell_spec;
 %type <disable_spec> disable_spec;
 %type <string> cell_name;
@@ -19,24 +19,24 @@
 
 boundary_scan_register_description:
   boundary_cells_stmt boundary_length_stmt boundary_register_stmt
-    { boundary_register_made(bsdl, $1, $2, $3, @2, @3); }
+    { boundary_register_made(bsdl, $2, $3, @2, @3); }
 ;
 
 // A statement that ends at its colon stands for one without a value.
 boundary_cells_stmt:
   %empty
-    { $$ = {}; boundary_cells_absent(bsdl); }
+    { boundary_cells_absent(bsdl); }
 | ATTRIBUTE_BOUNDARY_CELLS OF component_name ':'
-    { $$ = {}; boundary_cells_passed(bsdl); }
+    { boundary_cells_passed(bsdl); }
 | ATTRIBUTE_BOUNDARY_CELLS OF component_name ':' ENTITY IS quoted_string ';' rescan cell_list
-    { $$ = $cell_list; boundary_cells_passed(bsdl); }
+    { boundary_cells_passed(bsdl); }
 | ATTRIBUTE_BOUNDARY_CELLS OF component_name ':' ENTITY IS error ';'
-    { $$ = {}; boundary_cells_skipped(bsdl); }
+    { boundary_cells_skipped(bsdl); }
 ;
 
 cell_list:
-  cell_name               { $$ = model_list(bsdl, $1); }
-| cell_list ',' cell_name { $$ = model_append(bsdl, $1, $3); }
+  cell_name
+| cell_list ',' cell_name
 ;
 
 boundary_length_stmt:

@@ -97,11 +97,10 @@ void boundary_register_skipped(Bsdl *bsdl)
     statement_skipped(bsdl, "Skipping boundary_register due to errors");
 }
 
-void boundary_register_made(Bsdl *bsdl, List names, int32_t length, List table, int32_t length_line,
+void boundary_register_made(Bsdl *bsdl, int32_t length, List table, int32_t length_line,
                             int32_t line)
 {
     auto *record = model_new<BoundaryRegister>(bsdl);
-    record->boundary_cells = names.head;
     record->boundary_length = static_cast<uint32_t>(length);
     record->cell_table = table.head;
     record->length_line = length_line;

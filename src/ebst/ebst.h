@@ -36,8 +36,6 @@ struct EbstChainEntry {
 struct Ebst {
     const char *component_name;
     const char *ebst_file_name; // when the data were made; the file goes by the handle's name
-    void *reserved;
-    int32_t reserved_number;
     int32_t boundary_length;
     GSList *pins; // EbstPin
     uint32_t pin_cursor;

@@ -93,11 +93,8 @@ struct Bsdl {
     const char *default_package;
     const char *ebst_file_name;
     uint32_t standards; // bits of BSDL_STANDARD_BIT_*
-    uint32_t option_bit0;
     int32_t strict;
-    int32_t fast_read; // 2 once the parser skips quoted strings
-    uint32_t option_bit2;
-    uint32_t option_bits456;
+    int32_t fast_read;         // 2 once the parser skips quoted strings
     uint64_t standards_filter; // bits of `standards` that the scanner ignores
     int32_t scan_mode;         // ScanMode
     int32_t error_count;

@@ -70,9 +70,6 @@ static Bsdl *new_handle(const char *file_name, const char *package, const GSList
     }
     if (!(flags & BSDL_FLAG_NO_PACKAGE_DIRS))
         bsdl->package_dirs = copy_package_dirs(bsdl, package_dirs);
-    bsdl->option_bit0 = flags & BSDL_FLAG_BIT0;
-    bsdl->option_bit2 = (flags & BSDL_FLAG_BIT2) != 0;
-    bsdl->option_bits456 = flags & BSDL_FLAG_BITS4_6;
     bsdl->strict = (flags & BSDL_FLAG_STRICT) != 0;
     bsdl->fast_read = (flags & BSDL_FLAG_FAST_READ) != 0;
     bsdl->context = context;

@@ -8,7 +8,6 @@
 // One name of a use statement.
 struct PackageSpec {
     const char *name; // as written
-    int32_t used;
     int32_t line;
 };
 
@@ -19,7 +18,6 @@ struct UserPackage {
     const char *file_name;      // under which the package was sought
     const char *file_path;      // which the search found
     int32_t standard_file;      // bit of the standard that the package belongs to, 0 for others
-    GSList *ext_decs;           // names
     GSList *deferred_constants; // DeferredConstant
     GSList *body_cells;         // CellDesc
     int32_t line;
@@ -104,8 +102,8 @@ void package_header_begun(Bsdl *bsdl, const PackageName *name);
 bool package_header_ends(Bsdl *bsdl, const PackageName *name, const PackageName *end_name);
 UserPackage *package_body_read(Bsdl *bsdl, const PackageName *name, const PackageName *end_name,
                                int32_t standard, List cells, int32_t line);
-bool package_read(Bsdl *bsdl, const PackageName *name, int32_t standard, List ext_decs,
-                  List deferred_constants, UserPackage *body);
+bool package_read(Bsdl *bsdl, const PackageName *name, int32_t standard, List deferred_constants,
+                  UserPackage *body);
 DeferredConstant *deferred_constant(Bsdl *bsdl, const char *name, int32_t line);
 int32_t capture_keeper(Bsdl *bsdl);
 int32_t capture_runbist(Bsdl *bsdl);

@@ -78,9 +78,8 @@ user_package_or_not:
 
 %type <package_name> pack_name;
 %type <integer> pack_std_use std_pack_package_id cell_context capt_instr data_source;
-%type <list> opt_ext_dec_list ext_dec_list opt_def_const_list def_const_list
+%type <list> opt_def_const_list def_const_list
              opt_cell_desc_const_list cell_desc_const_list capt_desc_list;
-%type <string> ext_dec;
 %type <deferred_constant> def_const;
 %type <user_package> package_body;
 %type <cell_desc> cell_desc_const;
@@ -89,11 +88,11 @@ user_package_or_not:
 user_package:
   PACKAGE pack_name[name] IS
     { package_header_begun(bsdl, $name); }
-  pack_std_use[standard] opt_ext_dec_list[ext_decs] opt_def_const_list[constants]
+  pack_std_use[standard] opt_ext_dec_list opt_def_const_list[constants]
   END mode_none pack_name[end] ';'
     { if (!package_header_ends(bsdl, $name, $end)) RECOVER; }
   package_body[body]
-    { if (!package_read(bsdl, $name, $standard, $ext_decs, $constants, $body)) RECOVER; }
+    { if (!package_read(bsdl, $name, $standard, $constants, $body)) RECOVER; }
 ;
 
 pack_name:
@@ -116,18 +115,18 @@ std_pack_package_id:
 ;
 
 opt_ext_dec_list:
-  %empty { $$ = {}; }
+  %empty
 | ext_dec_list
 ;
 
 ext_dec_list:
-  ext_dec              { $$ = model_list(bsdl, $1); }
-| ext_dec_list ext_dec { $$ = model_append(bsdl, $1, $2); }
+  ext_dec
+| ext_dec_list ext_dec
 ;
 
 ext_dec:
   ATTRIBUTE identifier ':' BSDL_EXTENSION ';'
-    { $$ = $2; extension_declared_in_package(bsdl, $2); }
+    { extension_declared_in_package(bsdl, $2); }
 ;
 
 opt_def_const_list:

@@ -76,8 +76,8 @@ static void package_issue_compared(Bsdl *bsdl, uint32_t header, uint32_t body)
                   issue_text(header ? header : body), issue_text(in_force));
 }
 
-bool package_read(Bsdl *bsdl, const PackageName *name, int32_t standard, List ext_decs,
-                  List deferred_constants, UserPackage *body)
+bool package_read(Bsdl *bsdl, const PackageName *name, int32_t standard, List deferred_constants,
+                  UserPackage *body)
 {
     BsdlData *data = bsdl->data;
     if (!same_name(name->text, body->name))
@@ -90,7 +90,6 @@ bool package_read(Bsdl *bsdl, const PackageName *name, int32_t standard, List ex
     package_issue_compared(bsdl, static_cast<uint32_t>(standard),
                            static_cast<uint32_t>(body->standard));
 
-    body->ext_decs = ext_decs.head;
     body->deferred_constants = deferred_constants.head;
     body->file_path = data->package_file;
     body->standard_file = name->standard_bit;

@@ -7,7 +7,7 @@
 void use_package(Bsdl *bsdl, const char *name, int32_t line)
 {
     BsdlData *data = bsdl->data;
-    auto *spec = model_new<PackageSpec>(bsdl, {.name = name, .used = 0, .line = line});
+    auto *spec = model_new<PackageSpec>(bsdl, {.name = name, .line = line});
     model_append_to(bsdl, &data->package_specs, &data->package_specs_tail, spec);
     parse_message(bsdl, BSDL_LEVEL_INFO, 2, nullptr, "\tUser package: '%s'", name);
     read_package(bsdl, name, name);

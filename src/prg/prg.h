@@ -40,20 +40,14 @@ struct PrgData {
     uint32_t tap_cursor;
     GSList *program_references; // PrgProgramSpec of PrgProgram
     uint32_t prog_part_cursor;
-    GSList *isc_components;   // PrgPart, in file order
-    GSList *other_components; // a second place for part types; no statement fills it
+    GSList *isc_components; // PrgPart, in file order
     PrgPart *selected_isc_component;
-    void *selected_other_component;
-    GSList *component_names;    // PrgComponentSetting: the first of each part name
     const char *component_name; // of the family that is being read; NULL until it names its part
 
-    List component_name_list; // component_names with its end
-    List isc_component_list;  // isc_components with its end
-    uint8_t *named;           // by fold number: the name stands in component_names
-    uint32_t named_capacity;
-    PrgTable channel_table; // by channel_id
-    PrgTable program_table; // by part name
-    PrgTable type_table;    // isc_components by part name
+    List isc_component_list; // isc_components with its end
+    PrgTable channel_table;  // by channel_id
+    PrgTable program_table;  // by part name
+    PrgTable type_table;     // isc_components by part name
 };
 
 // The files of one program; NULL for one that is not given.

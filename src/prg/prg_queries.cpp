@@ -183,7 +183,6 @@ static PrgProgramSpec *select_program(Bsdl *h)
 {
     PrgData *prg = h->prg;
     prg->selected_isc_component = nullptr;
-    prg->selected_other_component = nullptr;
     PrgProgramSpec *program = bsdlPrgCurrProgPart(h);
     if (!program)
         return nullptr;

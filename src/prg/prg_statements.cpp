@@ -49,26 +49,6 @@ const char *register_values_join(Bsdl *bsdl, List patterns)
     return joined;
 }
 
-// Whether no setting had the name before.
-static bool is_new_part(Bsdl *bsdl, const char *part_name)
-{
-    PrgData *prg = bsdl->prg;
-    uint32_t fold = name_fold(part_name);
-    if (fold >= prg->named_capacity) {
-        uint32_t capacity = fold < 64 ? 128 : 2 * fold;
-        auto *named = arena_array<uint8_t>(&bsdl->arena, capacity);
-        if (!named)
-            return false;
-        if (prg->named_capacity)
-            std::memcpy(named, prg->named, prg->named_capacity);
-        prg->named = named;
-        prg->named_capacity = capacity;
-    }
-    bool is_new = !prg->named[fold];
-    prg->named[fold] = 1;
-    return is_new;
-}
-
 PrgComponentSetting *component_setting_new(Bsdl *bsdl, const char *part_name,
                                            const char *instruction_name, const char *values)
 {
@@ -76,11 +56,6 @@ PrgComponentSetting *component_setting_new(Bsdl *bsdl, const char *part_name,
     setting->part_name = part_name;
     setting->instruction_name = instruction_name;
     setting->register_values = values;
-    PrgData *prg = bsdl->prg;
-    if (is_new_part(bsdl, part_name)) {
-        prg->component_name_list = model_append(bsdl, prg->component_name_list, setting);
-        prg->component_names = prg->component_name_list.head;
-    }
     return setting;
 }
 

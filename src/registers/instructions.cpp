@@ -50,9 +50,8 @@ void instruction_capture_skipped(Bsdl *bsdl)
     statement_skipped(bsdl, "Skipping instruction_capture due to errors");
 }
 
-void instruction_disable_passed(Bsdl *bsdl, const char *name)
+void instruction_disable_passed(Bsdl *bsdl)
 {
-    bsdl->data->instruction_register->disable_instruction = name;
     statement_passed(bsdl, "\tInstruction disable statement passed");
 }
 
@@ -66,9 +65,8 @@ void instruction_disable_absent(Bsdl *bsdl)
     statement_absent(bsdl, "\tNo instruction disable statement");
 }
 
-void instruction_guard_passed(Bsdl *bsdl, const char *name)
+void instruction_guard_passed(Bsdl *bsdl)
 {
-    bsdl->data->instruction_register->guard_instruction = name;
     statement_passed(bsdl, "\tInstruction guard statement passed");
 }
 

@@ -47,8 +47,6 @@ struct InstructionRegister {
     uint32_t instruction_iterator;
     GSList *capture_patterns; // texts
     uint32_t capture_iterator;
-    const char *disable_instruction;
-    const char *guard_instruction;
     GSList *private_instructions; // names in capitals
     int32_t length_line;
     int32_t capture_line;
@@ -96,10 +94,10 @@ void instruction_opcode_passed(Bsdl *bsdl, List table);
 void instruction_opcode_skipped(Bsdl *bsdl);
 void instruction_capture_passed(Bsdl *bsdl, List patterns, int32_t line);
 void instruction_capture_skipped(Bsdl *bsdl);
-void instruction_disable_passed(Bsdl *bsdl, const char *name);
+void instruction_disable_passed(Bsdl *bsdl);
 void instruction_disable_skipped(Bsdl *bsdl);
 void instruction_disable_absent(Bsdl *bsdl);
-void instruction_guard_passed(Bsdl *bsdl, const char *name);
+void instruction_guard_passed(Bsdl *bsdl);
 void instruction_guard_skipped(Bsdl *bsdl);
 void instruction_guard_absent(Bsdl *bsdl);
 void instruction_private_passed(Bsdl *bsdl, List names);

@@ -68,8 +68,8 @@ instr_disable_stmt:
   %empty
     { instruction_disable_absent(bsdl); }
 | ATTRIBUTE_INSTRUCTION_DISABLE OF component_name ':' ENTITY IS quoted_string ';' rescan
-  instruction_name[name]
-    { instruction_disable_passed(bsdl, $name); }
+  instruction_name
+    { instruction_disable_passed(bsdl); }
 | ATTRIBUTE_INSTRUCTION_DISABLE OF component_name ':' ENTITY IS error ';'
     { instruction_disable_skipped(bsdl); }
 ;
@@ -78,8 +78,8 @@ instr_guard_stmt:
   %empty
     { instruction_guard_absent(bsdl); }
 | ATTRIBUTE_INSTRUCTION_GUARD OF component_name ':' ENTITY IS quoted_string ';' rescan
-  instruction_name[name]
-    { instruction_guard_passed(bsdl, $name); }
+  instruction_name
+    { instruction_guard_passed(bsdl); }
 | ATTRIBUTE_INSTRUCTION_GUARD OF component_name ':' ENTITY IS error ';'
     { instruction_guard_skipped(bsdl); }
 ;

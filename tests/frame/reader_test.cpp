@@ -272,33 +272,15 @@ TEST_F(Reader, ArgumentsAreCopied)
     bsdlRelease(bsdl);
 }
 
-TEST_F(Reader, Flags)
+// With this flag there need not be a list, and all others that have no effect may stand beside it.
+TEST_F(Reader, PackageDirsThatAreNoList)
 {
-    const struct {
-        uint32_t flags;
-        uint32_t bit0;
-        uint32_t bit2;
-        uint32_t bits456;
-        int32_t strict;
-        int32_t fast_read; // 2 once strings are skipped
-    } cases[] = {
-        {0, 0, 0, 0, 0, 0},        {1U << 0, 1, 0, 0, 0, 0},  {1U << 2, 0, 1, 0, 0, 0},
-        {1U << 3, 0, 0, 0, 1, 0},  {0x50, 0, 0, 0x50, 0, 0},  {0x70, 0, 0, 0x70, 0, 0},
-        {1U << 15, 0, 0, 0, 0, 2}, {1U << 14, 0, 0, 0, 0, 0}, {0xFFFF3F82, 0, 0, 0, 0, 0},
-    };
     const std::string path = file(Description().text());
-    for (const auto &row : cases) {
-        SCOPED_TRACE(row.flags);
+    auto *dirs = reinterpret_cast<GSList *>(uintptr_t{1});
+    for (uint32_t flags : {1U << 14, 0xFFFFFFFF}) {
         Host host;
-        // With bit 14 this is no list and is not looked at.
-        auto *dirs = reinterpret_cast<GSList *>(uintptr_t{row.flags & (1U << 14) ? 1U : 0U});
-        Bsdl *bsdl = host.read(path.c_str(), row.flags, dirs);
-        ASSERT_NE(bsdl, nullptr);
-        EXPECT_EQ(bsdl->option_bit0, row.bit0);
-        EXPECT_EQ(bsdl->option_bit2, row.bit2);
-        EXPECT_EQ(bsdl->option_bits456, row.bits456);
-        EXPECT_EQ(bsdl->strict, row.strict);
-        EXPECT_EQ(bsdl->fast_read, row.fast_read);
+        Bsdl *bsdl = host.read(path.c_str(), flags, dirs);
+        EXPECT_EQ(bsdlGetNumErrors(bsdl), 0);
         bsdlRelease(bsdl);
     }
 }

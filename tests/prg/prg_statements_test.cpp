@@ -114,20 +114,6 @@ TEST(PrgStatements, TextsThatTheGrammarRefuses)
     }
 }
 
-TEST(PrgStatements, PartsOfTwoChannels)
-{
-    Reading reading(
-        DataFile{.channels = channels("TAP1 U1 BYPASS (0) U2 SAMPLE (1), TAP2 u1 IDCODE (X)")}
-            .text(),
-        options());
-    // Channels keep all settings, the list of parts the first of each name.
-    ASSERT_EQ(bsdlGetNumErrors(reading), 0);
-    const GSList *names = reading.handle()->prg->component_names;
-    ASSERT_EQ(g_slist_length(const_cast<GSList *>(names)), 2U);
-    EXPECT_STREQ(static_cast<PrgComponentSetting *>(names->data)->instruction_name, "BYPASS");
-    EXPECT_STREQ(static_cast<PrgComponentSetting *>(names->next->data)->part_name, "U2");
-}
-
 // A family names its part where the first statement of it does, and all others must agree.
 TEST(PrgStatements, NamesOfFamilies)
 {
