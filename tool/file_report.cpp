@@ -3,18 +3,13 @@
 #include <climits>
 #include <cstdlib>
 #include <dlfcn.h>
-#include <string_view>
 #include <unistd.h>
 #include <utility>
 
 // Tries of a package search are kept until it is known whether the package was found.
 constexpr uint32_t SEARCH_VERBOSITY = 4;
 
-static bool is_try(const Message &message)
-{
-    return message.level == BSDL_LEVEL_INFO && message.rule.empty() &&
-           message.text.starts_with("\tTrying '");
-}
+static bool is_try(const Message &message) { return message.rule == RULE_PACKAGE_FILE_TRIED; }
 
 static uint32_t checks_for(Reading &reading, const ReadOptions &read)
 {

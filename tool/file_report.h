@@ -6,6 +6,9 @@
 #include <string>
 #include <vector>
 
+// A place where the file of a package was looked for.
+constexpr const char *RULE_PACKAGE_FILE_TRIED = "package-file-tried";
+
 // Which checks a file went through.
 enum CheckBit : uint32_t { CHECKED_BSDL = 1, CHECKED_ISC = 2, CHECKED_AIO = 4, CHECKED_PRG = 8 };
 

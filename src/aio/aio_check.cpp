@@ -89,7 +89,8 @@ int32_t bsdl_check_aio(Bsdl *h)
     if (!general_checks_passed(h, &result))
         return result;
     if (check_aio_steps(h) != BSDL_RESULT_OK) {
-        bsdl_msg(BSDL_LEVEL_ERROR, 1, "    BSDL AIO semantic checks failed\n");
+        rule_message(BSDL_LEVEL_ERROR, 1, {.id = nullptr, .sums_up = true},
+                     "    BSDL AIO semantic checks failed\n");
         return BSDL_RESULT_FAILED;
     }
     data->check_passed |= CHECK_PASSED_AIO;

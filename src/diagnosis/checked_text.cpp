@@ -3,6 +3,7 @@
 #include "aio/aio.h"
 #include "diagnosis/unsaid.h"
 #include "frame/model.h"
+#include "frame/reader_state.h"
 #include "isc/isc.h"
 
 #include <new>
@@ -36,6 +37,7 @@ static void collect(void *data, BsdlMessage *message) noexcept
                                        .end_line = 0,
                                        .end_column = 0,
                                        .text = message->text,
+                                       .sums_up = reader_state.message.sums_up,
                                        .searched = {}});
     } catch (const std::bad_alloc &) {
         collector->out_of_memory = true;

@@ -20,6 +20,7 @@ struct Said {
     int32_t end_line;
     int32_t end_column;
     std::string text;
+    bool sums_up = false;              // the verdict on all checks of a family
     std::vector<std::string> searched; // folders, for a package that was not found
 };
 

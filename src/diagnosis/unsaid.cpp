@@ -23,8 +23,7 @@ static void name_failed_checks(CheckedText &checked)
         if (!is_error(said))
             continue;
         const bool verdict = said.rule.empty();
-        const bool of_one_check = verdict && said.text.starts_with('\t');
-        if (verdict && !(of_one_check ? said_in_check : said_in_text))
+        if (verdict && !(said.sums_up ? said_in_text : said_in_check))
             said.rule = "check-failed";
         said_in_check = all_said || !verdict;
         said_in_text = true;
@@ -39,19 +38,18 @@ static void name_failed_checks(CheckedText &checked)
                                     .end_line = 0,
                                     .end_column = 0,
                                     .text = "The check failed",
+                                    .sums_up = false,
                                     .searched = {}});
 }
 
-// The folder of "\tTrying '%s'"; false for another message.
-static bool tried_folder(const Said &said, std::string &folder)
+// The folder of the path that stands in quotes.
+static std::string tried_folder(const std::string &text)
 {
-    constexpr std::string_view BEFORE = "\tTrying '";
-    if (!said.text.starts_with(BEFORE) || !said.text.ends_with('\''))
-        return false;
-    folder = said.text.substr(BEFORE.size(), said.text.size() - BEFORE.size() - 1);
+    const size_t quote = text.find('\'') + 1;
+    std::string folder = text.substr(quote, text.rfind('\'') - quote);
     const size_t slash = folder.find_last_of(PATH_SEPARATOR);
     folder.erase(slash == std::string::npos ? 0 : std::max<size_t>(slash, 1));
-    return true;
+    return folder;
 }
 
 static void name_searched_folders(std::vector<Said> &messages)
@@ -62,8 +60,8 @@ static void name_searched_folders(std::vector<Said> &messages)
             searched.push_back(folder);
     };
     for (Said &said : messages) {
-        if (std::string folder; tried_folder(said, folder)) {
-            add(folder);
+        if (said.rule == "package-file-tried") {
+            add(tried_folder(said.text));
             continue;
         }
         if (said.rule == "package-not-found") {

@@ -13,6 +13,7 @@ struct Rule {
     const char *id = nullptr;
     int32_t line = 0;
     const char *file = nullptr;
+    bool sums_up = false; // the verdict on all checks of a family
 };
 
 // Errors of a check: level 0, verbosity 2. The result to or into the check's own, 100.

@@ -124,7 +124,8 @@ int32_t bsdl_check_isc(Bsdl *h)
         return result;
     // Each failure counts, so the result tells how many there were.
     if (int32_t failures = run_steps(h, OF_DESCRIPTION)) {
-        bsdl_msg(BSDL_LEVEL_ERROR, 1, "    BSDL ISC semantic checks failed");
+        rule_message(BSDL_LEVEL_ERROR, 1, {.id = nullptr, .sums_up = true},
+                     "    BSDL ISC semantic checks failed");
         return failures * BSDL_RESULT_FAILED;
     }
     bsdl_msg(BSDL_LEVEL_INFO, 2, "    BSDL ISC semantic checks passed");

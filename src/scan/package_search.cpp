@@ -49,7 +49,8 @@ static bool try_in(Search *search, std::string_view directory, uint32_t flags = 
     std::memcpy(end, search->name, name_length + 1);
     const bool found = find_to_read(path, search->found);
     if (found || !(flags & SAID_WHEN_FOUND))
-        parse_message(search->bsdl, BSDL_LEVEL_INFO, 4, nullptr, "\tTrying '%s'", path);
+        parse_message(search->bsdl, BSDL_LEVEL_INFO, 4, "package-file-tried", "\tTrying '%s'",
+                      path);
     memory_return(path);
     return found;
 }

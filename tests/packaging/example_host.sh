@@ -1,7 +1,7 @@
 #!/bin/sh
 # Installs into a folder of its own, moves it, builds the host program of the guide against it as the
 # guide says, by pkg-config and by CMake, runs it, and compares what it prints with what it is known
-# to print.
+# to print: of each table the first rows.
 # With TARNLET_UPDATE=1 in the environment that is written anew.
 set -eu
 source_dir=$1 build_dir=$2 libdir=$3 cc=$4 sanitize=$5
@@ -34,8 +34,9 @@ done | sed "s|$root|ROOT|" > "$work/report_by_cmake"
 [ -s "$work/demo.bsd.dsh" ]
 
 expected=$source_dir/tests/packaging/example_host.txt
-[ "${TARNLET_UPDATE:-}" != 1 ] || cp "$work/report" "$expected"
-diff -u "$expected" "$work/report"
+awk '/^  / { if (++rows > 4) next } !/^  / { rows = 0 } { print }' "$work/report" > "$work/shown"
+[ "${TARNLET_UPDATE:-}" != 1 ] || cp "$work/shown" "$expected"
+diff -u "$expected" "$work/shown"
 cmp "$work/report" "$work/report_by_cmake"
 
 status=0
@@ -50,8 +51,3 @@ status=0
 "$work/device_report" tests/packaging/needs_package.bsd > "$work/out"
 [ ! -x "$build_dir/bin/tarnlet" ] || "$root/bin/tarnlet" check --quiet \
     tests/packaging/needs_package.bsd
-
-# The guide knows every export.
-while read -r name; do
-    grep -qw "$name" docs/guide.md || { echo "docs/guide.md does not mention $name"; exit 1; }
-done < tests/packaging/exports.txt

@@ -1,5 +1,7 @@
 #include "support/description.h"
 
+#include "support/catalogue.h"
+
 #include "frame/reader_state.h"
 
 #include <algorithm>
@@ -189,9 +191,10 @@ void Reading::sink(void *data, BsdlMessage *message)
 {
     const char *rule = bsdlMessageRule();
     const char *file = bsdlMessageFile();
-    static_cast<Reading *>(data)->messages_.push_back({message->level, message->verbosity,
-                                                       message->text, bsdlMessageLine(),
-                                                       rule ? rule : "", file ? file : ""});
+    Messages &messages = static_cast<Reading *>(data)->messages_;
+    messages.push_back({message->level, message->verbosity, message->text, bsdlMessageLine(),
+                        rule ? rule : "", file ? file : ""});
+    expect_in_catalogue(messages.back());
 }
 
 bool Reading::has(const std::string &text) const

@@ -5,7 +5,7 @@
 #include "console.h"
 #include "formats/reporter.h"
 #include "input_files.h"
-#include "rule_table.h"
+#include "tarnlet/diagnosis.h"
 
 #include <CLI/CLI.hpp>
 
@@ -105,7 +105,7 @@ bool CheckRun::set_rules()
             return false;
         }
         const std::string id = rule.substr(0, equals);
-        if (!find_rule(id)) {
+        if (!bsdlFindRule(id.c_str())) {
             complain("--rule: there is no rule '" + escaped(id) + "'; --list-rules names them all");
             return false;
         }

@@ -4,7 +4,7 @@
 
 #include "command.h"
 #include "console.h"
-#include "rule_table.h"
+#include "tarnlet/diagnosis.h"
 
 #include <cstdio>
 #include <nlohmann/json.hpp>
@@ -18,6 +18,30 @@ constexpr size_t COLUMNS = 80;
 constexpr int ID_COLUMNS = 40;
 
 } // namespace
+
+static std::vector<const BsdlRule *> all_rules()
+{
+    std::vector<const BsdlRule *> rules(bsdlRuleCount());
+    for (uint32_t i = 0; i < rules.size(); i++)
+        rules[i] = bsdlRuleAt(i);
+    return rules;
+}
+
+static const char *level_words(int32_t level)
+{
+    switch (level) {
+    case BSDL_RULE_ERROR:
+        return "error";
+    case BSDL_RULE_WARNING:
+        return "warning";
+    case BSDL_RULE_EITHER:
+        return "error or warning";
+    case BSDL_RULE_BY_STRICT:
+        return "warning, error under --strict";
+    default:
+        return "note";
+    }
+}
 
 static std::string folded(std::string_view text, const char *indent)
 {
@@ -40,10 +64,10 @@ static std::string folded(std::string_view text, const char *indent)
 }
 
 // The forms of the message, each through `format`.
-static std::string forms(const RuleEntry &rule, const char *before, const char *behind)
+static std::string forms(const BsdlRule &rule, const char *before, const char *behind)
 {
     std::string result;
-    for (std::string_view text = rule.text; !text.empty();) {
+    for (std::string_view text = rule.forms; !text.empty();) {
         const std::string_view form = text.substr(0, text.find('\n'));
         result += std::string(before) + std::string(form) + behind;
         text.remove_prefix(std::min(text.size(), form.size() + 1));
@@ -53,15 +77,16 @@ static std::string forms(const RuleEntry &rule, const char *before, const char *
 
 static void list_as_markdown()
 {
-    std::printf("# Rules\n\n"
-                "Made by `tarnlet check --list-rules --format markdown` from "
-                "`tool/rule_table.cpp`. The\nidentifiers are stable: pipelines may go by them.\n");
-    for (const RuleEntry *rule = rule_table_begin(); rule != rule_table_end(); rule++) {
-        std::printf("\n## %s\n\n%s", rule->id, level_text(rule->level));
+    std::printf(
+        "# Rules\n\n"
+        "Made by `tarnlet check --list-rules --format markdown` from "
+        "`src/diagnosis/rule_table.cpp`. The\nidentifiers are stable: pipelines may go by them.\n");
+    for (const BsdlRule *rule : all_rules()) {
+        std::printf("\n## %s\n\n%s", rule->id, level_words(rule->level));
         if (rule->clause)
             std::printf("; %s", rule->clause);
         std::printf("\n\n");
-        if (*rule->text)
+        if (*rule->forms)
             std::printf("%s\n", forms(*rule, "    ", "\n").c_str());
         std::printf("%s\n", folded(rule->meaning, "").c_str());
         if (*rule->mend)
@@ -72,11 +97,11 @@ static void list_as_markdown()
 static void list_as_json()
 {
     ordered_json rules = ordered_json::array();
-    for (const RuleEntry *rule = rule_table_begin(); rule != rule_table_end(); rule++)
+    for (const BsdlRule *rule : all_rules())
         rules.push_back({{"id", rule->id},
-                         {"level", level_text(rule->level)},
+                         {"level", level_words(rule->level)},
                          {"clause", rule->clause ? ordered_json(rule->clause) : nullptr},
-                         {"text", rule->text},
+                         {"text", rule->forms},
                          {"meaning", rule->meaning},
                          {"mend", rule->mend}});
     std::printf("%s\n", rules.dump(2).c_str());
@@ -89,24 +114,24 @@ int list_rules(const std::string &format)
     else if (format == "json")
         list_as_json();
     else
-        for (const RuleEntry *rule = rule_table_begin(); rule != rule_table_end(); rule++)
-            std::printf("%-*s %s\n", ID_COLUMNS, rule->id, level_text(rule->level));
+        for (const BsdlRule *rule : all_rules())
+            std::printf("%-*s %s\n", ID_COLUMNS, rule->id, level_words(rule->level));
     return STATUS_CLEAN;
 }
 
 int explain_rule(const std::string &id)
 {
-    const RuleEntry *rule = find_rule(id);
+    const BsdlRule *rule = bsdlFindRule(id.c_str());
     if (!rule) {
         complain("there is no rule '" + escaped(id) + "'; --list-rules names them all");
         return STATUS_UNUSABLE;
     }
-    std::printf("%s: %s\n", rule->id, level_text(rule->level));
-    if (*rule->text)
+    std::printf("%s: %s\n", rule->id, level_words(rule->level));
+    if (*rule->forms)
         std::printf("\nMessage:\n%s", forms(*rule, "  ", "\n").c_str());
     std::printf("\nMeaning:\n%s\n", folded(rule->meaning, "  ").c_str());
     if (*rule->mend)
-        std::printf("\nTo mend:\n%s\n", folded(rule->mend, "  ").c_str());
+        std::printf("\nHow to fix:\n%s\n", folded(rule->mend, "  ").c_str());
     if (rule->clause)
         std::printf("\nSource:\n  %s\n", rule->clause);
     return STATUS_CLEAN;

@@ -1,7 +1,7 @@
 // SARIF 2.1.0, the exchange format of static analysis results: one run.
 
 #include "formats/reporter.h"
-#include "rule_table.h"
+#include "tarnlet/diagnosis.h"
 
 #include <cstdio>
 #include <map>
@@ -31,17 +31,17 @@ static std::string uri_of(std::string_view path)
 static ordered_json described(const std::string &id)
 {
     ordered_json rule = {{"id", id}};
-    if (const RuleEntry *entry = find_rule(id)) {
-        const bool error = entry->level == RuleLevel::ERROR || entry->level == RuleLevel::EITHER;
+    if (const BsdlRule *entry = bsdlFindRule(id.c_str())) {
+        const bool error = entry->level == BSDL_RULE_ERROR || entry->level == BSDL_RULE_EITHER;
         rule["shortDescription"] = {{"text", entry->meaning}};
         if (entry->clause)
             rule["fullDescription"] = {
                 {"text", std::string(entry->meaning) + " (" + entry->clause + ")"}};
         if (*entry->mend)
             rule["help"] = {{"text", entry->mend}};
-        rule["defaultConfiguration"] = {{"level", error                             ? "error"
-                                                  : entry->level == RuleLevel::NOTE ? "note"
-                                                                                    : "warning"}};
+        rule["defaultConfiguration"] = {{"level", error                            ? "error"
+                                                  : entry->level == BSDL_RULE_NOTE ? "note"
+                                                                                   : "warning"}};
     }
     return rule;
 }

@@ -1,20 +1,20 @@
-// What each rule means and how to mend a file that breaks it. The messages stand as the library
-// formats them, several forms one below the other.
+// What each rule means and how to fix a file that breaks it. The messages stand as the library
+// formats them, several forms one below the other. What the walks over merged opcodes and over
+// shared control cells would say is not here: no file comes that far.
 
-#include "rule_table.h"
+#include "tarnlet/diagnosis.h"
 
-#include <algorithm>
 #include <cstring>
 #include <iterator>
 
 namespace
 {
 
-constexpr RuleLevel ERROR = RuleLevel::ERROR;
-constexpr RuleLevel WARNING = RuleLevel::WARNING;
-constexpr RuleLevel EITHER = RuleLevel::EITHER;
-constexpr RuleLevel BY_STRICT = RuleLevel::BY_STRICT;
-constexpr RuleLevel NOTE = RuleLevel::NOTE;
+constexpr int32_t ERROR = BSDL_RULE_ERROR;
+constexpr int32_t WARNING = BSDL_RULE_WARNING;
+constexpr int32_t EITHER = BSDL_RULE_EITHER;
+constexpr int32_t BY_STRICT = BSDL_RULE_BY_STRICT;
+constexpr int32_t NOTE = BSDL_RULE_NOTE;
 
 #define MAIN "IEEE Std 1149.1-2001, clause "
 #define ANNEX MAIN "B."
@@ -23,7 +23,7 @@ constexpr const char *IEEE_1532 = "IEEE Std 1532-2002";
 constexpr const char *IEEE_1149_6 = "IEEE Std 1149.6-2003";
 
 // clang-format off
-constexpr RuleEntry RULES[] = {
+constexpr BsdlRule RULES[] = {
     // Files and packages
     {"no-file", ERROR, nullptr,
      "No files specified",
@@ -53,6 +53,10 @@ constexpr RuleEntry RULES[] = {
      "The file of a package that a use statement names is in none of the folders that were "
      "searched. Unless --fast-read is given, the reading ends here.",
      "Put the package file beside the description, or name its folder with -I."},
+    {"package-file-tried", NOTE, ANNEX "10",
+     "Trying '%s'",
+     "One of the places where the file of a package is looked for.",
+     ""},
     {"package-not-opened", ERROR, nullptr,
      "Cannot open file %s",
      "The file of a package was found but cannot be opened. Unless --fast-read is given, the "
@@ -516,21 +520,6 @@ constexpr RuleEntry RULES[] = {
      "message, because BYPASS and BOUNDARY are added where they are not described "
      "(register-added).",
      "Report the file as a fault of tarnlet."},
-    {"merged-instruction-length", ERROR, ANNEX "8.13",
-     "'%s' register lenght [%i] is different from %s[%i], these instructions cannot share opcodes",
-     "Instructions with the same opcode select registers of different lengths. No file brings "
-     "this message now: equal opcodes are reported by opcode-duplicate and otherwise stay apart.",
-     "Give them different opcodes, or registers of the same length."},
-    {"merged-instruction-without-register", ERROR, ANNEX "8.13",
-     "'%s' has no associated register, this instruction cannot share opcodes with '%s'",
-     "Of the instructions with one opcode, one has no register. No file brings this message now: "
-     "equal opcodes are reported by opcode-duplicate and otherwise stay apart.",
-     "List it under the register of the other one."},
-    {"merged-instruction-unchecked", WARNING, ANNEX "8.13",
-     "Cannot completely check merged instruction %s",
-     "It cannot be told whether the instructions with one opcode fit. No file brings this message "
-     "now: equal opcodes are reported by opcode-duplicate and otherwise stay apart.",
-     "Nothing has to be done if the opcode is meant."},
 
     // Cells of the boundary register
     {"boundary-length-zero", ERROR, ANNEX "8.14",
@@ -639,13 +628,6 @@ constexpr RuleEntry RULES[] = {
      "cell.",
      "Give the control cell the disable value of its drivers as safe bit, or correct the disable "
      "value."},
-    {"control-cell-shared", ERROR, ANNEX "8.14",
-     "cell_number %i with function '%s' does controlled by %i has a different disable_value (%s - "
-     "%s) from cell_number %i with function '%s', also controlled by cell_number %i",
-     "Two drivers of one control cell have different disable results, which the text calls "
-     "disable values. No file brings this message: the rule asks for a description by two issues "
-     "of the standard at once.",
-     "Correct the disable result of one of them."},
     {"control-cell-unused", ERROR, ANNEX "8.14",
      "cell_number %i with function '%s' does not control any cell",
      "No cell names this control cell.",
@@ -1157,7 +1139,7 @@ constexpr RuleEntry RULES[] = {
      "The EBST file could not be written to its end. A file that was there before stays as it was.",
      "Make room on the disk."},
 
-    // The tool
+    // Findings that no message brings
     {"check-failed", ERROR, nullptr,
      "",
      "A check did not pass and gave no rule as its reason, mostly because a statement that it "
@@ -1173,30 +1155,17 @@ constexpr RuleEntry RULES[] = {
 
 } // namespace
 
-const RuleEntry *rule_table_begin() { return std::begin(RULES); }
+uint32_t bsdlRuleCount(void) { return std::size(RULES); }
 
-const RuleEntry *rule_table_end() { return std::end(RULES); }
-
-const RuleEntry *find_rule(std::string_view id)
+const BsdlRule *bsdlRuleAt(uint32_t index)
 {
-    const auto *found = std::find_if(std::begin(RULES), std::end(RULES),
-                                     [&](const RuleEntry &rule) { return id == rule.id; });
-    return found == std::end(RULES) ? nullptr : found;
+    return index < std::size(RULES) ? &RULES[index] : nullptr;
 }
 
-const char *level_text(RuleLevel level)
+const BsdlRule *bsdlFindRule(const char *id)
 {
-    switch (level) {
-    case RuleLevel::ERROR:
-        return "error";
-    case RuleLevel::WARNING:
-        return "warning";
-    case RuleLevel::EITHER:
-        return "error or warning";
-    case RuleLevel::BY_STRICT:
-        return "warning, error under --strict";
-    case RuleLevel::NOTE:
-        break;
-    }
-    return "note";
+    for (const BsdlRule &rule : RULES)
+        if (id && !std::strcmp(id, rule.id))
+            return &rule;
+    return nullptr;
 }
