@@ -143,11 +143,11 @@ constexpr BsdlRule RULES[] = {
      "counts too. The cause may stand just before the word that is named: a comma, an ampersand, "
      "a quotation mark or a closing parenthesis that is missing."},
     {"statement-skipped", ERROR, nullptr,
-     "",
-     "A statement was left out because of the errors that were reported for it. The text names "
-     "it, as in 'Skipping boundary_register due to errors'. Rules that need the statement may "
-     "report more.",
-     "Mend the errors that stand before this message."},
+     "Skipping %s due to errors\n"
+     "skipping %s due to errors",
+     "A statement was left out because of the errors that were reported for it. Rules that need "
+     "the statement may report more.",
+     "Fix the errors that stand before this message."},
     {"illegal-character", BY_STRICT, ANNEX "5",
      "Illegal character '%c' on line %i\n"
      "Ignoring illegal character '%c' on line %i",

@@ -78,23 +78,6 @@ TEST(Standard, Queries)
     }
 }
 
-TEST(Standard, OrderOfBitsThatNoDescriptionCombines)
-{
-    const struct {
-        uint32_t standards;
-        int32_t standard;
-    } cases[] = {
-        {0, 0},       {0x40, 5},           {0x80, 6},      {0xC0, 5},
-        {0x40000, 8}, {0x40 + 0x800, 0},   {0x400 + 1, 7}, {1 + 2 + 4, 1},
-        {2 + 4, 3},   {0x80 + 0x40000, 6},
-    };
-    Bsdl bsdl = {};
-    for (const auto &row : cases) {
-        bsdl.standards = row.standards;
-        EXPECT_EQ(bsdlStandard(&bsdl), row.standard) << std::hex << row.standards;
-    }
-}
-
 // The packages of other standards ask for an issue of this one.
 TEST(Standard, MessagesOfUseStatements)
 {

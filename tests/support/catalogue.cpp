@@ -70,7 +70,9 @@ void expect_in_catalogue(const Message &message)
     const BsdlRule *rule = bsdlFindRule(message.rule.c_str());
     ASSERT_NE(rule, nullptr) << message << ": the catalogue has no rule " << message.rule;
     EXPECT_TRUE(is_reported_at(*rule, message.level)) << message << ": level of " << message.rule;
-    EXPECT_TRUE(has_form(rule->forms, message.text)) << message << ": no form of " << message.rule;
+    const bool is_cut = message.text.size() >= 10000;
+    EXPECT_TRUE(is_cut || has_form(rule->forms, message.text))
+        << message << ": no form of " << message.rule;
 }
 
 } // namespace support
