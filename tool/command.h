@@ -12,7 +12,7 @@ class App;
 enum ExitStatus {
     STATUS_CLEAN = 0,
     STATUS_FINDINGS = 1, // errors in a file
-    STATUS_UNUSABLE = 2  // wrong use, or a file that cannot be read or written
+    STATUS_UNUSABLE = 2  // a usage error, or a file that cannot be read or written
 };
 
 // A line for the shell, and what it does.
@@ -35,8 +35,9 @@ struct Command {
 
 std::span<const Command> all_commands();
 
-constexpr const char *EXIT_STATUS = "0 when all is well, 1 when a file has errors, 2 for wrong use "
-                                    "or for a file that cannot be read or written.";
+constexpr const char *EXIT_STATUS =
+    "0 when all is well, 1 when a file has errors, 2 for a usage error "
+    "or for a file that cannot be read or written.";
 
 std::function<int()> set_up_check(CLI::App &app);
 std::function<int()> set_up_ebst(CLI::App &app);

@@ -18,11 +18,11 @@ namespace
 {
 
 constexpr const char *EXIT_STATUS_OF_QUERIES =
-    "0 when all is well, 1 when a file has syntax errors, 2 for wrong use or for a file that "
+    "0 when all is well, 1 when a file has syntax errors, 2 for a usage error or a file that "
     "cannot be read.";
 constexpr const char *EXIT_STATUS_OF_DIFF = "0 when nothing differs, 1 when something does, 2 for "
-                                            "wrong use or for a file that cannot be read.";
-constexpr const char *EXIT_STATUS_OF_TEXTS = "0 when all is well, 2 for wrong use.";
+                                            "a usage error or a file that cannot be read.";
+constexpr const char *EXIT_STATUS_OF_TEXTS = "0 when all is well, 2 for a usage error.";
 
 constexpr Command COMMANDS[] = {
     {"check",

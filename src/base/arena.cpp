@@ -82,9 +82,8 @@ void *arena_grow(Arena *arena, size_t size)
     if (block) {
         grow_blocks(arena, wanted);
     } else {
-        // A step that uses up the reserve has a path or a name of a caller's that is longer than
-        // any token, or is one of many that a host has gone on with. Writing out of range is no way
-        // on.
+        // The reserve is used up by a path or name of the caller that is longer than any token, or
+        // by a host that went on many times. There is no memory left to write to.
         if (!arena->reserve || arena->reserve->size < room)
             arena_exhausted();
         arena->failed = true;

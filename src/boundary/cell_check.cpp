@@ -456,7 +456,7 @@ static int32_t check_controlled(const CellCheck *check, const CellEntry *cell)
                               "cell_number %i with function '%s' uses cell %i as control_cell but "
                               "this is not a control_cell",
                               cell->cell_number, function_name(cell), cell->disable_spec->ccell);
-    // No description names two issues of the standard, so this rule rests.
+    // No description names two issues of the standard, so this rule never applies.
     if (bsdlIs1994(check->bsdl) && bsdlIs2001(check->bsdl))
         result |= check_shared_control(check, cell);
     return result;

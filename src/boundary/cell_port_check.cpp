@@ -395,8 +395,8 @@ static int32_t check_output_of_buffer_port(CellSearch *search, Bsdl *bsdl, const
 
 static int32_t check_observer_of_buffer_port(CellSearch *search, Bsdl *bsdl, const CellEntry *cell)
 {
-    // A driver behind the head of the table is enough, and so is any other cell of the port in the
-    // last row: both keep the pairs out of it, and with them their warning.
+    // A driver anywhere behind the first row is enough, and so is another cell of the port in the
+    // last row. In both cases the pairs are not looked at, so their warning does not come.
     if (other_cell(search, cells_of_port(search, bsdl, cell).outputs, cell) ||
         other_cell_ends_table(search, cell) ||
         is_observed_output_driven(search, bsdl, cell, PIN_TYPE_BUFFER))

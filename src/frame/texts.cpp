@@ -10,7 +10,7 @@
 namespace
 {
 
-// Longer than any token, so that no name is cut short of where the message itself is.
+// Longer than any token: the message as a whole is cut before a name in it is.
 constexpr size_t PORT_TEXT_SIZE = 16384 + 16;
 constexpr int PORT_TEXTS = 4;
 

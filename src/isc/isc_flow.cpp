@@ -165,7 +165,7 @@ IscDuration *isc_duration_new(Bsdl *bsdl, IscClockCycles *clock_cycles, double t
     return model_new<IscDuration>(bsdl, {.clock_cycles = clock_cycles, .time = seconds_from(time)});
 }
 
-// This and the next say their one word once for each token that recovery drops.
+// This function and the next report once for each token that error recovery drops.
 IscDuration *isc_duration_refused(Bsdl *bsdl)
 {
     parse_message(bsdl, BSDL_LEVEL_ERROR, 1, "isc-duration", "duration_specification");

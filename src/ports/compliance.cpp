@@ -75,7 +75,7 @@ int32_t bsdl_check_compliance(Bsdl *bsdl)
     for (const PortId *port : items<PortId>(record->ports))
         result |= check_compliance_port(bsdl, port, record->line);
 
-    // The values are not looked at: which ones a port may be held at is the device's affair.
+    // The values are not checked: the device decides which ones its ports need.
     const int32_t port_count = bsdlGetNbrOfComplPorts(bsdl);
     for (const char *pattern : items<char>(record->patterns)) {
         auto length = static_cast<int32_t>(std::strlen(pattern));

@@ -9,7 +9,6 @@
 #include <gtest/gtest.h>
 #include <regex>
 #include <set>
-#include <sstream>
 
 using namespace support;
 
