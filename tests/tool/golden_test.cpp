@@ -21,7 +21,6 @@ const GoldenCase cases[] = {
     {"check_example.gcc", "check --format gcc examples/demo_mistakes.bsd", 1},
     {"check_colour.txt", "check --color always --strict tests/tool/mistakes.bsd", 1},
     {"check_verbose_isc.txt", "check --verbose tests/isc/fixed_pins.bsd", 1},
-    {"check_verbose_prg.txt", "check -v 4 examples/two_taps.prg"},
     {"check_results.txt", "check -v 1 examples/aio_2003.bsd"},
     {"explain.txt", "check --explain pin-without-cell"},
     {"info_demo.txt", "info examples/demo.bsd"},
