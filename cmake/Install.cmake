@@ -8,6 +8,8 @@ install(TARGETS tarnlet EXPORT tarnlet-targets
 install(FILES ${tarnlet_packages} DESTINATION ${TARNLET_PACKAGE_DIR} COMPONENT runtime)
 if(TARGET tarnlet_tool)
     install(TARGETS tarnlet_tool DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
+    install(FILES ${PROJECT_SOURCE_DIR}/docs/rules.md
+        DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/tarnlet COMPONENT tool)
 endif()
 
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/tarnlet TYPE INCLUDE COMPONENT development)

@@ -24,6 +24,9 @@ constexpr const char *EXIT_STATUS_OF_DIFF = "0 when nothing differs, 1 when some
                                             "a usage error or a file that cannot be read.";
 constexpr const char *EXIT_STATUS_OF_TEXTS = "0 when all is well, 2 for a usage error.";
 
+constexpr const char *EXIT_STATUS_OF_SERVER =
+    "0 when the client has shut the server down, 1 when it went away, 2 for wrong use.";
+
 constexpr Command COMMANDS[] = {
     {"check",
      "Check descriptions and data files",
@@ -81,6 +84,11 @@ constexpr Command COMMANDS[] = {
      {{"tarnlet list parts/", "List the devices of a folder."},
       {"tarnlet list --fields file,ir-length,opcode:EXTEST parts/",
        "List what a chain of these devices needs."}}},
+    {"lsp",
+     "Serve an editor: findings, fixes, hover, completion (LSP)",
+     EXIT_STATUS_OF_SERVER,
+     set_up_lsp,
+     {{"tarnlet lsp", "What an editor runs; editors/README.md has its settings."}}},
     {"manual",
      "Print a manual page",
      EXIT_STATUS_OF_TEXTS,

@@ -1,0 +1,157 @@
+// A client of the server: what an editor would send, with answers and findings to wait for.
+'use strict';
+const { spawn } = require('node:child_process');
+const rpc = require('vscode-jsonrpc/node');
+const fs = require('node:fs');
+const path = require('node:path');
+const url = require('node:url');
+
+const SOURCES = path.resolve(__dirname, '../..');
+const TOOL = process.env.TARNLET || path.join(SOURCES, 'build/release/bin/tarnlet');
+
+class Client {
+  static async start({ encodings = ['utf-16'], options = {}, snippets = true } = {}) {
+    const client = new Client();
+    client.process = spawn(TOOL, ['lsp', '--stdio'], { stdio: ['pipe', 'pipe', 'inherit'] });
+    client.ended = new Promise((resolve) => client.process.on('exit', resolve));
+    client.connection = rpc.createMessageConnection(
+      new rpc.StreamMessageReader(client.process.stdout),
+      new rpc.StreamMessageWriter(client.process.stdin),
+    );
+    client.published = new Map(); // by URI: the latest
+    client.waiting = [];
+    client.logged = [];
+    client.connection.onNotification('textDocument/publishDiagnostics', (params) => {
+      client.published.set(params.uri, params);
+      client.waiting = client.waiting.filter((check) => !check());
+    });
+    client.connection.onNotification('window/logMessage', (params) => client.logged.push(params));
+    client.connection.onRequest('client/registerCapability', (params) => {
+      client.registered = params.registrations;
+      return null;
+    });
+    client.connection.listen();
+    client.result = await client.request('initialize', {
+      processId: process.pid,
+      rootUri: null,
+      initializationOptions: options,
+      capabilities: {
+        general: { positionEncodings: encodings },
+        workspace: { didChangeWatchedFiles: { dynamicRegistration: true } },
+        textDocument: { completion: { completionItem: { snippetSupport: snippets } } },
+      },
+    });
+    client.notify('initialized', {});
+    client.documents = new Map();
+    return client;
+  }
+
+  request(method, params, token) {
+    return this.connection.sendRequest(method, ...[params, token].filter((each) => each));
+  }
+
+  notify(method, params) {
+    return this.connection.sendNotification(method, params);
+  }
+
+  open(file, text) {
+    const uri = url.pathToFileURL(file).href;
+    this.documents.set(uri, { text, version: 1 });
+    this.notify('textDocument/didOpen', {
+      textDocument: { uri, languageId: 'bsdl', version: 1, text },
+    });
+    return uri;
+  }
+
+  text(uri) {
+    return this.documents.get(uri).text;
+  }
+
+  // Replaces part of a text, as typing does. UTF-16 offsets.
+  edit(uri, begin, end, text) {
+    const document = this.documents.get(uri);
+    const range = { start: this.at(uri, begin), end: this.at(uri, end) };
+    document.text = document.text.slice(0, begin) + text + document.text.slice(end);
+    document.version++;
+    this.notify('textDocument/didChange', {
+      textDocument: { uri, version: document.version },
+      contentChanges: [{ range, text }],
+    });
+  }
+
+  replace(uri, before, after) {
+    const begin = this.text(uri).indexOf(before);
+    if (begin < 0) throw new Error(`no '${before}' in the text`);
+    this.edit(uri, begin, begin + before.length, after);
+  }
+
+  at(uri, offset) {
+    const lines = this.text(uri)
+      .slice(0, offset)
+      .split(/\r\n|\n|\r/);
+    return { line: lines.length - 1, character: lines[lines.length - 1].length };
+  }
+
+  // The position of a mark in the text: behind `before`, within what follows it.
+  behind(uri, before, more = 0) {
+    const begin = this.text(uri).indexOf(before);
+    if (begin < 0) throw new Error(`no '${before}' in the text`);
+    return {
+      textDocument: { uri },
+      position: this.at(uri, begin + before.length + more),
+    };
+  }
+
+  offset(uri, position) {
+    const lines = this.text(uri).split(/(?<=\r\n|\n|\r(?!\n))/);
+    return lines.slice(0, position.line).join('').length + position.character;
+  }
+
+  // The findings on the present version once they are settled: nothing new for a while.
+  async findings(uri, quiet = 150) {
+    const version = this.documents.get(uri).version;
+    await new Promise((resolve) => {
+      const check = () => {
+        const now = this.published.get(uri);
+        if (!now || now.version !== version) return false;
+        resolve();
+        return true;
+      };
+      if (!check()) this.waiting.push(check);
+    });
+    for (let last; last !== this.published.get(uri);) {
+      last = this.published.get(uri);
+      await new Promise((resolve) => setTimeout(resolve, quiet));
+    }
+    return this.published.get(uri).diagnostics;
+  }
+
+  // Applies a workspace edit to the texts that are open; returns the texts of other files.
+  apply(edit) {
+    for (const change of edit.documentChanges) {
+      const uri = change.textDocument.uri;
+      this.applyEdits(uri, change.edits);
+    }
+  }
+
+  applyEdits(uri, edits) {
+    const places = edits.map((edit) => ({
+      begin: this.offset(uri, edit.range.start),
+      end: this.offset(uri, edit.range.end),
+      text: edit.newText,
+    }));
+    places.sort((a, b) => b.begin - a.begin);
+    for (const place of places) this.edit(uri, place.begin, place.end, place.text);
+  }
+
+  async stop() {
+    await this.request('shutdown');
+    this.notify('exit');
+    return this.ended;
+  }
+}
+
+const example = (name) => path.join(SOURCES, 'examples', name);
+const read = (file) => fs.readFileSync(file, 'latin1');
+
+module.exports = { Client, TOOL, SOURCES, example, read };

@@ -1,0 +1,181 @@
+#include "lsp/analysis.h"
+
+#include "code_words.h"
+
+namespace lsp
+{
+
+// --------------------------------------------------------------------------------- one diagnosis
+
+static std::string text_or_empty(const char *text) { return text ? text : ""; }
+
+static Findings::Place place_of(const BsdlPlace &place)
+{
+    return {text_or_empty(place.file), place.line, place.column, place.end_line, place.end_column};
+}
+
+static Findings::Finding finding_of(const BsdlFinding &from)
+{
+    Findings::Finding finding = {.severity = from.severity,
+                                 .rule = text_or_empty(from.rule),
+                                 .place = place_of(from.place),
+                                 .text = text_or_empty(from.text),
+                                 .hint = text_or_empty(from.hint),
+                                 .fix = text_or_empty(from.fix),
+                                 .edits = {},
+                                 .sure = from.fix_sure != 0,
+                                 .related = {},
+                                 .because = from.because,
+                                 .count = from.count,
+                                 .suppressed = from.suppressed != 0};
+    for (uint32_t i = 0; i < from.edit_count; i++)
+        finding.edits.push_back({place_of(from.edits[i].place), from.edits[i].text});
+    for (uint32_t i = 0; i < from.related_count; i++)
+        finding.related.push_back({place_of(from.related[i].place), from.related[i].text});
+    return finding;
+}
+
+static DeviceFacts facts_of(Bsdl *bsdl)
+{
+    DeviceFacts facts;
+    facts.standard = text_or_empty(standard_word(bsdlStandard(bsdl)));
+    for (InstructionEntry *entry = bsdlGetFirstInstruction(bsdl); entry;
+         entry = bsdlGetNextInstruction(bsdl)) {
+        InstructionFacts instruction = {.name = text_or_empty(bsdlGetInstructionName(entry)),
+                                        .patterns = {},
+                                        .register_name =
+                                            text_or_empty(bsdlGetInstrRegisterName(entry)),
+                                        .register_length = bsdlGetInstrRegisterLength(entry),
+                                        .capture = text_or_empty(bsdlGetInstrCaptureValue(entry))};
+        for (const char *pattern = bsdlGetFirstInstrPattern(entry); pattern;
+             pattern = bsdlGetNextInstrPattern(entry))
+            instruction.patterns.emplace_back(pattern);
+        facts.instructions.push_back(std::move(instruction));
+    }
+    for (GSList *cell = bsdlGetFirstCellDesc(bsdl); cell; cell = bsdlGetNextCellDesc(bsdl))
+        facts.cells.emplace_back(text_or_empty(bsdlGetCellDescName(cell)),
+                                 text_or_empty(bsdlGetCellDescPackage(cell)));
+    for (const char *file = bsdlGetFirstDotALLFileSpec(bsdl); file;
+         file = bsdlGetNextDotALLFileSpec(bsdl))
+        facts.package_files.emplace_back(file);
+    return facts;
+}
+
+// Called from the library, which knows no exceptions.
+static int32_t ask(void *cancelled) noexcept
+{
+    return (*static_cast<const std::function<bool()> *>(cancelled))();
+}
+
+std::shared_ptr<const Findings> diagnose(const Job &job, bool as_read,
+                                         const std::function<bool()> &cancelled)
+{
+    std::vector<const char *> dirs;
+    for (const std::string &dir : job.settings.package_dirs)
+        dirs.push_back(dir.c_str());
+    std::vector<BsdlPackageText> packages;
+    for (const PackageText &package : job.packages)
+        packages.push_back({.name = package.name.c_str(),
+                            .file_name = package.path.c_str(),
+                            .text = package.text->data(),
+                            .length = package.text->size()});
+    BsdlDiagnosisOptions options = {};
+    options.size = sizeof options;
+    options.package = job.settings.package.empty() ? nullptr : job.settings.package.c_str();
+    options.package_dirs = dirs.data();
+    options.package_dir_count = dirs.size();
+    options.packages = packages.data();
+    options.package_count = packages.size();
+    options.flags = job.settings.strict ? +BSDL_FLAG_STRICT : 0u;
+    options.as_read = as_read;
+    if (cancelled) {
+        options.cancelled = ask;
+        options.cancel_data = const_cast<std::function<bool()> *>(&cancelled);
+    }
+
+    const std::unique_ptr<BsdlDiagnosis, ReleaseDiagnosis> diagnosis(
+        bsdlDiagnose(job.text->data(), job.text->size(), job.path.c_str(), &options));
+    if (!diagnosis)
+        return nullptr;
+    auto findings = std::make_shared<Findings>();
+    findings->uri = job.uri;
+    findings->version = job.version;
+    findings->as_read = as_read;
+    for (uint32_t i = 0; i < bsdlFindingCount(diagnosis.get()); i++)
+        findings->all.push_back(finding_of(*bsdlFindingAt(diagnosis.get(), i)));
+    findings->facts = facts_of(bsdlDiagnosisBsdl(diagnosis.get()));
+    findings->facts.checked = bsdlDiagnosisChecked(diagnosis.get());
+    findings->unchecked = text_or_empty(bsdlDiagnosisUnchecked(diagnosis.get()));
+    return findings;
+}
+
+// ---------------------------------------------------------------------------------- in background
+
+Analysis::Analysis(Done to) : done(std::move(to)), thread([this] { run(); }) {}
+
+Analysis::~Analysis()
+{
+    {
+        const std::lock_guard hold(lock);
+        ending = true;
+        something_fresh = true;
+    }
+    wake.notify_one();
+    thread.join();
+}
+
+void Analysis::start(Job job)
+{
+    {
+        const std::lock_guard hold(lock);
+        unmended.erase(job.uri);
+        fresh.insert_or_assign(job.uri, std::move(job));
+        something_fresh = true;
+    }
+    wake.notify_one();
+}
+
+void Analysis::forget(const std::string &uri)
+{
+    const std::lock_guard hold(lock);
+    fresh.erase(uri);
+    unmended.erase(uri);
+}
+
+// The next job; false at the end.
+bool Analysis::take(Job &job, bool &as_read)
+{
+    std::unique_lock hold(lock);
+    wake.wait(hold, [this] { return ending || !fresh.empty() || !unmended.empty(); });
+    if (ending)
+        return false;
+    as_read = !fresh.empty();
+    std::map<std::string, Job> &from = as_read ? fresh : unmended;
+    job = from.begin()->second;
+    from.erase(from.begin());
+    if (as_read)
+        unmended.insert_or_assign(job.uri, job);
+    something_fresh = !fresh.empty();
+    return true;
+}
+
+void Analysis::run()
+{
+    Job job;
+    bool as_read;
+    while (take(job, as_read)) {
+        std::shared_ptr<const Findings> findings =
+            as_read ? diagnose(job, true)
+                    : diagnose(job, false, [this] { return something_fresh.load(); });
+        if (findings) {
+            done(std::move(findings));
+            continue;
+        }
+        // Another file's text came between: this one is mended after it.
+        const std::lock_guard hold(lock);
+        if (!as_read && !fresh.contains(job.uri) && something_fresh)
+            unmended.insert_or_assign(job.uri, job);
+    }
+}
+
+} // namespace lsp

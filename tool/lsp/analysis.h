@@ -1,0 +1,134 @@
+#pragma once
+
+#include "tarnlet/diagnosis.h"
+
+#include <atomic>
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace lsp
+{
+
+// How a description is read, from the settings that apply to it.
+struct ReadingSettings {
+    std::vector<std::string> package_dirs;
+    std::string package; // empty: the default of the description
+    bool strict = false;
+    bool operator==(const ReadingSettings &) const = default;
+};
+
+// A package file whose text in the editor counts, not that on the disk.
+struct PackageText {
+    std::string name; // as a use statement asks for it
+    std::string path;
+    std::shared_ptr<const std::string> text;
+};
+
+struct Job {
+    std::string uri;
+    std::string path;
+    int64_t version = 0;
+    std::shared_ptr<const std::string> text;
+    ReadingSettings settings;
+    std::vector<PackageText> packages;
+};
+
+// What the checks have made of an instruction: its register too where the standard implies it.
+struct InstructionFacts {
+    std::string name;
+    std::vector<std::string> patterns;
+    std::string register_name;
+    int32_t register_length = 0; // 0: no register, -1: not known
+    std::string capture;
+};
+
+// What is known once a description has been checked, for a person to ask.
+struct DeviceFacts {
+    std::string standard;
+    std::vector<InstructionFacts> instructions;
+    std::vector<std::pair<std::string, std::string>> cells; // name, package or empty
+    std::vector<std::string> package_files;
+    uint32_t checked = 0;
+};
+
+struct ReleaseDiagnosis {
+    void operator()(BsdlDiagnosis *diagnosis) const { bsdlDiagnosisRelease(diagnosis); }
+};
+
+// The findings on one version of a text. The model is given up: a server keeps many files open.
+struct Findings {
+    struct Place {
+        std::string file;
+        int32_t line, column, end_line, end_column;
+    };
+    struct Edit {
+        Place place;
+        std::string text;
+    };
+    struct Related {
+        Place place;
+        std::string text;
+    };
+    struct Finding {
+        int32_t severity;
+        std::string rule;
+        Place place;
+        std::string text;
+        std::string hint;
+        std::string fix;
+        std::vector<Edit> edits;
+        bool sure;
+        std::vector<Related> related;
+        int32_t because;
+        uint32_t count;
+        bool suppressed;
+    };
+
+    std::string uri;
+    int64_t version = 0;
+    bool as_read = false; // the library's messages alone; mended ones follow
+    std::vector<Finding> all;
+    DeviceFacts facts;
+    std::string unchecked;
+};
+
+// Findings of one text, on this thread. NULL when it was cancelled.
+std::shared_ptr<const Findings> diagnose(const Job &job, bool as_read,
+                                         const std::function<bool()> &cancelled = {});
+
+// Diagnoses texts in the background, the newest text of each file: first as it is read, which is
+// fast, then with what mends it.
+class Analysis
+{
+  public:
+    using Done = std::function<void(std::shared_ptr<const Findings>)>;
+
+    // `done` is called on the thread of the analysis.
+    explicit Analysis(Done done);
+    ~Analysis();
+    void start(Job job);
+    void forget(const std::string &uri);
+
+  private:
+    void run();
+    bool take(Job &job, bool &as_read);
+
+    Done done;
+    std::mutex lock;
+    std::condition_variable wake;
+    std::map<std::string, Job> fresh;    // to be read
+    std::map<std::string, Job> unmended; // to be mended; nothing is while any is to be read
+    std::atomic<bool> something_fresh = false;
+    bool ending = false;
+    std::thread thread;
+};
+
+} // namespace lsp

@@ -1,0 +1,94 @@
+#pragma once
+
+#include "tarnlet/symbols.h"
+
+#include <cstdint>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace lsp
+{
+
+using nlohmann::json;
+
+// What the columns of positions count.
+enum class Encoding : uint8_t { UTF16, UTF8 };
+
+struct Position {
+    uint32_t line = 0;
+    uint32_t column = 0;
+};
+
+// A text with its symbols: one that the client has open, or a package file that was read. The text
+// is UTF-8; a file that is none is taken for Latin-1.
+class Document
+{
+  public:
+    Document(std::string uri, std::string text, int64_t version, Encoding encoding);
+
+    const std::string &uri() const { return name; }
+    const std::string &path() const { return file; }
+    const std::string &text() const { return *content; }
+    std::shared_ptr<const std::string> shared_text() const { return content; }
+    int64_t version() const { return number; }
+
+    // A change as the client tells it: of a range, or of everything.
+    void change(const json &change);
+    void set_version(int64_t version) { number = version; }
+
+    uint32_t line_count() const { return static_cast<uint32_t>(lines.size()); }
+    uint32_t line_begin(uint32_t line) const { return lines[line]; }
+    uint32_t line_end(uint32_t line) const; // ahead of its line end
+    uint32_t line_of(uint32_t offset) const;
+    Position position(uint32_t offset) const;
+    uint32_t offset(const json &position) const; // of the protocol; clamped into the text
+    json position_json(uint32_t offset) const;
+    json range(uint32_t begin, uint32_t end) const;
+
+    // ------------------------------------------------------------------------------- symbols
+
+    const std::vector<BsdlSymbol> &symbols() const;
+    const std::vector<BsdlStatement> &statements() const;
+    std::string_view raw(uint32_t begin, uint32_t end) const
+    {
+        return std::string_view(*content).substr(begin, end - begin);
+    }
+    // The word as the language takes it: without what lies between the pieces of a string.
+    std::string word(const BsdlSymbol &symbol) const;
+    const BsdlStatement &statement_of(const BsdlSymbol &symbol) const;
+    // Name of the attribute, constant or component, in capitals; empty without one.
+    std::string statement_name(const BsdlStatement &statement) const;
+    // Index of the symbol that covers the offset or ends there.
+    std::optional<uint32_t> symbol_at(uint32_t offset) const;
+    // Where the parts of a word stand: one, or those in the pieces of a string.
+    std::vector<std::pair<uint32_t, uint32_t>> parts(const BsdlSymbol &symbol) const;
+
+  private:
+    void find_lines();
+    void find_symbols() const;
+
+    std::string name;
+    std::string file;
+    std::shared_ptr<const std::string> content;
+    int64_t number;
+    Encoding encoding;
+    std::vector<uint32_t> lines;
+    mutable bool known = false;
+    mutable std::vector<BsdlSymbol> found;
+    mutable std::vector<BsdlStatement> found_statements;
+};
+
+std::string path_of_uri(std::string_view uri);
+std::string uri_of_path(std::string_view path);
+
+// Text of a file as UTF-8; nothing when it cannot be read.
+std::optional<std::string> read_file(const std::string &path);
+
+std::string upper(std::string_view text);
+bool same_name(std::string_view a, std::string_view b);
+
+} // namespace lsp

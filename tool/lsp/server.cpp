@@ -1,0 +1,529 @@
+// The language server: messages in, answers and findings out. One thread reads, one diagnoses, and
+// this one answers, in the order of the messages.
+
+#include "lsp/server.h"
+
+#include "lsp/features.h"
+
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <set>
+#include <thread>
+
+namespace lsp
+{
+
+namespace
+{
+
+// What waits to be dealt with.
+struct Event {
+    std::optional<json> message;
+    std::shared_ptr<const Findings> findings;
+    bool malformed = false;
+    bool end = false; // of the input
+};
+
+class Server
+{
+  public:
+    Server(FILE *source, FILE *sink)
+        : from(source), to(sink), analysis([this](std::shared_ptr<const Findings> found) {
+              Event event;
+              event.findings = std::move(found);
+              push(std::move(event));
+          })
+    {
+    }
+    int run();
+
+  private:
+    using Request = json (Server::*)(const json &params);
+    using Notice = void (Server::*)(const json &params);
+    template <typename Handler> struct Row {
+        const char *method;
+        Handler handler;
+    };
+    static const Row<Request> REQUESTS[];
+    static const Row<Notice> NOTICES[];
+
+    void read();
+    void push(Event event);
+    Event next();
+    void take(const json &message);
+    void request(const json &message);
+    void answer(const json &id, json result);
+    void refuse(const json &id, int code, const std::string &text);
+    void send(json message);
+    bool is_cancelled(const json &id);
+
+    json initialize(const json &params);
+    json shutdown(const json &params);
+    json hover(const json &params);
+    json definition(const json &params);
+    json references(const json &params);
+    json highlight(const json &params);
+    json prepare_rename(const json &params);
+    json rename(const json &params);
+    json document_symbols(const json &params);
+    json folding(const json &params);
+    json selection(const json &params);
+    json completion(const json &params);
+    json tokens(const json &params);
+    json tokens_range(const json &params);
+    json formatting(const json &params);
+    json range_formatting(const json &params);
+    json code_action(const json &params);
+
+    void initialized(const json &params);
+    void opened(const json &params);
+    void changed(const json &params);
+    void closed(const json &params);
+    void configuration_changed(const json &params);
+    void files_changed(const json &params);
+    void nothing(const json &) {}
+
+    const Document &document(const json &params);
+    uint32_t offset(const json &params);
+    void settings(const json &given);
+    void diagnose_again();
+    void publish(std::shared_ptr<const Findings> found);
+
+    FILE *from;
+    FILE *to;
+    enum class State : uint8_t { NEW, RUNNING, SHUT_DOWN } state = State::NEW;
+    bool exited = false;
+    bool snippets = false;
+    bool watches_files = false;
+    Workspace workspace;
+    std::map<std::string, json> published; // what the client shows now
+
+    std::mutex lock;
+    std::condition_variable wake;
+    std::deque<Event> events;
+    std::set<std::string> cancelled; // ids of requests, as JSON
+    Analysis analysis;
+};
+
+} // namespace
+
+const Server::Row<Server::Request> Server::REQUESTS[] = {
+    {"initialize", &Server::initialize},
+    {"shutdown", &Server::shutdown},
+    {"textDocument/hover", &Server::hover},
+    {"textDocument/definition", &Server::definition},
+    {"textDocument/references", &Server::references},
+    {"textDocument/documentHighlight", &Server::highlight},
+    {"textDocument/prepareRename", &Server::prepare_rename},
+    {"textDocument/rename", &Server::rename},
+    {"textDocument/documentSymbol", &Server::document_symbols},
+    {"textDocument/foldingRange", &Server::folding},
+    {"textDocument/selectionRange", &Server::selection},
+    {"textDocument/completion", &Server::completion},
+    {"textDocument/semanticTokens/full", &Server::tokens},
+    {"textDocument/semanticTokens/range", &Server::tokens_range},
+    {"textDocument/formatting", &Server::formatting},
+    {"textDocument/rangeFormatting", &Server::range_formatting},
+    {"textDocument/codeAction", &Server::code_action},
+};
+
+const Server::Row<Server::Notice> Server::NOTICES[] = {
+    {"initialized", &Server::initialized},
+    {"textDocument/didOpen", &Server::opened},
+    {"textDocument/didChange", &Server::changed},
+    {"textDocument/didClose", &Server::closed},
+    {"workspace/didChangeConfiguration", &Server::configuration_changed},
+    {"workspace/didChangeWatchedFiles", &Server::files_changed},
+};
+
+// --------------------------------------------------------------------------------------- messages
+
+void Server::push(Event event)
+{
+    {
+        const std::lock_guard hold(lock);
+        events.push_back(std::move(event));
+    }
+    wake.notify_one();
+}
+
+Event Server::next()
+{
+    std::unique_lock hold(lock);
+    wake.wait(hold, [this] { return !events.empty(); });
+    Event event = std::move(events.front());
+    events.pop_front();
+    return event;
+}
+
+// On a thread of its own, so that a request can be called off while it waits.
+void Server::read()
+{
+    while (std::optional<std::string> body = read_message(from)) {
+        Event event;
+        json message = json::parse(*body, nullptr, false);
+        if (message.is_discarded()) {
+            event.malformed = true;
+        } else {
+            if (message.is_object() && message.value("method", json()) == "$/cancelRequest" &&
+                message.contains("params") && message["params"].contains("id")) {
+                const std::lock_guard hold(lock);
+                cancelled.insert(message["params"]["id"].dump());
+                continue;
+            }
+            event.message = std::move(message);
+        }
+        push(std::move(event));
+    }
+    Event last;
+    last.end = true;
+    push(std::move(last));
+}
+
+bool Server::is_cancelled(const json &id)
+{
+    const std::lock_guard hold(lock);
+    return cancelled.erase(id.dump()) != 0;
+}
+
+void Server::send(json message)
+{
+    message["jsonrpc"] = "2.0";
+    write_message(to, message);
+}
+
+void Server::answer(const json &id, json result)
+{
+    send({{"id", id}, {"result", std::move(result)}});
+}
+
+void Server::refuse(const json &id, int code, const std::string &text)
+{
+    send({{"id", id}, {"error", {{"code", code}, {"message", text}}}});
+}
+
+void Server::request(const json &message)
+{
+    const json &id = message["id"];
+    const auto method = message["method"].get<std::string>();
+    const json params = message.value("params", json::object());
+    if (is_cancelled(id))
+        return refuse(id, REQUEST_CANCELLED, "cancelled");
+    if (state == State::NEW && method != "initialize")
+        return refuse(id, SERVER_NOT_INITIALIZED, "initialize comes first");
+    if (state != State::NEW && method == "initialize")
+        return refuse(id, INVALID_REQUEST, "initialize comes once");
+    if (state == State::SHUT_DOWN)
+        return refuse(id, INVALID_REQUEST, "the server has been shut down");
+    for (const Row<Request> &row : REQUESTS)
+        if (method == row.method) {
+            try {
+                return answer(id, (this->*row.handler)(params));
+            } catch (const RequestError &error) {
+                return refuse(id, error.code, error.what());
+            } catch (const json::exception &error) {
+                return refuse(id, INVALID_PARAMS, error.what());
+            } catch (const std::exception &error) {
+                return refuse(id, INTERNAL_ERROR, error.what());
+            }
+        }
+    refuse(id, METHOD_NOT_FOUND, "there is no method '" + method + "'");
+}
+
+void Server::take(const json &message)
+{
+    if (!message.is_object() || (!message.contains("method") && !message.contains("id")))
+        return refuse(nullptr, INVALID_REQUEST, "this is no message of the protocol");
+    if (!message.contains("method"))
+        return; // the answer to a request of ours
+    if (!message["method"].is_string())
+        return refuse(message.value("id", json()), INVALID_REQUEST, "a method is a text");
+    if (message.contains("id"))
+        return request(message);
+    const auto method = message["method"].get<std::string>();
+    if (method == "exit") {
+        exited = true;
+        return;
+    }
+    if (state != State::RUNNING)
+        return;
+    for (const Row<Notice> &row : NOTICES)
+        if (method == row.method) {
+            try {
+                (this->*row.handler)(message.value("params", json::object()));
+            } catch (const std::exception &error) {
+                // No answer can be given to a notification.
+                send({{"method", "window/logMessage"},
+                      {"params", {{"type", 1}, {"message", method + ": " + error.what()}}}});
+            }
+            return;
+        }
+}
+
+int Server::run()
+{
+    // It waits for input that may never come, so the end of the process ends it.
+    std::thread([this] { read(); }).detach();
+    while (!exited) {
+        const Event event = next();
+        if (event.end)
+            break;
+        if (event.malformed)
+            refuse(nullptr, PARSE_ERROR, "this is no JSON");
+        else if (event.findings)
+            publish(event.findings);
+        else
+            take(*event.message);
+    }
+    return exited && state == State::SHUT_DOWN ? 0 : 1;
+}
+
+// ------------------------------------------------------------------------------- start and end
+
+static bool has(const json &capabilities, const char *pointer)
+{
+    const json::json_pointer at(pointer);
+    return capabilities.contains(at) && capabilities[at] == true;
+}
+
+json Server::initialize(const json &params)
+{
+    const json capabilities = params.value("capabilities", json::object());
+    const json::json_pointer encodings("/general/positionEncodings");
+    if (capabilities.contains(encodings))
+        for (const json &encoding : capabilities[encodings])
+            if (encoding == "utf-8")
+                workspace.encoding = Encoding::UTF8;
+    snippets = has(capabilities, "/textDocument/completion/completionItem/snippetSupport");
+    watches_files = has(capabilities, "/workspace/didChangeWatchedFiles/dynamicRegistration");
+    settings(params.value("initializationOptions", json::object()));
+    state = State::RUNNING;
+    return {
+        {"serverInfo", {{"name", "tarnlet"}, {"version", TARNLET_VERSION}}},
+        {"capabilities",
+         {{"positionEncoding", workspace.encoding == Encoding::UTF8 ? "utf-8" : "utf-16"},
+          {"textDocumentSync", {{"openClose", true}, {"change", 2}}},
+          {"hoverProvider", true},
+          {"definitionProvider", true},
+          {"referencesProvider", true},
+          {"documentHighlightProvider", true},
+          {"renameProvider", {{"prepareProvider", true}}},
+          {"documentSymbolProvider", true},
+          {"foldingRangeProvider", true},
+          {"selectionRangeProvider", true},
+          {"completionProvider", {{"triggerCharacters", {"\"", "(", ",", " "}}}},
+          {"semanticTokensProvider",
+           {{"legend", semantic_tokens_legend()}, {"full", true}, {"range", true}}},
+          {"documentFormattingProvider", true},
+          {"documentRangeFormattingProvider", true},
+          {"codeActionProvider", {{"codeActionKinds", {"quickfix", "source.fixAll.tarnlet"}}}}}}};
+}
+
+void Server::initialized(const json &)
+{
+    if (!watches_files)
+        return;
+    const json watchers = {{{"globPattern", "**/*.{all,ALL}"}},
+                           {{"globPattern", "**/.tarnlet.toml"}}};
+    send({{"id", "watch"},
+          {"method", "client/registerCapability"},
+          {"params",
+           {{"registrations",
+             {{{"id", "watch"},
+               {"method", "workspace/didChangeWatchedFiles"},
+               {"registerOptions", {{"watchers", watchers}}}}}}}}});
+}
+
+json Server::shutdown(const json &)
+{
+    state = State::SHUT_DOWN;
+    return nullptr;
+}
+
+void Server::settings(const json &given)
+{
+    if (!given.is_object())
+        return;
+    ReadingSettings &settings = workspace.client_settings;
+    settings = {};
+    settings.package = given.value("package", "");
+    settings.strict = given.value("strict", false);
+    settings.package_dirs = given.value("packageFolders", std::vector<std::string>());
+}
+
+// ------------------------------------------------------------------------------------------ texts
+
+const Document &Server::document(const json &params)
+{
+    const auto uri = params.at("textDocument").at("uri").get<std::string>();
+    const Document *document = workspace.open_document(uri);
+    if (!document)
+        throw RequestError(INVALID_PARAMS, "'" + uri + "' is not open");
+    return *document;
+}
+
+uint32_t Server::offset(const json &params)
+{
+    return document(params).offset(params.at("position"));
+}
+
+// A package file that is open counts in all texts that use it.
+void Server::diagnose_again()
+{
+    for (const auto &[uri, document] : workspace.open_documents())
+        analysis.start(workspace.job_for(document));
+}
+
+void Server::opened(const json &params)
+{
+    const json &item = params.at("textDocument");
+    const Document &document =
+        workspace.open(item.at("uri"), item.at("text"), item.value("version", int64_t{0}));
+    if (workspace.is_package(document))
+        diagnose_again();
+    else
+        analysis.start(workspace.job_for(document));
+}
+
+void Server::changed(const json &params)
+{
+    const json &item = params.at("textDocument");
+    const auto uri = item.at("uri").get<std::string>();
+    Document *document = workspace.open_document(uri);
+    if (!document)
+        throw RequestError(INVALID_PARAMS, "'" + uri + "' is not open");
+    for (const json &change : params.at("contentChanges"))
+        document->change(change);
+    document->set_version(item.value("version", int64_t{0}));
+    if (workspace.is_package(*document))
+        diagnose_again();
+    else
+        analysis.start(workspace.job_for(*document));
+}
+
+void Server::closed(const json &params)
+{
+    const auto uri = params.at("textDocument").at("uri").get<std::string>();
+    const Document *document = workspace.open_document(uri);
+    const bool package = document && workspace.is_package(*document);
+    workspace.close(uri);
+    analysis.forget(uri);
+    published.erase(uri);
+    send({{"method", "textDocument/publishDiagnostics"},
+          {"params", {{"uri", uri}, {"diagnostics", json::array()}}}});
+    if (package)
+        diagnose_again();
+}
+
+void Server::configuration_changed(const json &params)
+{
+    json given = params.value("settings", json::object());
+    if (given.is_object() && given.contains("tarnlet"))
+        given = given["tarnlet"];
+    if (given.is_object() && !given.empty())
+        settings(given);
+    diagnose_again();
+}
+
+void Server::files_changed(const json &) { diagnose_again(); }
+
+void Server::publish(std::shared_ptr<const Findings> found)
+{
+    const Document *document = workspace.open_document(found->uri);
+    if (!document || document->version() != found->version)
+        return; // of a text that is no more
+    workspace.findings[found->uri] = found;
+    json list = diagnostics(*document, *found);
+    json params = {
+        {"uri", found->uri}, {"version", found->version}, {"diagnostics", std::move(list)}};
+    if (published[found->uri] == params)
+        return;
+    published[found->uri] = params;
+    send({{"method", "textDocument/publishDiagnostics"}, {"params", std::move(params)}});
+}
+
+// --------------------------------------------------------------------------------------- requests
+
+json Server::hover(const json &params)
+{
+    return lsp::hover(workspace, document(params), offset(params));
+}
+
+json Server::definition(const json &params)
+{
+    return lsp::definition(workspace, document(params), offset(params));
+}
+
+json Server::references(const json &params)
+{
+    const json context = params.value("context", json::object());
+    return lsp::references(workspace, document(params), offset(params),
+                           context.value("includeDeclaration", true));
+}
+
+json Server::highlight(const json &params) { return highlights(document(params), offset(params)); }
+
+json Server::prepare_rename(const json &params)
+{
+    return lsp::prepare_rename(workspace, document(params), offset(params));
+}
+
+json Server::rename(const json &params)
+{
+    return lsp::rename(workspace, document(params), offset(params), params.at("newName"));
+}
+
+json Server::document_symbols(const json &params)
+{
+    return lsp::document_symbols(document(params));
+}
+
+json Server::folding(const json &params) { return folding_ranges(document(params)); }
+
+json Server::selection(const json &params)
+{
+    return selection_ranges(document(params), params.at("positions"));
+}
+
+json Server::completion(const json &params)
+{
+    return lsp::completion(workspace, document(params), offset(params), snippets);
+}
+
+json Server::tokens(const json &params) { return semantic_tokens(document(params), 0, UINT32_MAX); }
+
+json Server::tokens_range(const json &params)
+{
+    const Document &of = document(params);
+    return semantic_tokens(of, of.offset(params.at("range").at("start")),
+                           of.offset(params.at("range").at("end")));
+}
+
+json Server::formatting(const json &params)
+{
+    return lsp::formatting(workspace, document(params), 0, UINT32_MAX);
+}
+
+json Server::range_formatting(const json &params)
+{
+    const Document &of = document(params);
+    const uint32_t begin = of.offset(params.at("range").at("start"));
+    const uint32_t end = of.offset(params.at("range").at("end"));
+    return lsp::formatting(workspace, of, of.line_of(begin),
+                           of.line_of(end > begin ? end - 1 : end));
+}
+
+json Server::code_action(const json &params)
+{
+    return code_actions(workspace, document(params), params);
+}
+
+int serve(FILE *from, FILE *to)
+{
+    // Left to the end of the process: the reading thread may still wait for input.
+    auto *server = new Server(from, to);
+    return server->run();
+}
+
+} // namespace lsp
