@@ -15,7 +15,8 @@ local client = vim.lsp.start_client({ name = 'tarnlet', cmd = { tool, 'lsp' } })
 vim.lsp.buf_attach_client(0, client)
 wait_for('finding', function() return #vim.diagnostic.get(0) > 0 end)
 local finding = vim.diagnostic.get(0)[1]
-if finding.code ~= rule then fail('found ' .. vim.inspect(finding)) end
+local code = finding.code or finding.user_data.lsp.code
+if code ~= rule then fail('found ' .. vim.inspect(finding)) end
 
 -- The choice among the actions is the one with the title.
 vim.ui.select = function(items, _, choose)
@@ -29,7 +30,7 @@ local tick = vim.api.nvim_buf_get_changedtick(0)
 vim.lsp.buf.code_action()
 wait_for('edit', function() return vim.api.nvim_buf_get_changedtick(0) ~= tick end)
 vim.cmd('write')
-if os.getenv('CLEAN') then
+if os.getenv('CLEAN') ~= '' then
   wait_for('clean text', function() return #vim.diagnostic.get(0) == 0 end)
 end
 vim.cmd('qall!')
