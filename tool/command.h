@@ -51,3 +51,4 @@ std::function<int()> set_up_registers(CLI::App &app);
 std::function<int()> set_up_diff(CLI::App &app);
 std::function<int()> set_up_list(CLI::App &app);
 std::function<int()> set_up_lsp(CLI::App &app);
+std::function<int()> set_up_report(CLI::App &app);

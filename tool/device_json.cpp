@@ -282,13 +282,21 @@ Json device_of(Bsdl *bsdl)
 
 // ------------------------------------------------------------------------------ from the file
 
-static Json document_of(Bsdl *bsdl, const std::string &path)
+Json document_of(Bsdl *bsdl, const std::string &path)
 {
-    return {{"schema", "tarnlet-info-1"},
-            {"kind", bsdlIsPrg(bsdl) ? "prg" : "bsdl"},
-            {"file", text_value(path.c_str())},
-            {"component", text_value(bsdlComponentName(bsdl))},
-            {"standards", standards_of(bsdl)}};
+    const bool is_prg = bsdlIsPrg(bsdl) != 0;
+    Json json = {{"schema", "tarnlet-info-1"},
+                 {"kind", is_prg ? "prg" : "bsdl"},
+                 {"file", text_value(path.c_str())},
+                 {"component", text_value(bsdlComponentName(bsdl))},
+                 {"standards", standards_of(bsdl)},
+                 {"syntax_errors", nullptr},
+                 {"check", nullptr}};
+    if (is_prg)
+        json["prg"] = prg_of(bsdl);
+    else
+        json.update(device_of(bsdl));
+    return json;
 }
 
 static std::string with_line(const BsdlFinding &finding)
@@ -340,10 +348,6 @@ bool read_model(const std::string &path, const ReadOptions &options, Model &mode
         model.json["check"] = {{"passed", model.syntax_errors == 0 && model.errors == 0},
                                {"errors", model.errors},
                                {"warnings", model.warnings}};
-        if (model.is_prg)
-            model.json["prg"] = prg_of(bsdl);
-        else
-            model.json.update(device_of(bsdl));
     });
 }
 

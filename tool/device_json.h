@@ -36,6 +36,9 @@ Json word_value(const char *word);
 // As a key: names of the language are the same whatever the case of their letters.
 std::string folded(std::string name);
 
+// The document of `tarnlet info --json` but for what the check said.
+Json document_of(Bsdl *bsdl, const std::string &path);
+
 // One file, read and checked, with what has to be said about it.
 // NOLINTNEXTLINE(bugprone-exception-escape): making a null value of Json throws nothing.
 struct Model {

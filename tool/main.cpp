@@ -21,7 +21,10 @@ constexpr const char *EXIT_STATUS_OF_QUERIES =
     "0 when all is well, 1 when a file has syntax errors, 2 for a usage error or a file that "
     "cannot be read.";
 constexpr const char *EXIT_STATUS_OF_DIFF = "0 when nothing differs, 1 when something does, 2 for "
-                                            "a usage error or a file that cannot be read.";
+                                             "a usage error or a file that cannot be read.";
+constexpr const char *EXIT_STATUS_OF_REPORT =
+    "0 when the pages are written, whatever the files hold, 2 for a usage error or a file that "
+    "cannot be read or written.";
 constexpr const char *EXIT_STATUS_OF_TEXTS = "0 when all is well, 2 for a usage error.";
 
 constexpr const char *EXIT_STATUS_OF_SERVER =
@@ -89,6 +92,14 @@ constexpr Command COMMANDS[] = {
      EXIT_STATUS_OF_SERVER,
      set_up_lsp,
      {{"tarnlet lsp", "What an editor runs; editors/README.md has its settings."}}},
+    {"report",
+     "Write pages that show devices",
+     EXIT_STATUS_OF_REPORT,
+     set_up_report,
+     {{"tarnlet report device.bsd -o device.html", "Write a page to look at, or to send."},
+      {"tarnlet report parts/ -o pages", "Write a page for each file of a folder, and an index."},
+      {"tarnlet report --diff old.bsd new.bsd -o diff.html",
+       "Show both packages with what differs."}}},
     {"manual",
      "Print a manual page",
      EXIT_STATUS_OF_TEXTS,

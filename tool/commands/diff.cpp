@@ -1,5 +1,7 @@
 // tarnlet diff: what differs between two descriptions of a device.
 
+#include "commands/diff.h"
+
 #include "command.h"
 #include "console.h"
 #include "formats/table.h"
@@ -289,6 +291,13 @@ static void compare(Difference &difference, const Json &a, const Json &b)
             const std::string place = std::string("/") + tree;
             compare_tree(difference, tree, "", value(a, place.c_str()), value(b, place.c_str()));
         }
+}
+
+Json changes_between(const Json &a, const Json &b)
+{
+    Difference difference({});
+    compare(difference, a, b);
+    return difference.changes();
 }
 
 // What --ignore may name: a section or a field of one.

@@ -18,7 +18,7 @@ static ordered_json checks_of(uint32_t checked)
     return names;
 }
 
-static const char *state_name(FileState state)
+const char *state_name(FileState state)
 {
     return state == FileState::READ         ? "read"
            : state == FileState::NOT_OPENED ? "not-opened"
@@ -56,7 +56,7 @@ static ordered_json fix_of(const BsdlFinding &found)
             {"edits", std::move(edits)}};
 }
 
-static ordered_json message_of(const Finding &finding, const DiagnosedFile &file)
+ordered_json message_of(const Finding &finding, const DiagnosedFile &file)
 {
     const BsdlFinding &found = *finding.found;
     ordered_json message = {{"severity", severity_name(finding.severity)},

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <memory>
+#include <nlohmann/json_fwd.hpp>
 #include <string_view>
 
 // Writes findings in one of the formats.
@@ -31,3 +32,7 @@ std::unique_ptr<Reporter> text_reporter(const TextStyle &style, Writer write);
 std::unique_ptr<Reporter> gcc_reporter(const TextStyle &style, Writer write);
 std::unique_ptr<Reporter> json_reporter(Writer write);
 std::unique_ptr<Reporter> sarif_reporter(Writer write);
+
+// As they stand in JSON.
+const char *state_name(FileState state);
+nlohmann::ordered_json message_of(const Finding &finding, const DiagnosedFile &file);
