@@ -15,8 +15,12 @@ const CHROMIUM = process.env.CHROMIUM ?? '/usr/bin/chromium';
 export const scratch = mkdtempSync(path.join(tmpdir(), 'tarnlet-report-'));
 process.on('exit', () => rmSync(scratch, { recursive: true, force: true }));
 
+export function tarnletIn(folder, ...args) {
+  return execFileSync(TOOL, args, { encoding: 'utf8', maxBuffer: 1 << 28, cwd: folder });
+}
+
 export function tarnlet(...args) {
-  return execFileSync(TOOL, args, { encoding: 'utf8', maxBuffer: 1 << 28, cwd: scratch });
+  return tarnletIn(scratch, ...args);
 }
 
 // What a file with findings gives is as good here; its status is not.
