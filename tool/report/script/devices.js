@@ -1,6 +1,6 @@
 // The index of many devices.
 
-import { counted, element, name, visible } from './dom.js';
+import { counted, element, name } from './dom.js';
 import { themeSwitch } from './frame.js';
 import { folded } from './model.js';
 import { Rows } from './rows.js';
@@ -70,8 +70,8 @@ export function indexPage(data) {
     ],
   });
   table.node.classList.add('tall');
-  const text = field('Filter by name, maker or file', 'filter', '');
-  const code = field('IDCODE, X for any digit', 'idcode', 'X369252D');
+  const text = field('Name, maker or file', 'filter');
+  const code = field('IDCODE, X for any digit', 'idcode');
   const count = element('p', { class: 'note', role: 'status' });
   const show = () => {
     const wanted = folded(text.input.value.trim());
@@ -101,21 +101,13 @@ export function indexPage(data) {
   show();
 }
 
-function field(label, id, placeholder) {
+function field(label, id) {
   const input = element('input', {
     type: 'search',
     id,
-    placeholder: placeholder || label,
-    'aria-label': label,
+    placeholder: label,
+    'aria-label': `Filter: ${label}`,
     spellcheck: 'false',
   });
-  return {
-    input,
-    node: element(
-      'div',
-      { class: 'search' },
-      input,
-      id === 'idcode' ? element('span', { class: 'hint-label' }, visible('IDCODE')) : null,
-    ),
-  };
+  return { input, node: element('div', { class: 'search' }, input) };
 }

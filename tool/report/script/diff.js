@@ -63,6 +63,7 @@ function half(device, title, kinds, choose) {
     describe: (index) =>
       `${pinSummary(scene.pinOfItem[index])} \u00b7 ${kindOf(scene.pinOfItem[index])}`,
   });
+  picture.svg.classList.toggle('ringed', scene.plan.kind === 'ring');
   picture.draw(
     scene.items.map((item, i) => ({ ...item, kind: kindOf(scene.pinOfItem[i]) })),
     scene.around,
