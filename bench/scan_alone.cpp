@@ -22,9 +22,9 @@ uint64_t scan_alone(const char *path)
                     static_cast<size_t>(reading.files[0].end - reading.files[0].text) / 32)) {
         bsdl.reading = &reading;
         BSDL_YYSTYPE value;
-        int32_t line = 0;
+        Place place = {};
         bool strings = false;
-        for (int token; (token = scan_token(&value, &line, &bsdl)) != BSDL_YYEOF; count++) {
+        for (int token; (token = scan_token(&value, &place, &bsdl)) != BSDL_YYEOF; count++) {
             if (token == QUOTED_STRING) {
                 if (!strings)
                     release_strings(&bsdl);

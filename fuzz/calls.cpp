@@ -343,6 +343,10 @@ void Session::package_dirs()
     bsdlLibVersion(nullptr, nullptr);
     bsdl_msg(static_cast<int32_t>(draw() % 6), draw() % 6, draw() & 1 ? nullptr : "%s", "text");
     kept(bsdlMessageLine());
+    kept(bsdlMessageColumn());
+    kept(bsdlMessageEndLine());
+    kept(bsdlMessageEndColumn());
+    kept(static_cast<const void *>(bsdlMessageExpected(nullptr)));
     kept(static_cast<const void *>(bsdlMessageFile()));
     kept(static_cast<const void *>(bsdlMessageRule()));
     bsdlIscFreeActivity(nullptr);

@@ -36,7 +36,14 @@ static void sink(void *, BsdlMessage *message)
         seen = std::strlen(file);
     if (const char *rule = bsdlMessageRule())
         seen = std::strlen(rule);
-    if (message->level < 0 || message->level > 4 || bsdlMessageLine() < 0 || seen > (1u << 30))
+    if (message->level < 0 || message->level > 4 || seen > (1u << 30))
+        std::abort();
+    // A place has both ends in their order, or none of them.
+    const int32_t line = bsdlMessageLine();
+    const int32_t lines = bsdlMessageEndLine() - line;
+    const bool in_order =
+        lines > 0 || (lines == 0 && bsdlMessageColumn() <= bsdlMessageEndColumn());
+    if (line < 0 || !in_order || (line > 0) != (bsdlMessageColumn() > 0))
         std::abort();
     end_was_announced = text == "Includes nested too deep" || text == "Memory error";
 }

@@ -81,8 +81,8 @@
  * number does not exceed that of the context: 0 is used when memory runs out, 1 for syntax errors,
  * failed checks and what is at hand, 2 for rules that are broken, warnings and notes on packages, 3
  * for statements and checks that passed, 4 for statements that are absent and for each file tried.
- * A few notes stand at another number. A sink may ask bsdlMessageLine(), bsdlMessageFile() and
- * bsdlMessageRule() what its message is about.
+ * A few notes stand at another number. A sink may ask bsdlMessageRule(), bsdlMessageFile(),
+ * bsdlMessageLine() and its like what its message is about.
  *
  * A sink may call every function, on any handle. While a check or a call for the EBST file runs on
  * a handle, a further one on the same handle does nothing and gives 100 (BSDL_RESULT_FAILED), and
@@ -700,10 +700,37 @@ TARNLET_API int32_t bsdlGetNumErrors(Bsdl *h);
 TARNLET_API void bsdl_msg(int32_t level, uint32_t verbosity, const char *format, ...)
     TARNLET_PRINTF(3, 4);
 
-/** Source line that the message at hand is about: for a syntax message the line that it names,
- * for a rule the line on which the statement or table row began.
+/** Place that the message at hand is about, from its first byte to behind its last: the token that
+ * a syntax error found; the name, number, table row or statement that a rule is about. For what is
+ * missing, it is that of what demands it. Headings have no place.
  * @return A line counted from 1; 0 if there is none, and outside a message sink. */
 TARNLET_API int32_t bsdlMessageLine(void);
+
+/** Column in which the place begins.
+ * @return A byte of the line counted from 1; 0 without a place, and outside a message sink. */
+TARNLET_API int32_t bsdlMessageColumn(void);
+
+/** Line on which the place ends.
+ * @return A line counted from 1; 0 without a place, and outside a message sink. */
+TARNLET_API int32_t bsdlMessageEndLine(void);
+
+/** Column behind the last byte of the place; bsdlMessageColumn() for an empty place, such as the
+ * end of a file.
+ * @return A byte of the line counted from 1; 0 without a place, and outside a message sink. */
+TARNLET_API int32_t bsdlMessageEndColumn(void);
+
+/** A token that could have stood where a syntax error found another. */
+typedef struct BsdlExpected {
+    const char *name; /**< As the texts of messages name it, such as "';'", "IS" or "IDENTIFIER". */
+    const char *text; /**< What one could write, such as ";", "IS"; NULL for names, numbers, ends. */
+} BsdlExpected;
+
+/** All tokens that the parser could have gone on with, where the message at hand is a syntax
+ * error; its text names them when they are at most four.
+ * @param count Gets their number, 0 without any; may be NULL.
+ * @return The tokens, valid during the call of the sink; NULL for other messages, and outside a
+ *         message sink. */
+TARNLET_API const BsdlExpected *bsdlMessageExpected(int32_t *count);
 
 /** File that the message at hand is about: the description or a package file.
  * @return The name, valid during the call of the sink; NULL if there is none, and outside a

@@ -9,13 +9,13 @@ struct PinSpec;
 struct AioPulse {
     ClockCycles *clock_cycles; // NULL when a time is given
     float time;                // seconds; 0 when clock cycles are given
-    int32_t line;
+    Place place;
 };
 
 struct AioTrain {
     int32_t pulse_count;
     float max_time; // seconds; 0 when none is given
-    int32_t line;
+    Place place;
 };
 
 struct AioExtest {
@@ -32,6 +32,9 @@ struct AioTimeConstants {
     float lp_time; // 0 when none is given
     AioHpTime *hp;
     int32_t select_cell; // AIO_NO_SELECT_CELL without one
+    Place select_place;
+    Place lp_place;
+    Place hp_place;
 };
 
 constexpr int32_t AIO_NO_SELECT_CELL = -1;
@@ -41,13 +44,13 @@ struct AioPort {
     PinSpec *pin_spec; // set by the check
     // Cell numbers, held in the data pointers. bsdlAioThisPinBehavior() moves the head on.
     GSList *input_cells;
-    int32_t line;
+    Place place;
 };
 
 struct AioPinInfo {
     GSList *ports;
     AioTimeConstants *time_constants;
-    int32_t line;
+    Place place;
 };
 
 // All ports of all descriptions in one row, for bsdlAioThisPinBehavior(). What stands before
@@ -79,7 +82,7 @@ struct AioData {
     AioExtest *extest;
     GSList *pin_behaviors; // AioPinInfo
     AioQueryState *query_state;
-    int32_t line;
+    Place place;
     ListWalk pin_behavior_walk;
 };
 
@@ -90,22 +93,23 @@ void aio_words_begin(Bsdl *bsdl);
 AioPulse *aio_pulse_new(Bsdl *bsdl, ClockCycles *clock_cycles, double time);
 AioTrain *aio_train_new(Bsdl *bsdl, int32_t pulse_count, double max_time);
 AioHpTime *aio_hp_time_new(Bsdl *bsdl, double time, int32_t on_chip);
-AioTimeConstants *aio_time_constants_new(Bsdl *bsdl, double lp_time, AioHpTime *hp);
-AioTimeConstants *aio_select_cell(AioTimeConstants *constants, int32_t cell);
+AioTimeConstants *aio_time_constants_new(Bsdl *bsdl, double lp_time, Place lp_place, AioHpTime *hp,
+                                         Place hp_place);
+AioTimeConstants *aio_select_cell(AioTimeConstants *constants, int32_t cell, Place place);
 List aio_input_cells(Bsdl *bsdl, List cells, int32_t number);
-AioPort *aio_port_new(Bsdl *bsdl, PortId *port_id, List input_cells, int32_t line);
-AioPinInfo *aio_pin_info_new(Bsdl *bsdl, List ports, AioTimeConstants *constants, int32_t line);
+AioPort *aio_port_new(Bsdl *bsdl, PortId *port_id, List input_cells, Place place);
+AioPinInfo *aio_pin_info_new(Bsdl *bsdl, List ports, AioTimeConstants *constants, Place place);
 AioExtest *aio_extest_new(Bsdl *bsdl, AioPulse *pulse, AioTrain *train);
 
 int32_t aio_conformance_passed(Bsdl *bsdl, int32_t conformance);
 int32_t aio_conformance_skipped(Bsdl *bsdl);
-AioPulse *aio_pulse_passed(Bsdl *bsdl, AioPulse *pulse, int32_t line);
+AioPulse *aio_pulse_passed(Bsdl *bsdl, AioPulse *pulse, Place place);
 AioPulse *aio_pulse_skipped(Bsdl *bsdl);
-AioTrain *aio_train_passed(Bsdl *bsdl, AioTrain *train, int32_t line);
+AioTrain *aio_train_passed(Bsdl *bsdl, AioTrain *train, Place place);
 AioTrain *aio_train_skipped(Bsdl *bsdl);
 List aio_pin_behavior_passed(Bsdl *bsdl, List infos);
 
 // The whole family has been read.
 void aio_data_made(Bsdl *bsdl, int32_t conformance, AioExtest *extest, List pin_behaviors,
-                   int32_t line);
-AioData *aio_data_new(Bsdl *bsdl, int32_t line);
+                   Place place);
+AioData *aio_data_new(Bsdl *bsdl, Place place);

@@ -24,11 +24,12 @@ bsdl_ext_aio_2003:
 
 aio_words: %empty { aio_words_begin(bsdl); };
 
-// The statements enter their names in the list of extensions before their strings are read.
-aio_conformance_named:  %empty { extension_defined(bsdl, "AIO_Component_Conformance"); };
-aio_pulse_named:        %empty { extension_defined(bsdl, "AIO_EXTEST_Pulse_Execution"); };
-aio_train_named:        %empty { extension_defined(bsdl, "AIO_EXTEST_Train_Execution"); };
-aio_pin_behavior_named: %empty { extension_defined(bsdl, "AIO_Pin_Behavior"); };
+// The statements enter their names in the list of extensions before their strings are read. Seven
+// symbols before the ';' stands the name.
+aio_conformance_named:  %empty { extension_defined(bsdl, "AIO_Component_Conformance", @-7); };
+aio_pulse_named:        %empty { extension_defined(bsdl, "AIO_EXTEST_Pulse_Execution", @-7); };
+aio_train_named:        %empty { extension_defined(bsdl, "AIO_EXTEST_Train_Execution", @-7); };
+aio_pin_behavior_named: %empty { extension_defined(bsdl, "AIO_Pin_Behavior", @-7); };
 
 aio_component_conformance:
   ATTRIBUTE_AIO_COMPONENT_CONFORMANCE OF component_name ':' ENTITY IS quoted_string ';'
@@ -53,7 +54,7 @@ opt_aio_extest:
 aio_pulse:
   ATTRIBUTE_AIO_EXTEST_PULSE_EXECUTION OF component_name ':' ENTITY IS quoted_string ';'
   aio_pulse_named rescan aio_pulse_option
-    { $$ = aio_pulse_passed(bsdl, $aio_pulse_option, @1); }
+    { $$ = aio_pulse_passed(bsdl, $aio_pulse_option, @$); }
 | ATTRIBUTE_AIO_EXTEST_PULSE_EXECUTION OF component_name ':' ENTITY IS error ';'
     { $$ = aio_pulse_skipped(bsdl); }
 ;
@@ -68,7 +69,7 @@ aio_time_spec:
 aio_train:
   ATTRIBUTE_AIO_EXTEST_TRAIN_EXECUTION OF component_name ':' ENTITY IS quoted_string ';'
   aio_train_named rescan aio_train_option
-    { $$ = aio_train_passed(bsdl, $aio_train_option, @1); }
+    { $$ = aio_train_passed(bsdl, $aio_train_option, @$); }
 | ATTRIBUTE_AIO_EXTEST_TRAIN_EXECUTION OF component_name ':' ENTITY IS error ';'
     { $$ = aio_train_skipped(bsdl); }
 ;
@@ -141,7 +142,7 @@ input_cell_list:
 
 opt_select_time:
   %empty                             { $$ = nullptr; }
-| ':' opt_select_cell time_constants { $$ = aio_select_cell($3, $2); }
+| ':' opt_select_cell time_constants { $$ = aio_select_cell($3, $2, @2); }
 ;
 
 opt_select_cell:
@@ -149,7 +150,7 @@ opt_select_cell:
 | AIO_AC_SELECT '=' mode_integer cell_number mode_none { $$ = $cell_number; }
 ;
 
-time_constants: opt_lp_time opt_hp_time { $$ = aio_time_constants_new(bsdl, $1, $2); };
+time_constants: opt_lp_time opt_hp_time { $$ = aio_time_constants_new(bsdl, $1, @1, $2, @2); };
 
 opt_lp_time:
   %empty                                        { $$ = 0; }

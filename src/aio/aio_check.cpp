@@ -56,12 +56,12 @@ struct PinCheck {
 static int32_t aio_missing(Bsdl *bsdl)
 {
     rule_message(bsdl->strict ? BSDL_LEVEL_ERROR : BSDL_LEVEL_WARNING, bsdl->strict ? 1 : 3,
-                 {"aio-missing"}, "    BSDL AIO extension not defined");
+                 {"aio-missing", entity_place()}, "    BSDL AIO extension not defined");
     if (bsdl->strict)
         return BSDL_RESULT_NO_AIO;
     if (!(bsdl->standards & BSDL_STANDARD_BIT_1149_6_2003))
         return BSDL_RESULT_OK;
-    aio_data_new(bsdl, 0);
+    aio_data_new(bsdl, {});
     return BSDL_RESULT_MISSING;
 }
 
@@ -109,19 +109,19 @@ int32_t bsdl_check_aio_conformance(Bsdl *h)
 
 // ------------------------------------------------------------------------------ pulse and train
 
-static int32_t check_pulse_instruction(Bsdl *bsdl, int32_t line)
+static int32_t check_pulse_instruction(Bsdl *bsdl, Place place)
 {
     if (find_instruction(bsdl, model_name(bsdl, "EXTEST_PULSE")))
         return BSDL_RESULT_OK;
-    return rule_error({"aio-extest-pulse-missing", line},
+    return rule_error({"aio-extest-pulse-missing", place},
                       "Instruction opcode must have EXTEST_PULSE instruction");
 }
 
-static int32_t check_train_instruction(Bsdl *bsdl, int32_t line)
+static int32_t check_train_instruction(Bsdl *bsdl, Place place)
 {
     if (find_instruction(bsdl, model_name(bsdl, "EXTEST_TRAIN")))
         return BSDL_RESULT_OK;
-    return rule_error({"aio-extest-train-missing", line},
+    return rule_error({"aio-extest-train-missing", place},
                       "Instruction opcode must have EXTEST_TRAIN instruction");
 }
 
@@ -142,11 +142,11 @@ int32_t bsdl_check_aio_extest_pulse(Bsdl *h)
     if (!aio->extest || !aio->extest->pulse)
         return BSDL_RESULT_MISSING;
     const AioPulse *pulse = aio->extest->pulse;
-    int32_t result = check_pulse_instruction(h, pulse->line);
+    int32_t result = check_pulse_instruction(h, pulse->place);
     const PortId *port = pulse->clock_cycles ? pulse->clock_cycles->port : nullptr;
     const PortId *tck = bsdlGetTckPortId(h);
     if (port && tck && !same_clock(port, tck))
-        result |= rule_error({"aio-pulse-clock-not-tck", pulse->line},
+        result |= rule_error({"aio-pulse-clock-not-tck", pulse->clock_cycles->place},
                              "port_id '%s' is not a TCK pin", port_text_square(port));
     return result;
 }
@@ -162,10 +162,11 @@ int32_t bsdl_check_aio_extest_train(Bsdl *h)
     if (!aio->extest || !aio->extest->train)
         return BSDL_RESULT_MISSING;
     const AioTrain *train = aio->extest->train;
-    int32_t result = check_train_instruction(h, train->line);
+    int32_t result = check_train_instruction(h, train->place);
     if (train->pulse_count == 0)
-        result |= rule_error({"aio-train-without-pulses", train->line},
-                             "pulse count must be greater than 0");
+        result |= rule_error(
+            {"aio-train-without-pulses", token_place(train->place.begin, VALUE_TOKEN + 1)},
+            "pulse count must be greater than 0");
     return result;
 }
 
@@ -213,7 +214,8 @@ static int32_t check_compliance_port(const PinCheck *check, const AioPort *port)
     uint32_t bit = index_find(&check->compliance.bits, spelling_bit(name, id->subscript));
     if (id->subscripted && whole == INDEX_NONE && bit == INDEX_NONE)
         return BSDL_RESULT_OK;
-    return rule_error({"aio-compliance-port", port->line}, "port_id '%s' is compliance pin",
+    return rule_error({"aio-compliance-port", port_place(port->port_id, port->place.begin, 0)},
+                      "port_id '%s' is compliance pin",
                       fixed_port_text(id, id->subscripted && bit < whole));
 }
 
@@ -239,8 +241,9 @@ static int32_t check_fixed_ports(const PinCheck *check, const AioPort *port)
             continue;
         bool both = tap.port->subscripted && id->subscripted;
         if (!both || tap.port->subscript == id->subscript)
-            return rule_error({"aio-test-access-port", port->line}, "port_id '%s' is %s port pin",
-                              fixed_port_text(id, both), tap.what);
+            return rule_error(
+                {"aio-test-access-port", port_place(port->port_id, port->place.begin, 0)},
+                "port_id '%s' is %s port pin", fixed_port_text(id, both), tap.what);
     }
     return BSDL_RESULT_OK;
 }
@@ -266,20 +269,21 @@ static int32_t check_port(PinCheck *check, AioPort *port)
     int32_t result = BSDL_RESULT_OK;
     port->pin_spec = find_port_name(check->bsdl, port->port_id->name);
     if (!port->pin_spec) {
-        result |= rule_error({"aio-port-unknown", port->line},
+        result |= rule_error({"aio-port-unknown", port_place(port->port_id, port->place.begin, 0)},
                              "<port id> '%s' does not exist in <logical pin map>",
                              port_text(port->port_id));
     } else {
         result |= check_fixed_ports(check, port);
         if (port->pin_spec->pin_type == PIN_TYPE_LINKAGE)
-            result |= rule_error({"aio-port-linkage", port->line},
-                                 "<port id> '%s' cannot have <pin type> LINKAGE in "
-                                 "<logical pin map>",
-                                 port_text(port->port_id));
+            result |=
+                rule_error({"aio-port-linkage", port_place(port->port_id, port->place.begin, 0)},
+                           "<port id> '%s' cannot have <pin type> LINKAGE in "
+                           "<logical pin map>",
+                           port_text(port->port_id));
     }
     uint32_t last = index_find(&check->last_use, port_key(port->port_id));
     if (last != INDEX_NONE && last > check->uses)
-        result |= rule_error({"aio-port-repeated", port->line},
+        result |= rule_error({"aio-port-repeated", port_place(port->port_id, port->place.begin, 0)},
                              "<port id> '%s' is already used in <AC pin info list>",
                              port_text(port->port_id));
     check->uses++;
@@ -298,35 +302,37 @@ static int32_t check_select_port(const AioPort *port, const AioTimeConstants *co
     int32_t type = port->pin_spec->pin_type;
     int32_t result = BSDL_RESULT_OK;
     if (type != PIN_TYPE_OUT && type != PIN_TYPE_INOUT && type != PIN_TYPE_BUFFER)
-        result |= rule_error({"aio-select-pin-type", port->line},
-                             "<port id> '%s' has <pin type> '%s', this must be 'OUT', 'INOUT' or "
-                             "'BUFFER'",
-                             port_text(port->port_id), port_type_name(type));
+        result |=
+            rule_error({"aio-select-pin-type", port_place(port->port_id, port->place.begin, 0)},
+                       "<port id> '%s' has <pin type> '%s', this must be 'OUT', 'INOUT' or "
+                       "'BUFFER'",
+                       port_text(port->port_id), port_type_name(type));
     if (filters(constants) && type != PIN_TYPE_INOUT)
-        result |= rule_error({"aio-select-with-times", port->line},
-                             "<port id> '%s' has has " /* as is */
-                             "both a <AC/DC select cell> and a <time constants> element, "
-                             "<pin type> '%s' must be 'INOUT'",
-                             port_text(port->port_id), port_type_name(type));
+        result |=
+            rule_error({"aio-select-with-times", port_place(port->port_id, port->place.begin, 0)},
+                       "<port id> '%s' has has " /* as is */
+                       "both a <AC/DC select cell> and a <time constants> element, "
+                       "<pin type> '%s' must be 'INOUT'",
+                       port_text(port->port_id), port_type_name(type));
     return result;
 }
 
-static int32_t check_select_cell(Bsdl *bsdl, int32_t number, int32_t line)
+static int32_t check_select_cell(Bsdl *bsdl, int32_t number, Place place)
 {
     const CellEntry *cell = find_cell(bsdl, static_cast<uint32_t>(number));
     if (!cell)
-        return rule_error({"aio-select-cell-unknown", line},
+        return rule_error({"aio-select-cell-unknown", place},
                           "<cell number> '%i' is referenced, but does not exist in the <boundary "
                           "scan statement>",
                           number);
     int32_t result = BSDL_RESULT_OK;
     if (cell->cell_spec->function != CELL_FUNCTION_INTERNAL)
-        result |= rule_error({"aio-select-cell-function", line},
+        result |= rule_error({"aio-select-cell-function", place},
                              "<cell number> %i is used as <AC/DC select cell>, but this cell's "
                              "<function> value is '%s', and should be 'INTERNAL'",
                              number, cell_function_name(cell->cell_spec->function));
     if (cell->cell_spec->safe_bit != SAFE_BIT_0)
-        result |= rule_error({"aio-select-cell-safe-bit", line},
+        result |= rule_error({"aio-select-cell-safe-bit", place},
                              "<cell number> %i is used as <AC/DC select cell>, but this cell's "
                              "<safe_bit> value is '%s', and should be '0'",
                              number, safe_bit_name(cell->cell_spec->safe_bit));
@@ -340,30 +346,41 @@ static int32_t check_port_times(Bsdl *bsdl, const AioPort *port, const AioTimeCo
     int32_t type = port->pin_spec->pin_type;
     if (type != PIN_TYPE_IN && type != PIN_TYPE_INOUT)
         return filters(constants)
-                   ? rule_error({"aio-times-not-allowed", port->line},
-                                "<port id> '%s' has <pin type> '%s', no <time constants> allowed "
-                                "(only for 'IN' and 'INOUT')",
-                                port_text(port->port_id), port_type_name(type))
+                   ? rule_error(
+                         {"aio-times-not-allowed", port_place(port->port_id, port->place.begin, 0)},
+                         "<port id> '%s' has <pin type> '%s', no <time constants> allowed "
+                         "(only for 'IN' and 'INOUT')",
+                         port_text(port->port_id), port_type_name(type))
                    : BSDL_RESULT_OK;
     if (constants)
         return BSDL_RESULT_OK;
     return rule_message(bsdl->strict ? BSDL_LEVEL_ERROR : BSDL_LEVEL_WARNING, bsdl->strict ? 2 : 3,
-                        {"aio-times-missing", port->line},
+                        {"aio-times-missing", port_place(port->port_id, port->place.begin, 0)},
                         "<port id> '%s' has <pin type> '%s', at least one <time constants> must be "
                         "specified",
                         port_text(port->port_id), port_type_name(type));
 }
 
-static int32_t check_times(const AioTimeConstants *constants, int32_t line)
+static int32_t check_times(const AioTimeConstants *constants)
 {
     int32_t result = BSDL_RESULT_OK;
     if (constants->lp_time < 0.0F)
-        result |= rule_error({"aio-lp-time-negative", line}, "<LP_time> '%s' should be > 0.0",
+        result |= rule_error({"aio-lp-time-negative", token_place(constants->lp_place.begin, 2)},
+                             "<LP_time> '%s' should be > 0.0",
                              scientific_text(constants->lp_time).text);
     if (constants->hp && constants->hp->hp_time < 0.0F)
-        result |= rule_error({"aio-hp-time-negative", line}, "<HP_time> '%s' should be > 0.0",
+        result |= rule_error({"aio-hp-time-negative", token_place(constants->hp_place.begin, 2)},
+                             "<HP_time> '%s' should be > 0.0",
                              scientific_text(constants->hp->hp_time).text);
     return result;
+}
+
+// port [ cell , cell ... ]
+static Place input_cells_place(const AioPort *port)
+{
+    const uint32_t first = port_tokens(port->port_id) + 1;
+    const uint32_t count = list_length(port->input_cells);
+    return tokens_place(port->place.begin, first, first + 2 * count - 2);
 }
 
 static int32_t check_cell_count(const AioPort *port)
@@ -372,32 +389,32 @@ static int32_t check_cell_count(const AioPort *port)
     const PinSpec *spec = port->pin_spec;
     if (spec->range_direction == RANGE_NONE || port->port_id->subscripted)
         return cells == 1 ? BSDL_RESULT_OK
-                          : rule_error({"aio-input-cells-of-bit", port->line},
+                          : rule_error({"aio-input-cells-of-bit", input_cells_place(port)},
                                        "<port id> '%s' is a single bit, thus <input cell list> can "
                                        "have only one element",
                                        port_text(port->port_id));
     int64_t size = std::llabs(int64_t{spec->range_end} - spec->range_start) + 1;
     return cells == size
                ? BSDL_RESULT_OK
-               : rule_error({"aio-input-cells-of-vector", port->line},
+               : rule_error({"aio-input-cells-of-vector", input_cells_place(port)},
                             "<port id> '%s' is a bit array of size %i, but <input cell list> has "
                             "%i elements",
                             port_text(port->port_id), static_cast<int32_t>(size),
                             static_cast<int32_t>(cells));
 }
 
-static int32_t check_input_cell(Bsdl *bsdl, int32_t number, int32_t line)
+static int32_t check_input_cell(Bsdl *bsdl, int32_t number, Place place)
 {
     const CellEntry *cell = find_cell(bsdl, static_cast<uint32_t>(number));
     if (!cell)
-        return rule_error({"aio-input-cell-unknown", line},
+        return rule_error({"aio-input-cell-unknown", place},
                           "<cell number> %i is used as <input cell>, but this cell does not exist "
                           "in <boundary register statement>",
                           number);
     int32_t function = cell->cell_spec->function;
     if (function == CELL_FUNCTION_INPUT || function == CELL_FUNCTION_OBSERVE_ONLY)
         return BSDL_RESULT_OK;
-    return rule_error({"aio-input-cell-function", line},
+    return rule_error({"aio-input-cell-function", place},
                       "<cell number> %i is used as <input cell>, but this cell's <function> value "
                       "is '%s', and should be 'INPUT' or 'OBSERVE_ONLY'",
                       number, cell_function_name(function));
@@ -408,8 +425,11 @@ static int32_t check_input_cells(Bsdl *bsdl, const AioPort *port)
     int32_t result = BSDL_RESULT_OK;
     if (port->pin_spec && port->input_cells)
         result |= check_cell_count(port);
-    for (const void *number : items<void>(port->input_cells))
-        result |= check_input_cell(bsdl, GPOINTER_TO_INT(number), port->line);
+    TokenCursor token = {port->place.begin, port_tokens(port->port_id) + 1};
+    for (const void *number : items<void>(port->input_cells)) {
+        result |= check_input_cell(bsdl, GPOINTER_TO_INT(number), cursor_place(&token));
+        token.behind += 2;
+    }
     return result;
 }
 
@@ -423,12 +443,13 @@ static int32_t check_pin_info(PinCheck *check, const AioPinInfo *info)
     if (constants && constants->select_cell != AIO_NO_SELECT_CELL) {
         for (const AioPort *port : items<AioPort>(info->ports))
             result |= check_select_port(port, constants);
-        result |= check_select_cell(check->bsdl, constants->select_cell, info->line);
+        result |= check_select_cell(check->bsdl, constants->select_cell,
+                                    token_place(constants->select_place.begin, 2));
     }
     for (const AioPort *port : items<AioPort>(info->ports))
         result |= check_port_times(check->bsdl, port, constants);
     if (constants)
-        result |= check_times(constants, info->line);
+        result |= check_times(constants);
     for (const AioPort *port : items<AioPort>(info->ports))
         result |= check_input_cells(check->bsdl, port);
     return result;
@@ -441,10 +462,12 @@ static int32_t check_associated_ports(const PinCheck *check)
     for (const TwinGroupEntry *entry : items<TwinGroupEntry>(check->bsdl->data->grouped_ports)) {
         for (const TwinGroup *group : items<TwinGroup>(entry->twin_groups)) {
             if (index_find(&check->last_use, port_key(group->associated)) != INDEX_NONE)
-                result |= rule_error({"aio-associated-port", group->line},
-                                     "<associated port> '%s' in <grouped port identification> "
-                                     "cannot appear in <AC pin info>",
-                                     port_text(group->associated));
+                result |= rule_error(
+                    {"aio-associated-port", port_place(group->associated, group->place.begin,
+                                                       port_tokens(group->representative) + 2)},
+                    "<associated port> '%s' in <grouped port identification> "
+                    "cannot appear in <AC pin info>",
+                    port_text(group->associated));
         }
     }
     return result;
@@ -462,7 +485,7 @@ int32_t bsdl_check_aio_pin_behavior(Bsdl *h)
         !data->logical_ports)
         return BSDL_RESULT_MISSING;
     if (!data->aio->pin_behaviors) {
-        rule_warning({"aio-pins-missing", data->aio->line}, "No AIO portlist specified");
+        rule_warning({"aio-pins-missing", data->aio->place}, "No AIO portlist specified");
         return BSDL_RESULT_MISSING;
     }
 
@@ -471,8 +494,8 @@ int32_t bsdl_check_aio_pin_behavior(Bsdl *h)
         return BSDL_RESULT_FAILED;
     index_compliance(&check);
     index_uses(&check);
-    int32_t result = check_pulse_instruction(h, data->aio->line);
-    result |= check_train_instruction(h, data->aio->line);
+    int32_t result = check_pulse_instruction(h, data->aio->place);
+    result |= check_train_instruction(h, data->aio->place);
     for (const AioPinInfo *info : items<AioPinInfo>(check.described)) {
         if (check.arena.failed)
             break;

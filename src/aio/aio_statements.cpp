@@ -38,17 +38,21 @@ AioHpTime *aio_hp_time_new(Bsdl *bsdl, double time, int32_t on_chip)
     return hp;
 }
 
-AioTimeConstants *aio_time_constants_new(Bsdl *bsdl, double lp_time, AioHpTime *hp)
+AioTimeConstants *aio_time_constants_new(Bsdl *bsdl, double lp_time, Place lp_place, AioHpTime *hp,
+                                         Place hp_place)
 {
     auto *constants = model_new<AioTimeConstants>(bsdl);
     constants->lp_time = seconds_from(lp_time);
+    constants->lp_place = lp_place;
     constants->hp = hp;
+    constants->hp_place = hp_place;
     return constants;
 }
 
-AioTimeConstants *aio_select_cell(AioTimeConstants *constants, int32_t cell)
+AioTimeConstants *aio_select_cell(AioTimeConstants *constants, int32_t cell, Place place)
 {
     constants->select_cell = cell;
+    constants->select_place = place;
     return constants;
 }
 
@@ -57,21 +61,21 @@ List aio_input_cells(Bsdl *bsdl, List cells, int32_t number)
     return model_append(bsdl, cells, GINT_TO_POINTER(number));
 }
 
-AioPort *aio_port_new(Bsdl *bsdl, PortId *port_id, List input_cells, int32_t line)
+AioPort *aio_port_new(Bsdl *bsdl, PortId *port_id, List input_cells, Place place)
 {
     auto *port = model_new<AioPort>(bsdl);
     port->port_id = port_id;
     port->input_cells = input_cells.head;
-    port->line = line;
+    port->place = place;
     return port;
 }
 
-AioPinInfo *aio_pin_info_new(Bsdl *bsdl, List ports, AioTimeConstants *constants, int32_t line)
+AioPinInfo *aio_pin_info_new(Bsdl *bsdl, List ports, AioTimeConstants *constants, Place place)
 {
     auto *info = model_new<AioPinInfo>(bsdl);
     info->ports = ports.head;
     info->time_constants = constants;
-    info->line = line;
+    info->place = place;
     return info;
 }
 
@@ -95,9 +99,9 @@ int32_t aio_conformance_skipped(Bsdl *bsdl)
     return AIO_CONFORMANCE_NONE;
 }
 
-AioPulse *aio_pulse_passed(Bsdl *bsdl, AioPulse *pulse, int32_t line)
+AioPulse *aio_pulse_passed(Bsdl *bsdl, AioPulse *pulse, Place place)
 {
-    pulse->line = line;
+    pulse->place = place;
     statement_passed(bsdl, "\tAIO_EXTEST_Pulse_Execution statement passed");
     return pulse;
 }
@@ -108,9 +112,9 @@ AioPulse *aio_pulse_skipped(Bsdl *bsdl)
     return nullptr;
 }
 
-AioTrain *aio_train_passed(Bsdl *bsdl, AioTrain *train, int32_t line)
+AioTrain *aio_train_passed(Bsdl *bsdl, AioTrain *train, Place place)
 {
-    train->line = line;
+    train->place = place;
     statement_passed(bsdl, "\tAIO_EXTEST_Train_Execution statement passed");
     return train;
 }
@@ -127,19 +131,19 @@ List aio_pin_behavior_passed(Bsdl *bsdl, List infos)
     return infos;
 }
 
-AioData *aio_data_new(Bsdl *bsdl, int32_t line)
+AioData *aio_data_new(Bsdl *bsdl, Place place)
 {
     auto *data = model_new<AioData>(bsdl);
-    data->line = line;
+    data->place = place;
     bsdl->data->aio = data;
     return data;
 }
 
 void aio_data_made(Bsdl *bsdl, int32_t conformance, AioExtest *extest, List pin_behaviors,
-                   int32_t line)
+                   Place place)
 {
     bsdl->standards_filter = 0;
-    AioData *data = aio_data_new(bsdl, line);
+    AioData *data = aio_data_new(bsdl, place);
     data->conformance = conformance;
     data->extest = extest;
     data->pin_behaviors = pin_behaviors.head;

@@ -30,8 +30,8 @@ struct CellEntry {
     CellSpec *cell_spec; // always present
     DisableSpec *disable_spec;
     CellDesc *cell_desc; // set by the check
-    int32_t line;
-    uint32_t position; // in the table
+    uint32_t at;         // place of its number
+    uint32_t position;   // in the table
 };
 
 struct BoundaryRegister {
@@ -39,9 +39,24 @@ struct BoundaryRegister {
     GSList *cell_table; // CellEntry, in file order
     uint32_t cell_cursor;
     ListWalk walk;
-    int32_t length_line;
-    int32_t line;
+    Place length_place;
+    Place place;
 };
+
+// What stands in a row, for messages.
+enum CellPart : uint32_t {
+    CELL_NUMBER,
+    CELL_NAME,
+    CELL_PORT,
+    CELL_SUBSCRIPT,
+    CELL_FUNCTION,
+    CELL_SAFE_BIT,
+    CELL_CONTROL,
+    CELL_DISABLE_VALUE,
+    CELL_DISABLE_RESULT,
+    CELL_DISABLE_SPEC,
+};
+Place cell_place(const CellEntry *cell, CellPart part);
 
 void boundary_cells_passed(Bsdl *bsdl);
 void boundary_cells_absent(Bsdl *bsdl);
@@ -49,14 +64,14 @@ void boundary_cells_skipped(Bsdl *bsdl);
 void boundary_length_passed(Bsdl *bsdl);
 void boundary_register_passed(Bsdl *bsdl, GSList *table);
 void boundary_register_skipped(Bsdl *bsdl);
-// The lines are those of BOUNDARY_LENGTH and BOUNDARY_REGISTER.
-void boundary_register_made(Bsdl *bsdl, int32_t length, List table, int32_t length_line,
-                            int32_t line);
+// The places are those of BOUNDARY_LENGTH and BOUNDARY_REGISTER.
+void boundary_register_made(Bsdl *bsdl, int32_t length, List table, Place length_place,
+                            Place place);
 
 // A cell entry begins with its specification; number and disable specification come later.
 CellEntry *cell_entry_new(Bsdl *bsdl, const char *name, PortId *port, int32_t function,
                           int32_t safe_bit);
-CellEntry *cell_entry_numbered(CellEntry *entry, int32_t number, int32_t line);
+CellEntry *cell_entry_numbered(CellEntry *entry, int32_t number, uint32_t at);
 List cell_table_append(List table, CellEntry *entry);
 DisableSpec *disable_spec_new(Bsdl *bsdl, int32_t ccell, int32_t value, int32_t result);
 
@@ -93,6 +108,7 @@ void note_disabled_pins(Bsdl *bsdl);
 struct ClockCycles {
     PortId *port;
     int32_t cycle_count;
+    Place place; // of the port
 };
 
 struct WaitSpec {
@@ -109,25 +125,27 @@ struct RunbistSpec {
     WaitSpec *wait;
     int32_t condition; // RunCondition
     const char *signature;
-    int32_t line;
+    Place signature_place;
+    Place place;
 };
 
 struct IntestSpec {
     WaitSpec *wait;
     int32_t condition; // RunCondition
-    int32_t line;
+    Place place;
 };
 
 void runbist_absent(Bsdl *bsdl);
-void runbist_passed(Bsdl *bsdl, RunbistSpec *spec, int32_t line);
+void runbist_passed(Bsdl *bsdl, RunbistSpec *spec, Place place);
 void runbist_skipped(Bsdl *bsdl);
-RunbistSpec *runbist_spec_new(Bsdl *bsdl, WaitSpec *wait, int32_t condition, const char *signature);
+RunbistSpec *runbist_spec_new(Bsdl *bsdl, WaitSpec *wait, int32_t condition, const char *signature,
+                              Place signature_place);
 void intest_absent(Bsdl *bsdl);
-void intest_passed(Bsdl *bsdl, IntestSpec *spec, int32_t line);
+void intest_passed(Bsdl *bsdl, IntestSpec *spec, Place place);
 void intest_skipped(Bsdl *bsdl);
 IntestSpec *intest_spec_new(Bsdl *bsdl, WaitSpec *wait, int32_t condition);
 WaitSpec *wait_spec_new(Bsdl *bsdl, double time, List clock_cycles);
-ClockCycles *clock_cycles_new(Bsdl *bsdl, PortId *port, int32_t count);
+ClockCycles *clock_cycles_new(Bsdl *bsdl, PortId *port, int32_t count, Place place);
 
 // Report a value that is not above zero, and keep it.
 int32_t cycle_count_from(Bsdl *bsdl, int32_t count);
@@ -143,7 +161,7 @@ struct ExtensionEntry {
     int32_t declared;    // 1 a declaration, 0 a definition
     const char *package; // in a package file: the name asked for
     const char *source;  // component name when the statement was read; in a package file its body
-    int32_t line;
+    Place place;         // of the name
 };
 
 struct CorvaneClassEntry {
@@ -153,17 +171,17 @@ struct CorvaneClassEntry {
 
 // One entry in the list of extensions. The IEEE 1532 and 1149.6 statements enter the name of their
 // attribute as a definition; `name` need not come from the name table.
-void extension_declared(Bsdl *bsdl, const char *name);
-void extension_defined(Bsdl *bsdl, const char *name);
+void extension_declared(Bsdl *bsdl, const char *name, Place place);
+void extension_defined(Bsdl *bsdl, const char *name, Place place);
 // A declaration in the package file at hand.
 void extension_declared_in_package(Bsdl *bsdl, const char *name);
 
-void extension_declaration_passed(Bsdl *bsdl, const char *name);
-void extension_definition_passed(Bsdl *bsdl, const char *name);
+void extension_declaration_passed(Bsdl *bsdl, const char *name, Place place);
+void extension_definition_passed(Bsdl *bsdl, const char *name, Place place);
 void extension_definition_skipped(Bsdl *bsdl);
 void extensions_found(Bsdl *bsdl, const char *text);
 void extensions_misplaced(Bsdl *bsdl);
-void corvane_class_begun(Bsdl *bsdl);
+void corvane_class_begun(Bsdl *bsdl, Place place);
 void corvane_class_passed(Bsdl *bsdl);
 void corvane_class_skipped(Bsdl *bsdl);
 void corvane_class_append(Bsdl *bsdl, const char *key, const char *value);

@@ -58,7 +58,7 @@ cell_table:
 
 cell_entry:
   mode_integer cell_number '(' mode_none cell_info ')'
-    { $$ = cell_entry_numbered($cell_info, $cell_number, @cell_number); }
+    { $$ = cell_entry_numbered($cell_info, $cell_number, @cell_number.begin); }
 ;
 
 cell_number: integer;
@@ -130,13 +130,13 @@ runbist_description:
   %empty
     { runbist_absent(bsdl); }
 | ATTRIBUTE_RUNBIST_EXECUTION OF component_name ':' ENTITY IS quoted_string ';' rescan runbist_spec
-    { runbist_passed(bsdl, $runbist_spec, @1); }
+    { runbist_passed(bsdl, $runbist_spec, @$); }
 | ATTRIBUTE_RUNBIST_EXECUTION OF component_name ':' ENTITY IS error ';'
     { runbist_skipped(bsdl); }
 ;
 
 runbist_spec:
-  wait_spec ',' run_pin_spec ',' signature_spec { $$ = runbist_spec_new(bsdl, $1, $3, $5); }
+  wait_spec ',' run_pin_spec ',' signature_spec { $$ = runbist_spec_new(bsdl, $1, $3, $5, @5); }
 ;
 
 intest_description:
@@ -144,7 +144,7 @@ intest_description:
     { intest_absent(bsdl); }
 | ATTRIBUTE_INTEST_EXECUTION OF component_name ':' ENTITY IS quoted_string ';' rescan
   intest_execution_sequence
-    { intest_passed(bsdl, $intest_execution_sequence, @1); }
+    { intest_passed(bsdl, $intest_execution_sequence, @$); }
 | ATTRIBUTE_INTEST_EXECUTION OF component_name ':' ENTITY IS error ';'
     { intest_skipped(bsdl); }
 ;
@@ -184,7 +184,7 @@ signature_spec:
 // that token has been read already, and the mode set here is for the token behind it. The count
 // follows upon a port whose end shows by it alone, so the mode is set ahead of the port as well.
 clock_cycles:
-  mode_integer port_id mode_integer cycle_count { $$ = clock_cycles_new(bsdl, $port_id, $4); }
+  mode_integer port_id mode_integer cycle_count { $$ = clock_cycles_new(bsdl, $port_id, $4, @port_id); }
 ;
 
 cycle_count: integer { $$ = cycle_count_from(bsdl, $1); };
@@ -222,12 +222,12 @@ std_bsdl_extension:
 ;
 
 extension_declaration:
-  ATTRIBUTE identifier ':' BSDL_EXTENSION ';' { extension_declaration_passed(bsdl, $identifier); }
+  ATTRIBUTE identifier ':' BSDL_EXTENSION ';' { extension_declaration_passed(bsdl, $identifier, @identifier); }
 ;
 
 extension_definition:
   ATTRIBUTE identifier OF component_name ':' ENTITY IS quoted_string ';'
-    { extension_definition_passed(bsdl, $identifier); }
+    { extension_definition_passed(bsdl, $identifier, @identifier); }
 | ATTRIBUTE identifier OF component_name ':' ENTITY IS error ';'
     { extension_definition_skipped(bsdl); }
 ;
@@ -238,7 +238,7 @@ corvane_bsdl_extension:
 ;
 
 corvane_extension_declaration:
-  ATTRIBUTE_CORVANE_CLASS ':' BSDL_EXTENSION ';' { extension_declared(bsdl, "CORVANE_CLASS"); }
+  ATTRIBUTE_CORVANE_CLASS ':' BSDL_EXTENSION ';' { extension_declared(bsdl, "CORVANE_CLASS", @1); }
 ;
 
 bsdl_ext_corvane:
@@ -249,7 +249,7 @@ bsdl_ext_corvane:
     { corvane_class_skipped(bsdl); }
 ;
 
-corvane_class_begin: %empty { corvane_class_begun(bsdl); };
+corvane_class_begin: %empty { corvane_class_begun(bsdl, @-7); };
 
 bsdl_corvane_class:
   bsdl_corvane_def

@@ -45,8 +45,14 @@ static const char *function_name(const CellEntry *cell)
 
 // ------------------------------------------------------------------------------ length and numbers
 
+// The number in the statement of the length, which demands the cells.
+static Place length_place(const CellCheck *check)
+{
+    return token_place(check->bsdl->data->boundary_register->length_place.begin, VALUE_TOKEN);
+}
+
 struct MissingNumbers {
-    int32_t line;
+    Place place;
     uint32_t lines;
     bool found;
 };
@@ -57,7 +63,7 @@ static void report_missing(MissingNumbers *missing, uint64_t from, uint64_t to)
     if (!message_wanted(2))
         return;
     for (; from < to && missing->lines < MOST_MISSING_LINES; from++, missing->lines++)
-        rule_error({"cell-number-missing", missing->line}, "cell_number (%i) does not exist",
+        rule_error({"cell-number-missing", missing->place}, "cell_number (%i) does not exist",
                    static_cast<int32_t>(from));
 }
 
@@ -74,8 +80,7 @@ static int32_t check_missing_numbers(CellCheck *check)
     if (!std::is_sorted(numbers, end))
         std::sort(numbers, end);
 
-    MissingNumbers missing = {
-        .line = check->bsdl->data->boundary_register->line, .lines = 0, .found = false};
+    MissingNumbers missing = {.place = length_place(check), .lines = 0, .found = false};
     uint64_t expected = 0;
     for (const uint32_t *number = numbers; number < end && *number < check->length; number++) {
         report_missing(&missing, expected, *number);
@@ -89,9 +94,8 @@ static int32_t check_numbers(CellCheck *check)
 {
     int32_t result = BSDL_RESULT_OK;
     if (check->length == 0)
-        result |=
-            rule_error({"boundary-length-zero", check->bsdl->data->boundary_register->length_line},
-                       "BOUNDARY_LENGTH must be greater than zero");
+        result |= rule_error({"boundary-length-zero", length_place(check)},
+                             "BOUNDARY_LENGTH must be greater than zero");
     result |= check_missing_numbers(check);
     return result;
 }
@@ -100,7 +104,7 @@ static int32_t check_number(const CellCheck *check, const CellEntry *cell)
 {
     if (cell->cell_number < check->length)
         return BSDL_RESULT_OK;
-    return rule_error({"cell-number-range", cell->line},
+    return rule_error({"cell-number-range", cell_place(cell, CELL_NUMBER)},
                       "cell_number (%i) cannot be equal to or larger than %i", cell->cell_number,
                       check->length);
 }
@@ -125,11 +129,11 @@ static bool merges_with_input(const CellEntry *cell)
     }
 }
 
-static int32_t check_merged_with_input(const CellEntry *cell, int32_t line)
+static int32_t check_merged_with_input(const CellEntry *cell)
 {
     if (merges_with_input(cell))
         return BSDL_RESULT_OK;
-    return rule_error({"merged-cell-function", line},
+    return rule_error({"merged-cell-function", cell_place(cell, CELL_FUNCTION)},
                       "Merged cell (cell_number %i) must have function OUTPUT2, OUTPUT3, CONTROL "
                       "or CONTROLR (now '%s')",
                       cell->cell_number, function_name(cell));
@@ -138,14 +142,14 @@ static int32_t check_merged_with_input(const CellEntry *cell, int32_t line)
 static int32_t check_merged_functions(const CellEntry *a, const CellEntry *b)
 {
     if (is_input(a) && is_input(b))
-        return rule_error({"merged-cell-two-inputs", a->line},
+        return rule_error({"merged-cell-two-inputs", cell_place(a, CELL_FUNCTION)},
                           "Only one of merged cells (cell_number %i) can have function '%s'",
                           a->cell_number, cell_function_name(CELL_FUNCTION_INPUT));
     if (is_input(a))
-        return check_merged_with_input(b, a->line);
+        return check_merged_with_input(b);
     if (is_input(b))
-        return check_merged_with_input(a, a->line);
-    return rule_error({"merged-cell-no-input", a->line},
+        return check_merged_with_input(a);
+    return rule_error({"merged-cell-no-input", cell_place(a, CELL_FUNCTION)},
                       "One of merged cells (cell_number %i) must have function '%s'",
                       a->cell_number, cell_function_name(CELL_FUNCTION_INPUT));
 }
@@ -155,20 +159,20 @@ static int32_t check_merged(CellEntry *a)
     CellEntry *b = a->merged_with;
     if (!b)
         return BSDL_RESULT_OK;
-    rule_message(BSDL_LEVEL_INFO, 4, {nullptr, a->line}, "\t\tCell_number %i is a merged cell",
-                 a->cell_number);
+    rule_message(BSDL_LEVEL_INFO, 4, {nullptr, cell_place(a, CELL_NUMBER)},
+                 "\t\tCell_number %i is a merged cell", a->cell_number);
 
     const CellSpec *spec = a->cell_spec;
     const CellSpec *other = b->cell_spec;
     int32_t result = BSDL_RESULT_OK;
     if (!same_name(spec->cell_name, other->cell_name))
-        result |= rule_error({"merged-cell-name", a->line},
+        result |= rule_error({"merged-cell-name", cell_place(a, CELL_NAME)},
                              "Cell_names of merged cells must be equal (now '%s' and '%s')",
                              spec->cell_name, other->cell_name);
     result |= check_merged_functions(a, b);
     if (spec->safe_bit != SAFE_BIT_X && other->safe_bit != SAFE_BIT_X &&
         spec->safe_bit != other->safe_bit)
-        result |= rule_error({"merged-cell-safe-bit", a->line},
+        result |= rule_error({"merged-cell-safe-bit", cell_place(a, CELL_SAFE_BIT)},
                              "Merged cells (cell_number %i) must have equal safe_bit values, "
                              "unless one value is 'X' (now '%s' and '%s')",
                              a->cell_number, safe_bit_name(spec->safe_bit),
@@ -198,7 +202,7 @@ static int32_t check_context(const CellEntry *cell)
     // A description without capture descriptors is reported twice.
     for (int times = desc->capt_descs ? 1 : 2; times > 0; times--)
         result |=
-            rule_error({"cell-context", cell->line},
+            rule_error({"cell-context", cell_place(cell, CELL_FUNCTION)},
                        "Cell_type '%s' has no cell_context '%s' as required by cell_number %i",
                        desc->name, function_name(cell), cell->cell_number);
     return result;
@@ -209,11 +213,11 @@ static int32_t check_cell_desc(const CellCheck *check, CellEntry *cell)
     const char *name = cell->cell_spec->cell_name;
     cell->cell_desc = find_cell_desc(check->bsdl, name);
     if (!cell->cell_desc)
-        return rule_error({"cell-name-unknown", cell->line}, "Cell_name '%s' is not a defined cell",
-                          name);
+        return rule_error({"cell-name-unknown", cell_place(cell, CELL_NAME)},
+                          "Cell_name '%s' is not a defined cell", name);
     int32_t result = check_context(cell);
     if (check->opcode_has_intest && !cell->cell_desc->has_intest)
-        result |= rule_error({"cell-no-intest", cell->line},
+        result |= rule_error({"cell-no-intest", cell_place(cell, CELL_NAME)},
                              "INTEST is specified in <opcode description> and <cell name> '%s' "
                              "does not possess INTEST support capability",
                              cell->cell_desc->name);
@@ -265,7 +269,7 @@ static void mark_controlled(const CellCheck *check, ControlGroup *group)
 
 static int32_t report_disable_value(const CellEntry *cell, const CellEntry *control)
 {
-    return rule_error({"control-cell-safe-bit", cell->line},
+    return rule_error({"control-cell-safe-bit", cell_place(cell, CELL_DISABLE_VALUE)},
                       "The <disable value> (%s) of <cell number> %i with <function> '%s' must be "
                       "equal to the <safe bit> (%s) of <cell number> %i with <function> '%s'",
                       disable_value_name(cell->disable_spec->disable_value), cell->cell_number,
@@ -298,7 +302,7 @@ static int32_t check_control_use(CellCheck *check, const CellEntry *control)
 {
     uint32_t place = index_find(&check->groups, control->cell_number);
     if (place == INDEX_NONE)
-        return rule_error({"control-cell-unused", control->line},
+        return rule_error({"control-cell-unused", cell_place(control, CELL_NUMBER)},
                           "cell_number %i with function '%s' does not control any cell",
                           control->cell_number, function_name(control));
     ControlGroup *group = &check->group[place];
@@ -314,7 +318,7 @@ static int32_t check_control_range(const CellCheck *check, const CellEntry *cell
     if (static_cast<uint32_t>(cell->disable_spec->ccell) < check->length)
         return BSDL_RESULT_OK;
     return rule_error(
-        {"control-cell-range", cell->line},
+        {"control-cell-range", cell_place(cell, CELL_CONTROL)},
         "cell_number %i uses cell %i as control_cell this cell number is out of range",
         cell->cell_number, cell->disable_spec->ccell);
 }
@@ -325,12 +329,12 @@ static int32_t check_undriven(CellCheck *check, const CellEntry *cell)
     bool is_control = function == CELL_FUNCTION_CONTROL || function == CELL_FUNCTION_CONTROLR;
     int32_t result = BSDL_RESULT_OK;
     if (cell->disable_spec)
-        result |= rule_error({"cell-disable-spec-forbidden", cell->line},
+        result |= rule_error({"cell-disable-spec-forbidden", cell_place(cell, CELL_DISABLE_SPEC)},
                              "cell_number %i with function '%s' cannot contain a disable_spec",
                              cell->cell_number, function_name(cell));
     if ((is_control || function == CELL_FUNCTION_INTERNAL) && cell->cell_spec->port)
         result |=
-            rule_error({"cell-port-forbidden", cell->line},
+            rule_error({"cell-port-forbidden", cell_place(cell, CELL_PORT)},
                        "cell_number %i with function '%s' must have port_id '*' instead of %s",
                        cell->cell_number, function_name(cell), port_text(cell->cell_spec->port));
     if (is_control)
@@ -353,7 +357,8 @@ static int32_t check_self_disable(const CellEntry *cell, int32_t level)
     if (spec->disable_value == DISABLE_VALUE_NONE || spec->disable_result == weak ||
         spec->disable_result == pull)
         return BSDL_RESULT_OK;
-    return rule_message(level, 2, {"cell-self-disable-result", cell->line},
+    return rule_message(level, 2,
+                        {"cell-self-disable-result", cell_place(cell, CELL_DISABLE_RESULT)},
                         "cell_number %i with function '%s' and disable_value '%s' must have "
                         "disable_result '%s' or '%s' instead of '%s'",
                         cell->cell_number, function_name(cell),
@@ -370,7 +375,7 @@ static bool controls_itself(const CellEntry *cell)
 static int32_t check_three_state(const CellCheck *check, const CellEntry *cell)
 {
     if (!cell->disable_spec)
-        return rule_error({"cell-disable-spec-missing", cell->line},
+        return rule_error({"cell-disable-spec-missing", cell_place(cell, CELL_FUNCTION)},
                           "cell_number %i with function '%s' must contain a disable_spec",
                           cell->cell_number, function_name(cell));
     if (cell->cell_spec->function == CELL_FUNCTION_OUTPUT3 || !controls_itself(cell))
@@ -390,7 +395,7 @@ static int32_t check_two_state(const CellCheck *check, const CellEntry *cell)
         return BSDL_RESULT_OK;
     int32_t result = BSDL_RESULT_OK;
     if (!controls_itself(cell))
-        result |= rule_strict(bsdl, {"cell-open-output-control", cell->line},
+        result |= rule_strict(bsdl, {"cell-open-output-control", cell_place(cell, CELL_CONTROL)},
                               "cell_number %i with function '%s' and a disable_spec must control "
                               "itself, ccell (%i) must be equal to %i",
                               cell->cell_number, function_name(cell), cell->disable_spec->ccell,
@@ -435,7 +440,7 @@ static int32_t check_shared_control(const CellCheck *check, const CellEntry *cel
             other->disable_spec->disable_result == spec->disable_result)
             continue;
         result |= rule_error(
-            {"control-cell-shared", other->line},
+            {"control-cell-shared", cell_place(other, CELL_DISABLE_RESULT)},
             "cell_number %i with function '%s' does controlled by %i has a different disable_value "
             "(%s - %s) from cell_number %i with function '%s', also controlled by cell_number %i",
             cell->cell_number, function_name(cell), spec->ccell,
@@ -452,10 +457,11 @@ static int32_t check_controlled(const CellCheck *check, const CellEntry *cell)
         return BSDL_RESULT_OK;
     int32_t result = BSDL_RESULT_OK;
     if (!cell->disable_spec->control_seen)
-        result |= rule_strict(check->bsdl, {"control-cell-function", cell->line},
-                              "cell_number %i with function '%s' uses cell %i as control_cell but "
-                              "this is not a control_cell",
-                              cell->cell_number, function_name(cell), cell->disable_spec->ccell);
+        result |=
+            rule_strict(check->bsdl, {"control-cell-function", cell_place(cell, CELL_CONTROL)},
+                        "cell_number %i with function '%s' uses cell %i as control_cell but "
+                        "this is not a control_cell",
+                        cell->cell_number, function_name(cell), cell->disable_spec->ccell);
     // No description names two issues of the standard, so this rule never applies.
     if (bsdlIs1994(check->bsdl) && bsdlIs2001(check->bsdl))
         result |= check_shared_control(check, cell);

@@ -242,25 +242,25 @@ static int32_t check_subscript(const CellEntry *cell, const PinSpec *pin_spec)
     bool has_range = pin_spec->range_direction != RANGE_NONE;
     if (!port->subscripted) {
         if (has_range)
-            return rule_error({"cell-port-is-vector", cell->line},
+            return rule_error({"cell-port-is-vector", cell_place(cell, CELL_PORT)},
                               "<cell number> %i with <port id> '%s' is defined as BIT_VECTOR in "
                               "<logical pin map>",
                               cell->cell_number, shown(port->name));
         return 0;
     }
     if (!has_range)
-        return rule_error({"cell-port-is-bit", cell->line},
+        return rule_error({"cell-port-is-bit", cell_place(cell, CELL_PORT)},
                           "<cell number> %i with <port id> '%s' is defined as single BIT in "
                           "<logical pin map>",
                           cell->cell_number, port_text(port));
     int32_t start = pin_spec->range_start, end = pin_spec->range_end;
     if (start < end && (port->subscript < start || port->subscript > end))
-        return rule_error({"cell-port-subscript-range", cell->line},
+        return rule_error({"cell-port-subscript-range", cell_place(cell, CELL_SUBSCRIPT)},
                           "<subscript> of <cell number> %i with <port id> '%s' Must be within "
                           "range [%i-%i]", /* as is */
                           cell->cell_number, port_text(port), start, end);
     if (start >= end && (port->subscript < end || port->subscript > start))
-        return rule_error({"cell-port-subscript-range", cell->line},
+        return rule_error({"cell-port-subscript-range", cell_place(cell, CELL_SUBSCRIPT)},
                           "<subscript> of <cell number> %i with <port id> '%s' must Be within "
                           "range [%i-%i]", /* as is */
                           cell->cell_number, port_text(port), end, start);
@@ -297,7 +297,7 @@ static bool is_observed_output_driven(CellSearch *search, Bsdl *bsdl, const Cell
     if (search->twins && (!bsdl->strict || has_aio)) {
         const TwinSearch *twins = search_twins(search, bsdl, port, pin_type);
         if (twins->hit && !has_aio)
-            rule_warning({"observe-only-cell-of-associated-port", cell->line},
+            rule_warning({"observe-only-cell-of-associated-port", cell_place(cell, CELL_FUNCTION)},
                          "'observe only' cell %i connected to associated output port '%s'",
                          cell->cell_number, port_text(twins->hit->associated));
         if (twins->hit && pin_type == PIN_TYPE_BUFFER && has_aio)
@@ -314,7 +314,7 @@ static int32_t check_cell_of_in_port(const CellEntry *cell)
 {
     if (is_input_or_observer(cell) || cell->cell_spec->function == CELL_FUNCTION_CLOCK)
         return 0;
-    return rule_error({"in-port-cell-function", cell->line},
+    return rule_error({"in-port-cell-function", cell_place(cell, CELL_FUNCTION)},
                       "<cell type> IN in <logical pin map> means that <cell number> %i with <port "
                       "id> %s must have function INPUT, CLOCK or OBSERVE_ONLY",
                       cell->cell_number, port_text(cell->cell_spec->port));
@@ -327,16 +327,17 @@ static int32_t check_cell_of_out_port(CellSearch *search, Bsdl *bsdl, const Cell
     case CELL_FUNCTION_OUTPUT2:
     case CELL_FUNCTION_OUTPUT3:
         if (const CellEntry *other = later_driver_of(search, cell))
-            return two_drivers({"out-port-two-drivers", cell->line}, cell, other, "an OUTPUT");
+            return two_drivers({"out-port-two-drivers", cell_place(cell, CELL_FUNCTION)}, cell,
+                               other, "an OUTPUT");
         return 0;
     case CELL_FUNCTION_OBSERVE_ONLY:
         if (!is_observed_output_driven(search, bsdl, cell, PIN_TYPE_OUT))
-            return rule_error({"out-port-without-driver", cell->line},
+            return rule_error({"out-port-without-driver", cell_place(cell, CELL_PORT)},
                               "<port id> %s must have a cell with an OUTPUT function",
                               port_text(port));
         return 0;
     default:
-        return rule_error({"out-port-cell-function", cell->line},
+        return rule_error({"out-port-cell-function", cell_place(cell, CELL_FUNCTION)},
                           "<cell type> OUT in <logical pin map> means that <cell number> %i with "
                           "<port id> %s must have function OUTPUT2 or OUTPUT3",
                           cell->cell_number, port_text(port));
@@ -350,17 +351,17 @@ static int32_t check_cell_of_inout_port(CellSearch *search, Bsdl *bsdl, const Ce
     switch (cell->cell_spec->function) {
     case CELL_FUNCTION_BIDIR:
         if (const CellEntry *other = later_driver_of(search, cell))
-            result |= two_drivers({"inout-port-two-drivers", cell->line}, cell, other,
-                                  "a BIDIR/OUTPUT2/OUTPUT3");
+            result |= two_drivers({"inout-port-two-drivers", cell_place(cell, CELL_FUNCTION)}, cell,
+                                  other, "a BIDIR/OUTPUT2/OUTPUT3");
         return result;
     case CELL_FUNCTION_OUTPUT2:
     case CELL_FUNCTION_OUTPUT3:
         if (const CellEntry *other = later_driver_of(search, cell))
-            result |= two_drivers({"inout-port-two-drivers", cell->line}, cell, other,
-                                  "an OUTPUT2/OUTPUT3");
+            result |= two_drivers({"inout-port-two-drivers", cell_place(cell, CELL_FUNCTION)}, cell,
+                                  other, "an OUTPUT2/OUTPUT3");
         if (!other_cell(search, cells_of_port(search, bsdl, cell).inputs, cell))
             result |= rule_strict(
-                bsdl, {"inout-port-without-input", cell->line},
+                bsdl, {"inout-port-without-input", cell_place(cell, CELL_PORT)},
                 "<cell number> %i <function> %s: at least one other <cell entry> with <port id> %s "
                 "must have function INPUT or OBSERVE_ONLY but a different <cell number>",
                 cell->cell_number, cell_function_name(cell->cell_spec->function), port_text(port));
@@ -369,7 +370,7 @@ static int32_t check_cell_of_inout_port(CellSearch *search, Bsdl *bsdl, const Ce
     case CELL_FUNCTION_OBSERVE_ONLY:
         return 0;
     default:
-        return rule_error({"inout-port-cell-function", cell->line},
+        return rule_error({"inout-port-cell-function", cell_place(cell, CELL_FUNCTION)},
                           "<cell type> INOUT in <logical pin map> means that <cell number> %i with "
                           "<port id> %s must have function BIDIR, OUTPUT2, OUTPUT3 INPUT or "
                           "OBSERVE_ONLY", /* as is: no comma after OUTPUT3 */
@@ -381,7 +382,7 @@ static int32_t check_output_of_buffer_port(CellSearch *search, Bsdl *bsdl, const
 {
     int32_t result = 0;
     if (cell->disable_spec)
-        result |= rule_error({"buffer-port-disable-spec", cell->line},
+        result |= rule_error({"buffer-port-disable-spec", cell_place(cell, CELL_DISABLE_SPEC)},
                              "<cell type> BUFFER in <logical pin map> means that <cell number> %i "
                              "with <port id> %s cannot contain a <disable spec>",
                              cell->cell_number, port_text(cell->cell_spec->port));
@@ -389,7 +390,8 @@ static int32_t check_output_of_buffer_port(CellSearch *search, Bsdl *bsdl, const
     // drivers are reported from both sides.
     const CellEntry *other = other_cell(search, cells_of_port(search, bsdl, cell).all, cell);
     if (other && other->cell_spec->function == CELL_FUNCTION_OUTPUT2)
-        result |= two_drivers({"buffer-port-two-drivers", cell->line}, cell, other, "an OUTPUT2");
+        result |= two_drivers({"buffer-port-two-drivers", cell_place(cell, CELL_FUNCTION)}, cell,
+                              other, "an OUTPUT2");
     return result;
 }
 
@@ -402,7 +404,7 @@ static int32_t check_observer_of_buffer_port(CellSearch *search, Bsdl *bsdl, con
         is_observed_output_driven(search, bsdl, cell, PIN_TYPE_BUFFER))
         return 0;
     // The name alone, also for one bit of a vector.
-    return rule_error({"buffer-port-without-driver", cell->line},
+    return rule_error({"buffer-port-without-driver", cell_place(cell, CELL_PORT)},
                       "<port id> %s must have a cell with an OUTPUT2 function",
                       shown(cell->cell_spec->port->name));
 }
@@ -415,7 +417,7 @@ static int32_t check_cell_of_buffer_port(CellSearch *search, Bsdl *bsdl, const C
     case CELL_FUNCTION_OBSERVE_ONLY:
         return check_observer_of_buffer_port(search, bsdl, cell);
     default:
-        return rule_error({"buffer-port-cell-function", cell->line},
+        return rule_error({"buffer-port-cell-function", cell_place(cell, CELL_FUNCTION)},
                           "<cell type> BUFFER in <logical pin map> means that <cell number> %i "
                           "with <port id> %s must have function OUTPUT2",
                           cell->cell_number, port_text(cell->cell_spec->port));
@@ -431,7 +433,7 @@ int32_t check_cell_port(Bsdl *bsdl, CellEntry *cell)
     const PinSpec *pin_spec = find_port_name(bsdl, port->name);
     if (!pin_spec)
         return rule_error(
-            {"cell-port-undefined", cell->line},
+            {"cell-port-undefined", cell_place(cell, CELL_PORT)},
             "<cell number> %i with <port id> '%s' is not defined in <logical pin map>",
             cell->cell_number, port_text(port));
 
@@ -447,7 +449,7 @@ int32_t check_cell_port(Bsdl *bsdl, CellEntry *cell)
     case PIN_TYPE_BUFFER:
         return result | check_cell_of_buffer_port(search, bsdl, cell);
     default:
-        return result | rule_error({"linkage-port-cell", cell->line},
+        return result | rule_error({"linkage-port-cell", cell_place(cell, CELL_PORT)},
                                    "<cell number> %i with <port id> '%s' cannot have <pin type> "
                                    "LINKAGE in <logical pin map>",
                                    cell->cell_number, port_text(port));
@@ -459,6 +461,7 @@ int32_t check_cell_port(Bsdl *bsdl, CellEntry *cell)
 int32_t check_missing_cells(Bsdl *bsdl)
 {
     bool failed = false;
+    PortNameCursor names = {};
     for (PinEntry *pin : items<PinEntry>(bsdl->data->pins)) {
         if (pin->pin_type == PIN_TYPE_LINKAGE || pin->pin_function != PIN_FUNCTION_NONE ||
             first_cell_of_bit(bsdl, pin->port_id))
@@ -470,7 +473,7 @@ int32_t check_missing_cells(Bsdl *bsdl)
         const PinSpec *declaration = find_port_name(bsdl, pin->port_id->name);
         // One pin that fails makes errors of all that follow.
         rule_message(failed ? BSDL_LEVEL_ERROR : BSDL_LEVEL_WARNING, failed ? 2 : 3,
-                     {"pin-without-cell", declaration ? declaration->line : 0},
+                     {"pin-without-cell", port_name_place(&names, declaration, pin->port_id->name)},
                      "<port name> '%s' with <pin type> %s does not exist in <boundary register "
                      "statement>",
                      port_text(pin->port_id), port_type_name(pin->pin_type));

@@ -1,6 +1,7 @@
 #include "boundary/boundary.h"
 
 #include "frame/messages.h"
+#include "ports/ports.h"
 #include "scan/scanner.h"
 
 #include <type_traits>
@@ -97,14 +98,14 @@ void boundary_register_skipped(Bsdl *bsdl)
     statement_skipped(bsdl, "Skipping boundary_register due to errors");
 }
 
-void boundary_register_made(Bsdl *bsdl, int32_t length, List table, int32_t length_line,
-                            int32_t line)
+void boundary_register_made(Bsdl *bsdl, int32_t length, List table, Place length_place,
+                            Place place)
 {
     auto *record = model_new<BoundaryRegister>(bsdl);
     record->boundary_length = static_cast<uint32_t>(length);
     record->cell_table = table.head;
-    record->length_line = length_line;
-    record->line = line;
+    record->length_place = length_place;
+    record->place = place;
     bsdl->data->boundary_register = record;
 }
 
@@ -122,11 +123,32 @@ CellEntry *cell_entry_new(Bsdl *bsdl, const char *name, PortId *port, int32_t fu
     return &row->entry;
 }
 
-CellEntry *cell_entry_numbered(CellEntry *entry, int32_t number, int32_t line)
+CellEntry *cell_entry_numbered(CellEntry *entry, int32_t number, uint32_t at)
 {
     entry->cell_number = static_cast<uint32_t>(number);
-    entry->line = line;
+    entry->at = at;
     return entry;
+}
+
+// number ( name , port , function , safe bit [, control cell , value , result] )
+Place cell_place(const CellEntry *cell, CellPart part)
+{
+    constexpr uint32_t PORT = 4;
+    const uint32_t function = PORT + port_tokens(cell->cell_spec->port) + 1;
+    switch (part) {
+    case CELL_NUMBER:
+        return token_place(cell->at);
+    case CELL_NAME:
+        return token_place(cell->at, 2);
+    case CELL_PORT:
+        return tokens_place(cell->at, PORT, function - 2);
+    case CELL_SUBSCRIPT:
+        return token_place(cell->at, PORT + 2);
+    case CELL_DISABLE_SPEC:
+        return tokens_place(cell->at, function + 4, function + 8);
+    default:
+        return token_place(cell->at, function + 2 * (part - CELL_FUNCTION));
+    }
 }
 
 List cell_table_append(List table, CellEntry *entry)

@@ -16,44 +16,45 @@ constexpr size_t SCRATCH_BLOCK = size_t{4} << 10;
 // ------------------------------------------------------------------------------------- extensions
 
 static void append_extension(Bsdl *bsdl, const char *name, int32_t declared, const char *package,
-                             const char *source)
+                             const char *source, Place place)
 {
     auto *entry = model_new<ExtensionEntry>(bsdl);
     entry->name = model_name(bsdl, name);
     entry->declared = declared;
     entry->package = package;
     entry->source = source;
-    entry->line = scan_source_line(bsdl);
+    entry->place = place;
     BsdlData *data = bsdl->data;
     model_append_linked(bsdl, &data->extensions, &data->extensions_tail, entry);
 }
 
-void extension_declared(Bsdl *bsdl, const char *name)
+void extension_declared(Bsdl *bsdl, const char *name, Place place)
 {
-    append_extension(bsdl, name, 1, nullptr, bsdl->data->component_name);
+    append_extension(bsdl, name, 1, nullptr, bsdl->data->component_name, place);
 }
 
-void extension_defined(Bsdl *bsdl, const char *name)
+void extension_defined(Bsdl *bsdl, const char *name, Place place)
 {
-    append_extension(bsdl, name, 0, nullptr, bsdl->data->component_name);
+    append_extension(bsdl, name, 0, nullptr, bsdl->data->component_name, place);
 }
 
 void extension_declared_in_package(Bsdl *bsdl, const char *name)
 {
     const BsdlData *data = bsdl->data;
-    append_extension(bsdl, name, 1, data->current_package, data->current_package_body);
+    append_extension(bsdl, name, 1, data->current_package, data->current_package_body,
+                     scan_place(bsdl));
 }
 
-void extension_declaration_passed(Bsdl *bsdl, const char *name)
+void extension_declaration_passed(Bsdl *bsdl, const char *name, Place place)
 {
-    extension_declared(bsdl, name);
+    extension_declared(bsdl, name, place);
     parse_message(bsdl, BSDL_LEVEL_INFO, 4, nullptr, "\tBSDL extension declaration '%s' passed",
                   name);
 }
 
-void extension_definition_passed(Bsdl *bsdl, const char *name)
+void extension_definition_passed(Bsdl *bsdl, const char *name, Place place)
 {
-    extension_defined(bsdl, name);
+    extension_defined(bsdl, name, place);
     parse_message(bsdl, BSDL_LEVEL_INFO, 4, nullptr, "\tBSDL extension definition '%s' passed",
                   name);
     release_strings(bsdl);
@@ -77,9 +78,9 @@ void extensions_misplaced(Bsdl *bsdl)
 }
 
 // The name of the attribute counts as defined before its value is read.
-void corvane_class_begun(Bsdl *bsdl)
+void corvane_class_begun(Bsdl *bsdl, Place place)
 {
-    extension_defined(bsdl, "CORVANE_CLASS");
+    extension_defined(bsdl, "CORVANE_CLASS", place);
     rescan_strings(bsdl);
 }
 
@@ -149,7 +150,7 @@ static int32_t keep_declared(Bsdl *bsdl, Arena *scratch)
         if (entry->declared)
             continue;
         if (index_find(&declared, name_fold(entry->name)) == INDEX_NONE)
-            result |= rule_message(BSDL_LEVEL_ERROR, 1, {"extension-undeclared", entry->line},
+            result |= rule_message(BSDL_LEVEL_ERROR, 1, {"extension-undeclared", entry->place},
                                    "Extension '%s' in '%s' is defined but not declared",
                                    entry->name, shown(entry->source));
         else if (index_first(&kept, name_fold(entry->name), i) == INDEX_NONE)

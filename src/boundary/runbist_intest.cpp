@@ -25,9 +25,9 @@ void runbist_absent(Bsdl *bsdl)
     statement_absent(bsdl, "\tNo runbist description statement");
 }
 
-void runbist_passed(Bsdl *bsdl, RunbistSpec *spec, int32_t line)
+void runbist_passed(Bsdl *bsdl, RunbistSpec *spec, Place place)
 {
-    spec->line = line;
+    spec->place = place;
     bsdl->data->runbist = spec;
     statement_passed(bsdl, "\tRunbist description statement passed");
 }
@@ -38,10 +38,15 @@ void runbist_skipped(Bsdl *bsdl)
     statement_skipped(bsdl, "Skipping runbist_description due to errors");
 }
 
-RunbistSpec *runbist_spec_new(Bsdl *bsdl, WaitSpec *wait, int32_t condition, const char *signature)
+RunbistSpec *runbist_spec_new(Bsdl *bsdl, WaitSpec *wait, int32_t condition, const char *signature,
+                              Place signature_place)
 {
     auto *spec = model_new<RunbistSpec>(bsdl);
-    *spec = {.wait = wait, .condition = condition, .signature = signature, .line = 0};
+    *spec = {.wait = wait,
+             .condition = condition,
+             .signature = signature,
+             .signature_place = signature_place,
+             .place = {}};
     return spec;
 }
 
@@ -51,9 +56,9 @@ void intest_absent(Bsdl *bsdl)
     statement_absent(bsdl, "\tNo intest description statement");
 }
 
-void intest_passed(Bsdl *bsdl, IntestSpec *spec, int32_t line)
+void intest_passed(Bsdl *bsdl, IntestSpec *spec, Place place)
 {
-    spec->line = line;
+    spec->place = place;
     bsdl->data->intest = spec;
     statement_passed(bsdl, "\tIntest description statement passed");
 }
@@ -67,7 +72,7 @@ void intest_skipped(Bsdl *bsdl)
 IntestSpec *intest_spec_new(Bsdl *bsdl, WaitSpec *wait, int32_t condition)
 {
     auto *spec = model_new<IntestSpec>(bsdl);
-    *spec = {.wait = wait, .condition = condition, .line = 0};
+    *spec = {.wait = wait, .condition = condition, .place = {}};
     return spec;
 }
 
@@ -78,10 +83,10 @@ WaitSpec *wait_spec_new(Bsdl *bsdl, double time, List clock_cycles)
     return wait;
 }
 
-ClockCycles *clock_cycles_new(Bsdl *bsdl, PortId *port, int32_t count)
+ClockCycles *clock_cycles_new(Bsdl *bsdl, PortId *port, int32_t count, Place place)
 {
     auto *cycles = model_new<ClockCycles>(bsdl);
-    *cycles = {.port = port, .cycle_count = count};
+    *cycles = {.port = port, .cycle_count = count, .place = place};
     return cycles;
 }
 
@@ -132,8 +137,7 @@ static void index_clock_cells(Bsdl *bsdl, Index *clocks, Arena *scratch)
 
 // A duration counts the cycles of TCK or of a port with a CLOCK cell, and names each port once: a
 // port that comes again is reported at every place but the last.
-static int32_t check_clocks_with(Bsdl *bsdl, Arena *scratch, const GSList *clock_cycles,
-                                 int32_t line)
+static int32_t check_clocks_with(Bsdl *bsdl, Arena *scratch, const GSList *clock_cycles)
 {
     uint32_t count;
     auto **clocks = list_table_of<ClockCycles>(scratch, clock_cycles, &count);
@@ -153,26 +157,27 @@ static int32_t check_clocks_with(Bsdl *bsdl, Arena *scratch, const GSList *clock
         const PortId *port = clocks[i]->port;
         if (!port)
             continue;
+        const Place place = clocks[i]->place;
         uint64_t key = port_key(port);
         bool is_tck = tck && key == port_key(tck);
         if (!is_tck && index_find(&clock_cells, key) == INDEX_NONE)
-            result |= rule_error({"duration-port-no-clock", line}, "Port '%s' is not a clock port",
+            result |= rule_error({"duration-port-no-clock", place}, "Port '%s' is not a clock port",
                                  port_text(port));
         if (index_find(&last, key) != i)
-            result |= rule_error({"duration-port-repeated", line}, "Port '%s' is not unique",
+            result |= rule_error({"duration-port-repeated", place}, "Port '%s' is not unique",
                                  port_text(port));
     }
     return scratch->failed ? BSDL_RESULT_FAILED : result;
 }
 
-static int32_t check_clocks(Bsdl *bsdl, const WaitSpec *wait, int32_t line)
+static int32_t check_clocks(Bsdl *bsdl, const WaitSpec *wait)
 {
     if (!wait->clock_cycles)
         return BSDL_RESULT_OK;
     Arena scratch;
     if (!arena_start(&scratch, SCRATCH_BLOCK))
         return BSDL_RESULT_FAILED;
-    int32_t result = check_clocks_with(bsdl, &scratch, wait->clock_cycles, line);
+    int32_t result = check_clocks_with(bsdl, &scratch, wait->clock_cycles);
     arena_release(&scratch);
     return result;
 }
@@ -186,9 +191,9 @@ static int32_t check_signature(const Bsdl *bsdl, const RunbistSpec *spec, const 
             continue;
         for (const InstructionCapture *capture : items<InstructionCapture>(entry->captures))
             if (same_name(capture->name, runbist))
-                return rule_error({"runbist-signature-length", spec->line},
-                                  "Incorrect expect data pattern length %i, should be %i", length,
-                                  entry->length);
+                return rule_error(
+                    {"runbist-signature-length", token_place(spec->signature_place.begin, 1)},
+                    "Incorrect expect data pattern length %i, should be %i", length, entry->length);
     }
     return BSDL_RESULT_OK;
 }
@@ -207,9 +212,9 @@ int32_t bsdl_check_runbist(Bsdl *h)
     int32_t result = BSDL_RESULT_OK;
     const char *runbist = model_name(h, "RUNBIST");
     if (!find_instruction(h, runbist))
-        result |= rule_error({"runbist-no-instruction", spec->line},
+        result |= rule_error({"runbist-no-instruction", spec->place},
                              "Runbist used, but RUNBIST instruction does not exist");
-    result |= check_clocks(h, spec->wait, spec->line);
+    result |= check_clocks(h, spec->wait);
     result |= check_signature(h, spec, runbist);
     return check_end(h, result);
 }
@@ -227,8 +232,8 @@ int32_t bsdl_check_intest(Bsdl *h)
 
     int32_t result = BSDL_RESULT_OK;
     if (!find_instruction(h, model_name(h, "INTEST")))
-        result |= rule_error({"intest-no-instruction", spec->line},
+        result |= rule_error({"intest-no-instruction", spec->place},
                              "Intest used, but INTEST instruction does not exist");
-    result |= check_clocks(h, spec->wait, spec->line);
+    result |= check_clocks(h, spec->wait);
     return check_end(h, result);
 }

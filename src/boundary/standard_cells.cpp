@@ -75,7 +75,7 @@ static void append_capture(Bsdl *bsdl, List *capts, int32_t context, int32_t ins
                            int32_t source)
 {
     if (source)
-        *capts = model_append(bsdl, *capts, capt_desc_new(bsdl, context, instruction, source, 0));
+        *capts = model_append(bsdl, *capts, capt_desc_new(bsdl, context, instruction, source, {}));
 }
 
 static List standard_captures(Bsdl *bsdl, const StandardCell &cell)
@@ -105,7 +105,7 @@ void create_standard_cells(Bsdl *bsdl, uint32_t standard_bit)
     for (const StandardCell &cell : STANDARD_CELLS)
         if (!cell.only_2001 || standard_bit == BSDL_STANDARD_BIT_2001)
             cell_desc_enter(bsdl, cell_desc_new(bsdl, model_name(bsdl, cell.name),
-                                                standard_captures(bsdl, cell), 0));
+                                                standard_captures(bsdl, cell), {}));
 }
 
 // ----------------------------------------------------------------------------------- capture rules
@@ -129,14 +129,15 @@ static bool is_mandated(const char *name, int32_t conformance)
     return conformance == CONFORMANCE_2001 && is_digit(name[3]);
 }
 
-static Rule rule_at(const char *id, const CellDesc *desc, const CaptDesc *capt)
+// Of ( context , instruction , source ). A built-in cell stands nowhere.
+static Place source_place(const CaptDesc *capt)
 {
-    return {id, capt->line, desc->package ? desc->package->file_path : nullptr};
+    return place_or(token_place(capt->place.begin, 5), entity_place());
 }
 
 static int32_t illegal_source(const CellDesc *desc, const CaptDesc *capt)
 {
-    return rule_message(BSDL_LEVEL_ERROR, 1, rule_at("capture-source-illegal", desc, capt),
+    return rule_message(BSDL_LEVEL_ERROR, 1, {"capture-source-illegal", source_place(capt)},
                         "Illegal capture source '%s' for instruction '%s' of context '%s' for "
                         "cell '%s'",
                         capture_source_name(capt->data_source),
@@ -162,7 +163,7 @@ static int32_t check_output(const Bsdl *bsdl, const CellDesc *desc, const CaptDe
     if (capt->data_source == PI || (sample && conforms_2001 && capt->data_source == PO))
         return BSDL_RESULT_OK;
     return rule_message(bsdl->strict ? BSDL_LEVEL_ERROR : BSDL_LEVEL_WARNING, bsdl->strict ? 1 : 2,
-                        rule_at("capture-source-of-output", desc, capt),
+                        {"capture-source-of-output", source_place(capt)},
                         "Illegal capture source '%s' for instruction '%s' of context '%s' for "
                         "cell '%s'%s",
                         capture_source_name(capt->data_source),
@@ -187,7 +188,8 @@ static int32_t check_observe_only(const Bsdl *bsdl, const CellDesc *desc, const 
     if (capt->capt_instr != CAPTURE_INSTRUCTION_INTEST ||
         !is_mandated(desc->name, bsdl->data->conformance))
         return BSDL_RESULT_OK;
-    return rule_message(BSDL_LEVEL_ERROR, 1, rule_at("capture-source-of-mandated-cell", desc, capt),
+    return rule_message(BSDL_LEVEL_ERROR, 1,
+                        {"capture-source-of-mandated-cell", source_place(capt)},
                         "Illegal capture source 'PI' for instruction '%s' of context '%s' for "
                         "mandated cell '%s'",
                         capture_instruction_name(capt->capt_instr),
@@ -227,11 +229,11 @@ static int32_t check_captures(const Bsdl *bsdl, CellDesc *desc)
             desc->has_intest = 1;
         // All but the last of those that describe the same are reported.
         if (last[capt->cell_context][capt->capt_instr] != capt)
-            result |= rule_message(
-                BSDL_LEVEL_ERROR, 1, rule_at("capture-described-twice", desc, capt),
-                "Capture descriptor (%s, %s, %s) for cell '%s' already defined",
-                cell_function_name(capt->cell_context), capture_instruction_name(capt->capt_instr),
-                capture_source_name(capt->data_source), desc->name);
+            result |= rule_message(BSDL_LEVEL_ERROR, 1, {"capture-described-twice", capt->place},
+                                   "Capture descriptor (%s, %s, %s) for cell '%s' already defined",
+                                   cell_function_name(capt->cell_context),
+                                   capture_instruction_name(capt->capt_instr),
+                                   capture_source_name(capt->data_source), desc->name);
         result |= check_source(bsdl, desc, capt);
     }
     return result;

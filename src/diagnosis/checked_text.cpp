@@ -33,9 +33,9 @@ static void collect(void *data, BsdlMessage *message) noexcept
                                        .rule = rule ? rule : "",
                                        .file = file ? file : "",
                                        .line = bsdlMessageLine(),
-                                       .column = 0,
-                                       .end_line = 0,
-                                       .end_column = 0,
+                                       .column = bsdlMessageColumn(),
+                                       .end_line = bsdlMessageEndLine(),
+                                       .end_column = bsdlMessageEndColumn(),
                                        .text = message->text,
                                        .sums_up = reader_state.message.sums_up,
                                        .searched = {}});

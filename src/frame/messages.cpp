@@ -3,8 +3,10 @@
 #include "frame/call.h"
 #include "frame/model.h"
 #include "frame/reader_state.h"
+#include "scan/keywords.h"
 #include "scan/scanner.h"
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 #include <utility>
@@ -19,6 +21,12 @@ constexpr size_t LONGEST_TEXT = 10000;
 static const BsdlContext *current_context()
 {
     return reader_state.call ? reader_state.call->context : reader_state.context;
+}
+
+static const SourceMap *current_sources()
+{
+    const Bsdl *bsdl = reader_state.call ? reader_state.call->bsdl : nullptr;
+    return bsdl ? &bsdl->sources : nullptr;
 }
 
 bool message_wanted(uint32_t verbosity)
@@ -41,13 +49,49 @@ static void send(int32_t level, uint32_t verbosity, const Rule &rule, const char
     // A sink may call back into the library, even for a reading of its own: the current call and
     // message come back after it.
     const BsdlContext *context = current_context();
+    const SourceMap *sources = current_sources();
     Call *const call = std::exchange(reader_state.call, nullptr);
-    const Rule outer = std::exchange(reader_state.message, rule);
-    if (!rule.file && call)
-        reader_state.message.file = call->bsdl->file_name;
+    CurrentMessage current = {
+        .rule = rule.id,
+        .begin = source_position(sources, rule.place.begin),
+        .end = source_position(sources, std::max(rule.place.begin, rule.place.end)),
+        .expected = rule.expected,
+        .sums_up = rule.sums_up};
+    current.file = current.begin.file || !call ? current.begin.file : call->bsdl->file_name;
+    const CurrentMessage outer = std::exchange(reader_state.message, current);
     context->message_sink(context->sink_data, &message);
     reader_state.message = outer;
     reader_state.call = call;
+}
+
+Place token_place(uint32_t offset, uint32_t behind)
+{
+    return source_token(current_sources(), offset, behind);
+}
+
+Place tokens_place(uint32_t offset, uint32_t first, uint32_t last)
+{
+    return place_through(token_place(offset, first), token_place(offset, last));
+}
+
+Place cursor_place(TokenCursor *cursor)
+{
+    const Place place = token_place(cursor->at, cursor->behind);
+    if (has_place(place))
+        *cursor = {place.begin, 0};
+    return place;
+}
+
+Place entity_place()
+{
+    const SourceMap *sources = current_sources();
+    return sources ? sources->entity : Place{};
+}
+
+static Rule placed(Rule rule)
+{
+    rule.place = place_or(rule.place, entity_place());
+    return rule;
 }
 
 void bsdl_msg(int32_t level, uint32_t verbosity, const char *format, ...)
@@ -71,7 +115,7 @@ int32_t rule_error(Rule rule, const char *format, ...)
 {
     va_list arguments;
     va_start(arguments, format);
-    send(BSDL_LEVEL_ERROR, 2, rule, format, arguments);
+    send(BSDL_LEVEL_ERROR, 2, placed(rule), format, arguments);
     va_end(arguments);
     return BSDL_RESULT_FAILED;
 }
@@ -80,7 +124,7 @@ int32_t rule_warning(Rule rule, const char *format, ...)
 {
     va_list arguments;
     va_start(arguments, format);
-    send(BSDL_LEVEL_WARNING, 2, rule, format, arguments);
+    send(BSDL_LEVEL_WARNING, 2, placed(rule), format, arguments);
     va_end(arguments);
     return BSDL_RESULT_OK;
 }
@@ -89,17 +133,14 @@ int32_t rule_strict(const Bsdl *bsdl, Rule rule, const char *format, ...)
 {
     va_list arguments;
     va_start(arguments, format);
-    send(bsdl->strict ? BSDL_LEVEL_ERROR : BSDL_LEVEL_WARNING, 2, rule, format, arguments);
+    send(bsdl->strict ? BSDL_LEVEL_ERROR : BSDL_LEVEL_WARNING, 2, placed(rule), format, arguments);
     va_end(arguments);
     return bsdl->strict ? BSDL_RESULT_FAILED : BSDL_RESULT_OK;
 }
 
 // ----------------------------------------------------------------------------------- while parsing
 
-static Rule at_hand(const Bsdl *bsdl, const char *rule)
-{
-    return {rule, scan_source_line(bsdl), scan_file(bsdl)};
-}
+static Rule at_hand(const Bsdl *bsdl, const char *rule) { return {rule, scan_place(bsdl)}; }
 
 void statement_passed(Bsdl *bsdl, const char *text)
 {
@@ -109,14 +150,24 @@ void statement_passed(Bsdl *bsdl, const char *text)
 
 void statement_absent(Bsdl *bsdl, const char *text)
 {
-    rule_message(BSDL_LEVEL_INFO, 4, at_hand(bsdl, nullptr), "%s", text);
+    rule_message(BSDL_LEVEL_INFO, 4, Rule{nullptr, bsdl->sources.entity}, "%s", text);
 }
 
 void statement_skipped(Bsdl *bsdl, const char *text)
 {
-    rule_message(BSDL_LEVEL_ERROR, 1, at_hand(bsdl, "statement-skipped"), "%s", text);
+    rule_message(BSDL_LEVEL_ERROR, 1, Rule{"statement-skipped", scan_place_of_statement(bsdl)},
+                 "%s", text);
     drop_unread_strings(bsdl);
     bsdl->scan_mode = SCAN_MODE_NONE;
+}
+
+void syntax_error(Bsdl *bsdl, const Rule &rule, const char *format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    send(BSDL_LEVEL_ERROR, 1, rule, format, arguments);
+    va_end(arguments);
+    bsdl->error_count++;
 }
 
 bool parse_refused(Bsdl *bsdl, const char *rule, const char *format, ...)
@@ -138,8 +189,24 @@ void parse_message(Bsdl *bsdl, int32_t level, uint32_t verbosity, const char *ru
     va_end(arguments);
 }
 
-int32_t bsdlMessageLine(void) { return reader_state.message.line; }
+int32_t bsdlMessageLine(void) { return reader_state.message.begin.line; }
+
+int32_t bsdlMessageColumn(void) { return reader_state.message.begin.column; }
+
+int32_t bsdlMessageEndLine(void) { return reader_state.message.end.line; }
+
+int32_t bsdlMessageEndColumn(void) { return reader_state.message.end.column; }
+
+const BsdlExpected *bsdlMessageExpected(int32_t *count)
+{
+    ExpectedTokens *expected = reader_state.message.expected;
+    for (int32_t i = 0; expected && i < expected->count; i++)
+        expected->tokens[i].text = token_text(expected->tokens[i].name);
+    if (count)
+        *count = expected ? expected->count : 0;
+    return expected ? expected->tokens : nullptr;
+}
 
 const char *bsdlMessageFile(void) { return reader_state.message.file; }
 
-const char *bsdlMessageRule(void) { return reader_state.message.id; }
+const char *bsdlMessageRule(void) { return reader_state.message.rule; }

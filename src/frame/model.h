@@ -3,6 +3,7 @@
 #include "base/arena.h"
 #include "base/list.h"
 #include "base/names.h"
+#include "frame/places.h"
 #include "tarnlet/bsdl.h"
 
 #include <cstdint>
@@ -105,6 +106,7 @@ struct Bsdl {
 
     Arena arena;        // everything under this record
     NameTable names;    // of the whole reading
+    SourceMap sources;  // where the texts' lines begin
     ScanState *reading; // scanner and string store, while readBsdl runs
     Lookups *lookups;   // indexes over the model, made when first asked for
     Bsdl *released;     // the next handle that was given back

@@ -254,15 +254,14 @@ int32_t bsdlGetNumErrors(Bsdl *h) { return h ? h->error_count : -1; }
 void description_read(Bsdl *bsdl)
 {
     bsdl->reading->complete = true;
-    parse_message(bsdl, BSDL_LEVEL_INFO, 2, nullptr, "BSDL syntax %s",
-                  bsdl->error_count ? "failed" : "ok");
+    bsdl_msg(BSDL_LEVEL_INFO, 2, "BSDL syntax %s", bsdl->error_count ? "failed" : "ok");
 }
 
 void prg_data_read(Bsdl *bsdl)
 {
     bsdl->reading->complete = true;
-    parse_message(bsdl, BSDL_LEVEL_INFO, 2, nullptr, "PPC/PRG syntax %s",
-                  bsdl->error_count ? "failed " /* as is */ : "ok");
+    bsdl_msg(BSDL_LEVEL_INFO, 2, "PPC/PRG syntax %s",
+             bsdl->error_count ? "failed " /* as is */ : "ok");
 }
 
 const char *pattern_of_32_bits(Bsdl *bsdl, const char *pattern)

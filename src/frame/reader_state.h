@@ -8,6 +8,16 @@
 struct Bsdl;
 struct Call;
 
+// What the current message is about.
+struct CurrentMessage {
+    const char *rule = nullptr;
+    const char *file = nullptr;
+    SourcePosition begin = {};
+    SourcePosition end = {};
+    ExpectedTokens *expected = nullptr;
+    bool sums_up = false;
+};
+
 // All values of the library that belong to a thread and not to a handle. What a thread does leaves
 // those of the others alone.
 struct ReaderState {
@@ -21,8 +31,8 @@ struct ReaderState {
     // `standards` is not 0. A bit of RuleSet (scan/keywords.h).
     uint32_t rule_set = 1;
 
-    // What the current message is about; while the sink runs.
-    Rule message = {};
+    // While the sink runs.
+    CurrentMessage message = {};
 
     // The built-in table of mixed-signal devices: row searched once for the thread (-2 not yet, -1
     // no row) and the two iterations over it.

@@ -5,17 +5,18 @@
 #include "header/header.h"
 
 CaptDesc *capt_desc_new(Bsdl *bsdl, int32_t context, int32_t instruction, int32_t source,
-                        int32_t line)
+                        Place place)
 {
-    return model_new<CaptDesc>(
-        bsdl,
-        {.cell_context = context, .capt_instr = instruction, .data_source = source, .line = line});
+    return model_new<CaptDesc>(bsdl, {.cell_context = context,
+                                      .capt_instr = instruction,
+                                      .data_source = source,
+                                      .place = place});
 }
 
-CellDesc *cell_desc_new(Bsdl *bsdl, const char *name, List capt_descs, int32_t line)
+CellDesc *cell_desc_new(Bsdl *bsdl, const char *name, List capt_descs, Place place)
 {
     auto *desc =
-        model_new<CellDesc>(bsdl, {.name = name, .capt_descs = capt_descs.head, .line = line});
+        model_new<CellDesc>(bsdl, {.name = name, .capt_descs = capt_descs.head, .place = place});
     for (const CaptDesc *capt : items<CaptDesc>(capt_descs.head))
         desc->contexts |= 1U << capt->cell_context;
     return desc;

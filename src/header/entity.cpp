@@ -5,7 +5,11 @@
 #include "prg/prg.h"
 #include "scan/scanner.h"
 
-void component_declared(Bsdl *bsdl, const char *name) { bsdl->data->component_name = name; }
+void component_declared(Bsdl *bsdl, const char *name)
+{
+    bsdl->data->component_name = name;
+    bsdl->sources.entity = scan_place(bsdl);
+}
 
 bool component_name_matches(Bsdl *bsdl, const char *name)
 {

@@ -8,7 +8,7 @@
 // One name of a use statement.
 struct PackageSpec {
     const char *name; // as written
-    int32_t line;
+    Place place;
 };
 
 // One package file.
@@ -20,13 +20,13 @@ struct UserPackage {
     int32_t standard_file;      // bit of the standard that the package belongs to, 0 for others
     GSList *deferred_constants; // DeferredConstant
     GSList *body_cells;         // CellDesc
-    int32_t line;
+    Place place;
 };
 
 // A cell that a package header announces.
 struct DeferredConstant {
     const char *name;
-    int32_t line;
+    Place place;
 };
 
 // ------------------------------------------------------------- cell descriptions
@@ -36,7 +36,7 @@ struct CaptDesc {
     int32_t cell_context; // CellFunction
     int32_t capt_instr;   // CaptureInstruction
     int32_t data_source;  // CaptureSource
-    int32_t line;
+    Place place;
 };
 
 struct CellDesc {
@@ -45,7 +45,7 @@ struct CellDesc {
     GSList *capt_descs;   // CaptDesc
     uint32_t capt_cursor;
     int32_t has_intest; // set by the capture rules
-    int32_t line;
+    Place place;
     uint32_t contexts; // bit n: has a descriptor of context n
     ListWalk capt_walk;
 };
@@ -56,8 +56,8 @@ inline bool has_context(const CellDesc *desc, int32_t context)
 }
 
 CaptDesc *capt_desc_new(Bsdl *bsdl, int32_t context, int32_t instruction, int32_t source,
-                        int32_t line);
-CellDesc *cell_desc_new(Bsdl *bsdl, const char *name, List capt_descs, int32_t line);
+                        Place place);
+CellDesc *cell_desc_new(Bsdl *bsdl, const char *name, List capt_descs, Place place);
 
 // Puts one behind the cells that boundary register tables may name.
 void cell_desc_enter(Bsdl *bsdl, CellDesc *desc);
@@ -80,12 +80,12 @@ void standard_prg(Bsdl *bsdl);
 bool standard_unknown(Bsdl *bsdl);
 void standard_use_passed(Bsdl *bsdl);
 
-void use_package(Bsdl *bsdl, const char *name, int32_t line);
+void use_package(Bsdl *bsdl, const char *name, Place place);
 bool use_std_1532_2001(Bsdl *bsdl, const char *token);
 bool use_std_1532_2002(Bsdl *bsdl, const char *token);
 void use_std_prg_2001(Bsdl *bsdl, const char *token);
 bool use_std_1149_6_2003(Bsdl *bsdl, const char *token);
-bool package_absent(Bsdl *bsdl);
+bool package_absent(Bsdl *bsdl, Place package);
 
 void conformance_absent(Bsdl *bsdl);
 void conformance_passed(Bsdl *bsdl, int32_t conformance);
@@ -101,9 +101,9 @@ PackageName *package_name(Bsdl *bsdl, const char *text, int32_t standard_bit);
 void package_header_begun(Bsdl *bsdl, const PackageName *name);
 bool package_header_ends(Bsdl *bsdl, const PackageName *name, const PackageName *end_name);
 UserPackage *package_body_read(Bsdl *bsdl, const PackageName *name, const PackageName *end_name,
-                               int32_t standard, List cells, int32_t line);
+                               int32_t standard, List cells, Place place);
 bool package_read(Bsdl *bsdl, const PackageName *name, int32_t standard, List deferred_constants,
                   UserPackage *body);
-DeferredConstant *deferred_constant(Bsdl *bsdl, const char *name, int32_t line);
+DeferredConstant *deferred_constant(Bsdl *bsdl, const char *name, Place place);
 int32_t capture_keeper(Bsdl *bsdl);
 int32_t capture_runbist(Bsdl *bsdl);

@@ -70,7 +70,7 @@ package_sought:
 ;
 
 user_package_or_not:
-  %empty       { if (!package_absent(bsdl)) RECOVER; }
+  %empty       { if (!package_absent(bsdl, @0)) RECOVER; }
 | user_package
 ;
 
@@ -140,13 +140,13 @@ def_const_list:
 ;
 
 def_const:
-  CONSTANT identifier ':' CELL_INFO ';' { $$ = deferred_constant(bsdl, $2, @1); }
+  CONSTANT identifier ':' CELL_INFO ';' { $$ = deferred_constant(bsdl, $2, @identifier); }
 ;
 
 package_body:
   PACKAGE BODY pack_name[name] IS pack_std_use[standard] opt_cell_desc_const_list[cells]
   END pack_name[end] ';'
-    { if (!($$ = package_body_read(bsdl, $name, $end, $standard, $cells, @1))) RECOVER; }
+    { if (!($$ = package_body_read(bsdl, $name, $end, $standard, $cells, @name))) RECOVER; }
 ;
 
 opt_cell_desc_const_list:
@@ -161,7 +161,7 @@ cell_desc_const_list:
 
 cell_desc_const:
   CONSTANT identifier ':' CELL_INFO COL_EQ '(' capt_desc_list ')' ';'
-    { $$ = cell_desc_new(bsdl, $2, $capt_desc_list, @1); }
+    { $$ = cell_desc_new(bsdl, $2, $capt_desc_list, @identifier); }
 ;
 
 capt_desc_list:
@@ -171,7 +171,7 @@ capt_desc_list:
 
 capt_descriptor:
   '(' cell_context ',' capt_instr ',' data_source ')'
-    { $$ = capt_desc_new(bsdl, $cell_context, $capt_instr, $data_source, @1); }
+    { $$ = capt_desc_new(bsdl, $cell_context, $capt_instr, $data_source, @$); }
 ;
 
 cell_context:

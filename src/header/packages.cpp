@@ -37,13 +37,13 @@ bool package_header_ends(Bsdl *bsdl, const PackageName *name, const PackageName 
                          "User package name is not consistent: %s, %s", name->text, end_name->text);
 }
 
-DeferredConstant *deferred_constant(Bsdl *bsdl, const char *name, int32_t line)
+DeferredConstant *deferred_constant(Bsdl *bsdl, const char *name, Place place)
 {
-    return model_new<DeferredConstant>(bsdl, {.name = name, .line = line});
+    return model_new<DeferredConstant>(bsdl, {.name = name, .place = place});
 }
 
 UserPackage *package_body_read(Bsdl *bsdl, const PackageName *name, const PackageName *end_name,
-                               int32_t standard, List cells, int32_t line)
+                               int32_t standard, List cells, Place place)
 {
     parse_message(bsdl, BSDL_LEVEL_PROGRESS, 3, nullptr, "\tReading package: %s", name->text);
     if (!same_name(name->text, end_name->text)) {
@@ -56,7 +56,7 @@ UserPackage *package_body_read(Bsdl *bsdl, const PackageName *name, const Packag
                                          .name = name->text,
                                          .file_name = bsdl->data->current_package,
                                          .body_cells = cells.head,
-                                         .line = line});
+                                         .place = place});
 }
 
 static const char *issue_text(uint32_t bits)
@@ -122,13 +122,12 @@ static int32_t check_constants(Arena *arena, const UserPackage *package)
 
     for (uint32_t i = 0; i < count && !arena->failed; i++) {
         const char *name = constants[i]->name;
-        const int32_t line = constants[i]->line;
+        const Place place = constants[i]->place;
         if (index_find(&described, name_fold(name)) == INDEX_NONE)
-            rule_warning({"package-cell-missing", line, package->file_path},
-                         "Cell '%s' not found in package body", shown(name));
+            rule_warning({"package-cell-missing", place}, "Cell '%s' not found in package body",
+                         shown(name));
         if (index_find(&last, name_fold(name)) > i)
-            result |= rule_message(BSDL_LEVEL_ERROR, 1,
-                                   {"package-cell-announced-twice", line, package->file_path},
+            result |= rule_message(BSDL_LEVEL_ERROR, 1, {"package-cell-announced-twice", place},
                                    "Cell '%s' already defined", name);
     }
     return result;
@@ -150,7 +149,7 @@ static void take_cells(Bsdl *bsdl, Arena *arena, UserPackage *package)
             break;
         // The name is not in the text, which says what it does not find. /* as is */
         if (index_find(&announced, name_fold(desc->name)) == INDEX_NONE)
-            rule_warning({"package-cell-not-announced", desc->line, package->file_path},
+            rule_warning({"package-cell-not-announced", desc->place},
                          "Cell description '%s' not found in", " deferred constants\n");
         desc->package = package;
         cell_desc_enter(bsdl, desc);
@@ -171,8 +170,7 @@ static int32_t check_user_packages(Bsdl *bsdl, Arena *arena)
         UserPackage *package = packages[i];
         bsdl_msg(BSDL_LEVEL_PROGRESS, 3, "\tChecking package '%s'", package->name);
         if (index_find(&last, name_fold(package->name)) > i)
-            result |= rule_message(BSDL_LEVEL_ERROR, 1,
-                                   {"package-included-twice", package->line, package->file_path},
+            result |= rule_message(BSDL_LEVEL_ERROR, 1, {"package-included-twice", package->place},
                                    "bsdl_package '%s' already included", package->name);
         result |= check_constants(arena, package);
         take_cells(bsdl, arena, package);

@@ -4,10 +4,10 @@
 #include "header/header.h"
 #include "scan/package_search.h"
 
-void use_package(Bsdl *bsdl, const char *name, int32_t line)
+void use_package(Bsdl *bsdl, const char *name, Place place)
 {
     BsdlData *data = bsdl->data;
-    auto *spec = model_new<PackageSpec>(bsdl, {.name = name, .line = line});
+    auto *spec = model_new<PackageSpec>(bsdl, {.name = name, .place = place});
     model_append_to(bsdl, &data->package_specs, &data->package_specs_tail, spec);
     parse_message(bsdl, BSDL_LEVEL_INFO, 2, nullptr, "\tUser package: '%s'", name);
     read_package(bsdl, name, name);
@@ -62,10 +62,12 @@ bool use_std_1149_6_2003(Bsdl *bsdl, const char *token)
     return true;
 }
 
-bool package_absent(Bsdl *bsdl)
+bool package_absent(Bsdl *bsdl, Place package)
 {
-    if (!bsdl->fast_read)
-        return parse_refused(bsdl, "package-missing", "\tError in user .all");
+    if (!bsdl->fast_read) {
+        syntax_error(bsdl, {"package-missing", package}, "\tError in user .all");
+        return false;
+    }
     statement_absent(bsdl, "\tSkip user .all");
     return true;
 }

@@ -13,7 +13,7 @@ struct IscFlowDescriptor {
     const char *data_name; // NULL when none is given
     int32_t unprocessed;
     int32_t exit_on_error;
-    int32_t line;
+    Place place;
 };
 
 struct IscProcedure {
@@ -21,18 +21,18 @@ struct IscProcedure {
     const char *data_name; // NULL when none is given
     GSList *flows;         // IscFlowDescriptor
     int32_t flow_cursor;
-    int32_t line;
+    Place place;
 };
 
 // Behind the record that callers see.
 struct IscActionEntry {
     IscAction action;
-    int32_t line;
+    Place place;
 };
 
 struct IscActionSpecEntry {
     IscActionSpec spec;
-    int32_t line;
+    Place place;
 };
 
 using IscClockCycles = ClockCycles;
@@ -47,6 +47,13 @@ struct IscWait {
     IscDuration *max_duration; // NULL without one
 };
 
+// Of the activity or loop, and of its fields.
+struct IscActivityPlaces {
+    Place all;
+    Place updates;
+    Place captures;
+};
+
 // One activity of a block, or one end of a loop: the list of a block is flat, a loop is its start,
 // its activities and its end.
 struct IscActivity {
@@ -59,7 +66,7 @@ struct IscActivity {
     int32_t kind;     // IscActivityKind
     int32_t max_loop; // of the start of a loop
     int32_t min_loop; // of the start of a loop
-    int32_t line;
+    IscActivityPlaces places;
 };
 
 enum IscBlockType : int32_t {
@@ -74,7 +81,7 @@ struct IscBlock {
     GSList *activities; // IscActivity
     int32_t activity_cursor;
     IscActivity *current_activity;
-    int32_t line;
+    Place place;
 };
 
 struct IscVariable {
@@ -112,11 +119,12 @@ struct IscData {
     uint32_t illegal_exit_cursor = 0;
     const char *design_warning;
 
-    int32_t fixed_pins_line;
-    int32_t blank_usercode_line;
-    int32_t security_line;
-    int32_t illegal_exits_line;
-    int32_t line;                // of the first statement behind ISC_Conformance
+    Place fixed_pins_place;
+    Place blank_usercode_place;
+    Place security_place;
+    Place procedures_place;
+    Place illegal_exits_place;
+    Place place;                 // of the first statement behind ISC_Conformance
     IscTables *tables = nullptr; // made when first asked for
 
     // Of the lists that the queries go through; a walk begins anew when it is taken to another
@@ -166,7 +174,7 @@ struct IscPinBehaviorSet {
     int32_t pin_behavior;
     GSList *fixed_pins;
     int32_t status;
-    int32_t fixed_pins_line;
+    Place fixed_pins_place;
 };
 
 // The orders of these three statements that are read; the first is the standard's.
@@ -195,7 +203,7 @@ enum IscStatement : int32_t {
 };
 
 // A statement's string becomes the text to read, and its attribute a defined extension.
-void isc_string_begins(Bsdl *bsdl, IscStatement statement);
+void isc_string_begins(Bsdl *bsdl, IscStatement statement, Place name);
 // The line for a statement that has been read, is not there, or is left out after an error in it.
 void isc_passed(Bsdl *bsdl, IscStatement statement);
 void isc_absent(Bsdl *bsdl, IscStatement statement);
@@ -207,17 +215,17 @@ int32_t isc_conformance_missing(Bsdl *bsdl);
 int32_t isc_conformance_option(Bsdl *bsdl, int32_t conformance);
 // NULL for an order that is refused; the error has been reported and counted.
 IscPinBehaviorSet *isc_pin_set(Bsdl *bsdl, IscPinOrder order, int32_t pin_behavior, List fixed_pins,
-                               int32_t status, int32_t fixed_pins_line);
+                               int32_t status, Place fixed_pins_place);
 IscSecurity *isc_security_new(Bsdl *bsdl, int32_t read, int32_t program, int32_t erase,
                               IscSecurity *key);
 IscSecurity *isc_security_key(Bsdl *bsdl, int32_t msb, int32_t lsb);
 IscProcedure *isc_procedure_new(Bsdl *bsdl, const char *name, const char *data_name, List flows,
-                                int32_t line);
+                                Place place);
 IscAction *isc_action_new(Bsdl *bsdl, const char *name, const char *data_name, int32_t exclusivity,
-                          List specs, int32_t line);
+                          List specs, Place place);
 IscActionSpec *isc_action_spec_new(Bsdl *bsdl, const char *name, const char *data_name,
-                                   int32_t attributes, int32_t line);
-const char *isc_design_warning_passed(Bsdl *bsdl);
+                                   int32_t attributes, Place place);
+const char *isc_design_warning_passed(Bsdl *bsdl, Place name);
 
 // The family is complete: its values become a record of the description.
 void isc_family_passed(Bsdl *bsdl, const IscData &values);
@@ -243,14 +251,13 @@ struct IscFieldData {
     int32_t output;
 };
 
-void isc_flow_statement_begins(Bsdl *bsdl);
+void isc_flow_statement_begins(Bsdl *bsdl, Place name);
 void isc_flow_statement_passed(Bsdl *bsdl);
 void isc_flow_statement_skipped(Bsdl *bsdl);
 
 void isc_flow_begins(Bsdl *bsdl);
 IscFlowDescriptor *isc_flow_descriptor_new(Bsdl *bsdl, const char *flow_name, const char *data_name,
-                                           int32_t unprocessed, int32_t exit_on_error,
-                                           int32_t line);
+                                           int32_t unprocessed, int32_t exit_on_error, Place place);
 const char *isc_data_name(Bsdl *bsdl, const char *name);
 // NULL for a flow that the statement has already defined; the warning has been sent.
 IscFlow *isc_flow_new(Bsdl *bsdl, IscFlowDescriptor *descriptor, IscBlock *initialize, List repeats,
@@ -258,10 +265,10 @@ IscFlow *isc_flow_new(Bsdl *bsdl, IscFlowDescriptor *descriptor, IscBlock *initi
 List isc_flow_append(Bsdl *bsdl, List flows, IscFlow *flow);
 
 IscBlock *isc_block_new(Bsdl *bsdl, int32_t block_type, int32_t repeat_count, List activities,
-                        int32_t line);
-List isc_loop(Bsdl *bsdl, int32_t min_loop, int32_t max_loop, List activities, int32_t line);
+                        Place place);
+List isc_loop(Bsdl *bsdl, int32_t min_loop, int32_t max_loop, List activities, Place place);
 IscActivity *isc_activity_new(Bsdl *bsdl, const char *instruction_name, List update_fields,
-                              IscWait *wait, List capture_fields, int32_t line);
+                              IscWait *wait, List capture_fields, const IscActivityPlaces &places);
 
 IscUpdateField *isc_update_field(Bsdl *bsdl, int32_t width, IscExpression *expression);
 IscCaptureField *isc_capture_field(Bsdl *bsdl, int32_t width, IscFieldData expected,

@@ -59,27 +59,29 @@ bsdl_ext_1532:
           .actions = $actions.head,
           .illegal_exits = $exits.head,
           .design_warning = $warning,
-          .fixed_pins_line = $pins->fixed_pins_line,
-          .blank_usercode_line = @blank_usercode,
-          .security_line = @security,
-          .illegal_exits_line = @exits,
-          .line = @pins});
+          .fixed_pins_place = $pins->fixed_pins_place,
+          .blank_usercode_place = @blank_usercode,
+          .security_place = @security,
+          .procedures_place = @procedures,
+          .illegal_exits_place = @exits,
+          .place = @pins});
     }
 ;
 
 isc_family_open: %empty { isc_family_begins(bsdl); };
 
-// Reduced where the string of a statement is to be read: like `rescan`.
-isc_conformance_text:    %empty { isc_string_begins(bsdl, ISC_STATEMENT_CONFORMANCE); };
-isc_pin_behavior_text:   %empty { isc_string_begins(bsdl, ISC_STATEMENT_PIN_BEHAVIOR); };
-isc_fixed_pins_text:     %empty { isc_string_begins(bsdl, ISC_STATEMENT_FIXED_PINS); };
-isc_status_text:         %empty { isc_string_begins(bsdl, ISC_STATEMENT_STATUS); };
-isc_blank_usercode_text: %empty { isc_string_begins(bsdl, ISC_STATEMENT_BLANK_USERCODE); };
-isc_security_text:       %empty { isc_string_begins(bsdl, ISC_STATEMENT_SECURITY); };
-isc_flow_text:           %empty { isc_flow_statement_begins(bsdl); };
-isc_procedure_text:      %empty { isc_string_begins(bsdl, ISC_STATEMENT_PROCEDURE); };
-isc_action_text:         %empty { isc_string_begins(bsdl, ISC_STATEMENT_ACTION); };
-isc_illegal_exit_text:   %empty { isc_string_begins(bsdl, ISC_STATEMENT_ILLEGAL_EXIT); };
+// Reduced where the string of a statement is to be read: like `rescan`. Seven symbols before the ';'
+// stands the attribute's name.
+isc_conformance_text:    %empty { isc_string_begins(bsdl, ISC_STATEMENT_CONFORMANCE, @-7); };
+isc_pin_behavior_text:   %empty { isc_string_begins(bsdl, ISC_STATEMENT_PIN_BEHAVIOR, @-7); };
+isc_fixed_pins_text:     %empty { isc_string_begins(bsdl, ISC_STATEMENT_FIXED_PINS, @-7); };
+isc_status_text:         %empty { isc_string_begins(bsdl, ISC_STATEMENT_STATUS, @-7); };
+isc_blank_usercode_text: %empty { isc_string_begins(bsdl, ISC_STATEMENT_BLANK_USERCODE, @-7); };
+isc_security_text:       %empty { isc_string_begins(bsdl, ISC_STATEMENT_SECURITY, @-7); };
+isc_flow_text:           %empty { isc_flow_statement_begins(bsdl, @-7); };
+isc_procedure_text:      %empty { isc_string_begins(bsdl, ISC_STATEMENT_PROCEDURE, @-7); };
+isc_action_text:         %empty { isc_string_begins(bsdl, ISC_STATEMENT_ACTION, @-7); };
+isc_illegal_exit_text:   %empty { isc_string_begins(bsdl, ISC_STATEMENT_ILLEGAL_EXIT, @-7); };
 
 isc_conformance:
   %empty
@@ -100,9 +102,9 @@ isc_pinbehavior_fixedpins_status:
   isc_pin_behavior isc_fixed_system_pins isc_status
     { $$ = isc_pin_set(bsdl, ISC_ORDER_PIN_FIXED_STATUS, $1, $2, $3, @2); if (!$$) RECOVER; }
 | isc_pin_behavior isc_status
-    { $$ = isc_pin_set(bsdl, ISC_ORDER_PIN_STATUS, $1, {}, $2, 0); if (!$$) RECOVER; }
+    { $$ = isc_pin_set(bsdl, ISC_ORDER_PIN_STATUS, $1, {}, $2, {}); if (!$$) RECOVER; }
 | isc_status isc_pin_behavior
-    { $$ = isc_pin_set(bsdl, ISC_ORDER_STATUS_PIN, $2, {}, $1, 0); if (!$$) RECOVER; }
+    { $$ = isc_pin_set(bsdl, ISC_ORDER_STATUS_PIN, $2, {}, $1, {}); if (!$$) RECOVER; }
 | isc_status isc_fixed_system_pins isc_pin_behavior
     { $$ = isc_pin_set(bsdl, ISC_ORDER_STATUS_FIXED_PIN, $3, $2, $1, @2); if (!$$) RECOVER; }
 | isc_status isc_pin_behavior isc_fixed_system_pins
@@ -334,7 +336,8 @@ activity_list:
 activity:
   '(' instruction_name mode_integer opt_update_field_list[updates] mode_real
   wait_specification[wait] mode_integer opt_capture_field_list[captures] ')'
-    { $$ = isc_activity_new(bsdl, $instruction_name, $updates, $wait, $captures, @1); }
+    { $$ = isc_activity_new(bsdl, $instruction_name, $updates, $wait, $captures,
+                            {@$, @updates, @captures}); }
 ;
 
 opt_update_field_list:
@@ -563,7 +566,7 @@ isc_design_warning:
   %empty
     { $$ = nullptr; isc_absent(bsdl, ISC_STATEMENT_DESIGN_WARNING); }
 | ATTRIBUTE_ISC_DESIGN_WARNING OF component_name ':' ENTITY IS quoted_string ';'
-    { $$ = isc_design_warning_passed(bsdl); }
+    { $$ = isc_design_warning_passed(bsdl, @1); }
 | ATTRIBUTE_ISC_DESIGN_WARNING OF component_name ':' ENTITY IS error ';'
     { $$ = nullptr; isc_skipped(bsdl, ISC_STATEMENT_DESIGN_WARNING); }
 ;

@@ -2,6 +2,7 @@
 
 #include "frame/check.h"
 #include "isc/isc.h"
+#include "ports/ports.h"
 #include "registers/registers.h"
 
 #include <cstring>
@@ -114,7 +115,7 @@ int32_t bsdl_check_isc(Bsdl *h)
     bsdl_msg(BSDL_LEVEL_PROGRESS, 2, "    BSDL ISC semantic checks");
     if (!data->isc) {
         rule_message(h->strict ? BSDL_LEVEL_ERROR : BSDL_LEVEL_WARNING, h->strict ? 1 : 3,
-                     {"isc-missing"}, "BSDL ISC Extension not defined");
+                     {"isc-missing", entity_place()}, "BSDL ISC Extension not defined");
         if (h->strict)
             return BSDL_RESULT_NO_ISC;
     }
@@ -171,7 +172,8 @@ int32_t bsdl_check_isc_blank_usercode(Bsdl *h)
     if (!isc->blank_usercode)
         return BSDL_RESULT_MISSING;
     if (std::strlen(isc->blank_usercode) != 32)
-        return rule_error({"isc-blank-usercode-length", isc->blank_usercode_line},
+        return rule_error({"isc-blank-usercode-length",
+                           token_place(isc->blank_usercode_place.begin, VALUE_TOKEN)},
                           "blank_usercode has incorrect string length");
     return BSDL_RESULT_OK;
 }
@@ -192,7 +194,8 @@ int32_t bsdl_check_isc_fixed_system_pins(Bsdl *h)
     const GSList *ports = h->data->logical_ports;
     if (!ports || !ports->data || !pin)
         return BSDL_RESULT_FAILED;
-    Rule rule = {"isc-fixed-pin-unknown", isc->fixed_pins_line};
+    Rule rule = {"isc-fixed-pin-unknown",
+                 port_place(pin, isc->fixed_pins_place.begin, VALUE_TOKEN)};
     if (pin->subscripted)
         return rule_error(rule, "port_id '%s[%i]' not found", pin->name, pin->subscript);
     return rule_error(rule, "port_id '%s' not found", pin->name);
@@ -200,18 +203,19 @@ int32_t bsdl_check_isc_fixed_system_pins(Bsdl *h)
 
 // ------------------------------------------------------------------------------------ ISC_Security
 
-static int32_t check_security_instruction(Bsdl *bsdl, int32_t line)
+static int32_t check_security_instruction(Bsdl *bsdl, Place place)
 {
     const InstructionEntry *instruction =
         find_instruction(bsdl, model_name(bsdl, "ISC_PROGRAM_SECURITY"));
     if (!instruction)
-        return rule_error({"isc-security-instruction-missing", line},
+        return rule_error({"isc-security-instruction-missing", place},
                           "no ISC_PROGRAM_SECURITY instruction in opcode list, while using "
                           "ISC_Security");
     const RegisterEntry *target = instruction->data_register;
     if (target && target->name && !same_text(target->name, "ISC_PDATA"))
-        return rule_error({"isc-security-instruction-target", instruction->line},
-                          "instruction ISC_PROGRAM_SECURITY does not target ISC_PDATA register");
+        return rule_error(
+            {"isc-security-instruction-target", token_place(instruction->place.begin)},
+            "instruction ISC_PROGRAM_SECURITY does not target ISC_PDATA register");
     return 0;
 }
 
@@ -234,25 +238,26 @@ static bool exceeds(int32_t position, int32_t length)
            static_cast<uint32_t>(position) > static_cast<uint32_t>(length) - 1;
 }
 
-static int32_t check_security_positions(const IscSecurity *security, int32_t length, int32_t line)
+static int32_t check_security_positions(const IscSecurity *security, int32_t length, Place place)
 {
     static constexpr struct {
         const char *rule;
         const char *bit;
         int32_t IscSecurity::*position;
+        uint32_t token; // of the statement
     } BITS[] = {
-        {"isc-security-read-range", "disable_read", &IscSecurity::disable_read},
-        {"isc-security-program-range", "disable_program", &IscSecurity::disable_program},
-        {"isc-security-erase-range", "disable_erase", &IscSecurity::disable_erase},
-        {"isc-security-key-lsb-range", "disable_key lsb", &IscSecurity::disable_key_lsb},
-        {"isc-security-key-msb-range", "disable_key msb", &IscSecurity::disable_key_msb},
+        {"isc-security-read-range", "disable_read", &IscSecurity::disable_read, 7},
+        {"isc-security-program-range", "disable_program", &IscSecurity::disable_program, 10},
+        {"isc-security-erase-range", "disable_erase", &IscSecurity::disable_erase, 13},
+        {"isc-security-key-lsb-range", "disable_key lsb", &IscSecurity::disable_key_lsb, 18},
+        {"isc-security-key-msb-range", "disable_key msb", &IscSecurity::disable_key_msb, 16},
     };
     int32_t result = 0;
     for (const auto &bit : BITS)
         if (int32_t position = security->*bit.position; exceeds(position, length))
-            result |=
-                rule_error({bit.rule, line}, "security bit %s (%i) exceeds ISC_PDATA length %i",
-                           bit.bit, position, length);
+            result |= rule_error({bit.rule, token_place(place.begin, bit.token)},
+                                 "security bit %s (%i) exceeds ISC_PDATA length %i", bit.bit,
+                                 position, length);
     return result;
 }
 
@@ -269,19 +274,20 @@ int32_t bsdl_check_isc_security(Bsdl *h)
     int32_t result = 0;
     // A part of a PPC/PRG file has no instructions.
     if (!bsdlIsPrg(h))
-        result |= check_security_instruction(h, isc->security_line);
+        result |= check_security_instruction(h, isc->security_place);
     if (security->disable_read == ISC_SECURITY_ANY &&
         security->disable_program == ISC_SECURITY_ANY &&
         security->disable_erase == ISC_SECURITY_ANY &&
         security->disable_key_lsb == ISC_SECURITY_ANY &&
         security->disable_key_msb == ISC_SECURITY_ANY)
-        result |= rule_error({"isc-security-no-bits", isc->security_line},
+        result |= rule_error({"isc-security-no-bits", isc->security_place},
                              "ISC_PROGRAM_SECURITY is implemented, but no security bits are set");
     if (security->disable_key_msb < security->disable_key_lsb)
-        result |= rule_error({"isc-security-key-order", isc->security_line},
-                             "the numerical value of ISC_DISABLE_KEY msb must be greater or equal "
-                             "to the value of lsb");
-    result |= check_security_positions(security, pdata_length(h), isc->security_line);
+        result |=
+            rule_error({"isc-security-key-order", tokens_place(isc->security_place.begin, 16, 18)},
+                       "the numerical value of ISC_DISABLE_KEY msb must be greater or equal "
+                       "to the value of lsb");
+    result |= check_security_positions(security, pdata_length(h), isc->security_place);
     return check_end(h, result);
 }
 
@@ -299,12 +305,15 @@ int32_t bsdl_check_isc_illegal_exit(Bsdl *h)
         return BSDL_RESULT_MISSING;
 
     int32_t result = 0;
+    TokenCursor token = {isc->illegal_exits_place.begin, VALUE_TOKEN};
     for (const char *name : items<char>(isc->illegal_exits)) {
+        const Place place = cursor_place(&token);
+        token.behind += 2;
         if (!find_instruction(h, name))
-            result |= rule_error({"isc-illegal-exit-unknown", isc->illegal_exits_line},
+            result |= rule_error({"isc-illegal-exit-unknown", place},
                                  "illegal exit instruction '%s' does not exist", name);
         else if (isc_is_instruction(name))
-            result |= rule_error({"isc-illegal-exit-isc", isc->illegal_exits_line},
+            result |= rule_error({"isc-illegal-exit-isc", place},
                                  "illegal exit instruction '%s' is an ISC instruction", name);
     }
     return check_end(h, result);

@@ -26,10 +26,10 @@ static void forget_keys(Bsdl *bsdl)
     reading->key_index = {};
 }
 
-void isc_flow_statement_begins(Bsdl *bsdl)
+void isc_flow_statement_begins(Bsdl *bsdl, Place name)
 {
     forget_keys(bsdl);
-    isc_string_begins(bsdl, ISC_STATEMENT_FLOW);
+    isc_string_begins(bsdl, ISC_STATEMENT_FLOW, name);
 }
 
 void isc_flow_statement_passed(Bsdl *bsdl)
@@ -106,8 +106,9 @@ IscExpression *isc_variable_used(Bsdl *bsdl, const char *name, int32_t operation
 {
     int32_t index = find_variable(reading_of(bsdl), name);
     if (index < 0) {
-        parse_message(bsdl, BSDL_LEVEL_ERROR, 2, "isc-variable-undefined",
-                      "Variable '%s' not defined on line %i", name, scan_line(bsdl));
+        rule_message(BSDL_LEVEL_ERROR, 2,
+                     {"isc-variable-undefined", token_place(scan_place(bsdl).begin)},
+                     "Variable '%s' not defined on line %i", name, scan_line(bsdl));
         bsdl->error_count++;
         return nullptr;
     }
@@ -208,32 +209,33 @@ int32_t isc_loop_count(Bsdl *bsdl, int32_t count)
 // ------------------------------------------------------------------------ activities and blocks
 
 IscActivity *isc_activity_new(Bsdl *bsdl, const char *instruction_name, List update_fields,
-                              IscWait *wait, List capture_fields, int32_t line)
+                              IscWait *wait, List capture_fields, const IscActivityPlaces &places)
 {
     return model_new<IscActivity>(bsdl, {.instruction_name = instruction_name,
                                          .update_fields = update_fields.head,
                                          .wait = wait,
                                          .capture_fields = capture_fields.head,
-                                         .line = line});
+                                         .places = places});
 }
 
-List isc_loop(Bsdl *bsdl, int32_t min_loop, int32_t max_loop, List activities, int32_t line)
+List isc_loop(Bsdl *bsdl, int32_t min_loop, int32_t max_loop, List activities, Place place)
 {
     auto *start = model_new<IscActivity>(bsdl, {.kind = ISC_ACTIVITY_LOOP_START,
                                                 .max_loop = max_loop,
                                                 .min_loop = min_loop,
-                                                .line = line});
-    auto *end = model_new<IscActivity>(bsdl, {.kind = ISC_ACTIVITY_LOOP_END, .line = line});
+                                                .places = {.all = place}});
+    auto *end =
+        model_new<IscActivity>(bsdl, {.kind = ISC_ACTIVITY_LOOP_END, .places = {.all = place}});
     return model_append(bsdl, list_join(model_list(bsdl, start), activities), end);
 }
 
 IscBlock *isc_block_new(Bsdl *bsdl, int32_t block_type, int32_t repeat_count, List activities,
-                        int32_t line)
+                        Place place)
 {
     return model_new<IscBlock>(bsdl, {.block_type = block_type,
                                       .repeat_count = repeat_count,
                                       .activities = activities.head,
-                                      .line = line});
+                                      .place = place});
 }
 
 // --------------------------------------------------------------------------------------- flows
@@ -246,13 +248,13 @@ const char *isc_data_name(Bsdl *bsdl, const char *name)
 }
 
 IscFlowDescriptor *isc_flow_descriptor_new(Bsdl *bsdl, const char *flow_name, const char *data_name,
-                                           int32_t unprocessed, int32_t exit_on_error, int32_t line)
+                                           int32_t unprocessed, int32_t exit_on_error, Place place)
 {
     return model_new<IscFlowDescriptor>(bsdl, {.flow_name = flow_name,
                                                .data_name = data_name,
                                                .unprocessed = unprocessed,
                                                .exit_on_error = exit_on_error,
-                                               .line = line});
+                                               .place = place});
 }
 
 void isc_flow_begins(Bsdl *bsdl) { reading_of(bsdl)->variable_count = 0; }
@@ -324,12 +326,12 @@ IscFlow *isc_flow_new(Bsdl *bsdl, IscFlowDescriptor *descriptor, IscBlock *initi
 {
     if (!note_key(bsdl, name_fold(flow_key(bsdl, descriptor)))) {
         if (descriptor->data_name)
-            parse_message(bsdl, BSDL_LEVEL_WARNING, 2, "isc-flow-duplicate",
-                          "flow descriptor %s (%s) exists, ignored", descriptor->flow_name,
-                          descriptor->data_name);
+            rule_message(BSDL_LEVEL_WARNING, 2, {"isc-flow-duplicate", descriptor->place},
+                         "flow descriptor %s (%s) exists, ignored", descriptor->flow_name,
+                         descriptor->data_name);
         else
-            parse_message(bsdl, BSDL_LEVEL_WARNING, 2, "isc-flow-duplicate",
-                          "flow descriptor %s exists, ignored", descriptor->flow_name);
+            rule_message(BSDL_LEVEL_WARNING, 2, {"isc-flow-duplicate", descriptor->place},
+                         "flow descriptor %s exists, ignored", descriptor->flow_name);
         return nullptr;
     }
     List blocks = initialize ? model_list(bsdl, initialize) : List{};

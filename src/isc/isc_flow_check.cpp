@@ -30,7 +30,7 @@ static int32_t check_variables(const IscFlow *flow)
         const IscVariable *variable = flow->variables[i];
         if (variable && variable->value &&
             (std::strcmp(variable->value, "?") == 0 || std::strcmp(variable->value, "?!") == 0))
-            result |= rule_error({"isc-flow-data-name-missing", flow->descriptor->line},
+            result |= rule_error({"isc-flow-data-name-missing", flow->descriptor->place},
                                  "an input or IO operator exists without associated flow_name in "
                                  "flow_descriptor '%s'",
                                  flow->descriptor->flow_name);
@@ -58,12 +58,37 @@ static int32_t operand_bits(int32_t operand)
     return bits;
 }
 
-static int32_t check_expression(const IscExpression *expression, int32_t width, int32_t line)
+// How many tokens an expression takes.
+static uint32_t expression_tokens(const IscExpression *expression)
+{
+    switch (expression->operation) {
+    case ISC_OPERATION_ASSIGN:
+    case ISC_OPERATION_ADD:
+    case ISC_OPERATION_SUBTRACT:
+    case ISC_OPERATION_SHIFT_LEFT:
+    case ISC_OPERATION_SHIFT_RIGHT:
+        return 3;
+    case ISC_OPERATION_VARIABLE_INPUT:
+    case ISC_OPERATION_VARIABLE_IO:
+    case ISC_OPERATION_COMPLEMENT:
+        return 2;
+    default:
+        return 1;
+    }
+}
+
+// width [: expression]
+static uint32_t field_tokens(const IscUpdateField *field)
+{
+    return field->expression ? 2 + expression_tokens(field->expression) : 1;
+}
+
+static int32_t check_expression(const IscExpression *expression, int32_t width, uint32_t field)
 {
     switch (expression->operation) {
     case ISC_OPERATION_HEX:
         if (expression->hex_string && hex_bits(expression->hex_string) > width)
-            return rule_error({"isc-field-hex-too-long", line},
+            return rule_error({"isc-field-hex-too-long", token_place(field, 2)},
                               "hex_string [%i] must fit in field_width [%i]",
                               static_cast<int32_t>(hex_bits(expression->hex_string)), width);
         return 0;
@@ -72,7 +97,7 @@ static int32_t check_expression(const IscExpression *expression, int32_t width, 
     case ISC_OPERATION_SHIFT_LEFT:
     case ISC_OPERATION_SHIFT_RIGHT:
         if (operand_bits(expression->operand) > width)
-            return rule_error({"isc-field-operand-too-long", line},
+            return rule_error({"isc-field-operand-too-long", token_place(field, 4)},
                               "operand [%i] must fit in field_width [%i]",
                               operand_bits(expression->operand), width);
         return 0;
@@ -85,7 +110,7 @@ static int32_t check_expression(const IscExpression *expression, int32_t width, 
 static int32_t report_update_sum(const FlowCheck *check, const IscActivity *activity,
                                  const RegisterEntry *target, int32_t sum)
 {
-    Rule rule = {"isc-update-widths", activity->line};
+    Rule rule = {"isc-update-widths", activity->places.updates};
     if (check->data_name)
         return rule_error(rule,
                           "the sum of update field widths (%i) in flow '%s(%s)' activity '%s' must "
@@ -102,7 +127,7 @@ static int32_t report_update_sum(const FlowCheck *check, const IscActivity *acti
 static int32_t report_capture_sum(const FlowCheck *check, const IscActivity *activity,
                                   const RegisterEntry *target, int32_t sum)
 {
-    Rule rule = {"isc-capture-widths", activity->line};
+    Rule rule = {"isc-capture-widths", activity->places.captures};
     if (check->data_name)
         return rule_error(rule,
                           "The sum of capture field widths (%i) in flow '%s (%s)' activity '%s' "
@@ -121,10 +146,13 @@ static int32_t check_fields(const FlowCheck *check, const IscActivity *activity,
 {
     int32_t result = 0;
     int64_t sum = 0;
+    TokenCursor token = {activity->places.updates.begin, 0};
     for (const IscUpdateField *field : items<IscUpdateField>(activity->update_fields)) {
         sum += field->field_width;
         if (field->expression)
-            result |= check_expression(field->expression, field->field_width, activity->line);
+            result |=
+                check_expression(field->expression, field->field_width, cursor_place(&token).begin);
+        token.behind += field_tokens(field) + 1;
     }
     if (sum != 0 && target && sum != target->length)
         result |= report_update_sum(check, activity, target, static_cast<int32_t>(sum));
@@ -137,11 +165,11 @@ static int32_t check_fields(const FlowCheck *check, const IscActivity *activity,
     return result;
 }
 
-static const char *clock_port(const IscDuration *duration)
+static const ClockCycles *clock_of(const IscDuration *duration)
 {
     if (!duration || !duration->clock_cycles || !duration->clock_cycles->port)
         return nullptr;
-    return duration->clock_cycles->port->name;
+    return duration->clock_cycles->port->name ? duration->clock_cycles : nullptr;
 }
 
 // Of the two durations only the first that names a port is looked at.
@@ -149,12 +177,13 @@ static int32_t check_wait(const FlowCheck *check, const IscActivity *activity)
 {
     if (!activity->wait)
         return 0;
-    const char *port = clock_port(activity->wait->min_duration);
-    if (!port)
-        port = clock_port(activity->wait->max_duration);
+    const ClockCycles *clock = clock_of(activity->wait->min_duration);
+    if (!clock)
+        clock = clock_of(activity->wait->max_duration);
+    const char *port = clock ? clock->port->name : nullptr;
     if (!port || same_name(port, check->tck))
         return 0;
-    Rule rule = {"isc-wait-clock", activity->line};
+    const Rule rule = {"isc-wait-clock", clock->place};
     if (check->data_name)
         return rule_error(rule,
                           "tck port name '%s' differs from tck_stmt port_id '%s' in flow '%s (%s)'",
@@ -168,7 +197,7 @@ static void report_loop(const FlowCheck *check, const IscActivity *loop)
 {
     if (static_cast<uint32_t>(loop->max_loop) >= static_cast<uint32_t>(loop->min_loop))
         return;
-    Rule rule = {"isc-loop-limits", loop->line};
+    Rule rule = {"isc-loop-limits", token_place(loop->places.all.begin, 4)};
     if (check->data_name)
         rule_error(rule,
                    "loop count (%i) must be greater than or equal to min loop count (%i) in flow "
@@ -191,13 +220,13 @@ static int32_t check_activity(const FlowCheck *check, const IscActivity *activit
     const RegisterEntry *target = nullptr;
     const InstructionEntry *instruction = find_instruction(check->bsdl, activity->instruction_name);
     if (!instruction)
-        result |=
-            rule_error({"isc-activity-instruction-unknown", activity->line},
-                       "flow activity instruction: '%s' not found", activity->instruction_name);
+        result |= rule_error(
+            {"isc-activity-instruction-unknown", token_place(activity->places.all.begin, 1)},
+            "flow activity instruction: '%s' not found", activity->instruction_name);
     else if (!instruction->data_register)
-        result |=
-            rule_error({"isc-activity-register-missing", activity->line},
-                       "instruction '%s' has no associated register", activity->instruction_name);
+        result |= rule_error(
+            {"isc-activity-register-missing", token_place(activity->places.all.begin, 1)},
+            "instruction '%s' has no associated register", activity->instruction_name);
     else
         target = instruction->data_register;
     result |= check_fields(check, activity, target);

@@ -54,7 +54,7 @@ static int32_t check_flow_names(const IscProcedure *procedure, const IscTables *
             index_find(&tables->flows_by_name, isc_name_key(flow->flow_name, flow->data_name)) !=
                 INDEX_NONE)
             continue;
-        Rule rule = {"isc-procedure-flow-unknown", flow->line};
+        Rule rule = {"isc-procedure-flow-unknown", flow->place};
         result |= flow->data_name
                       ? rule_error(rule, "flow %s(%s) does not exist in flow_description_list",
                                    flow->flow_name, flow->data_name)
@@ -83,15 +83,15 @@ int32_t bsdl_check_isc_procedures(Bsdl *h)
         has_program_done |= same_text(name, "PROC_PROGRAM_DONE");
         if (text_starts_with(name, "PROC_") && !is_reserved_name(name))
             result |= rule_strict(
-                h, {"isc-procedure-name", procedure->line},
+                h, {"isc-procedure-name", procedure->place},
                 "illegal proc_name: '%s', the first five characters cannot be \"PROC_\"", name);
         result |= check_flow_names(procedure, tables);
     }
     if (!has_error_exit)
-        result |= rule_error({"isc-procedure-error-exit-missing"},
+        result |= rule_error({"isc-procedure-error-exit-missing", isc->procedures_place},
                              "mandatory procedure PROC_ERROR_EXIT not found");
     if (!has_program_done)
-        result |= rule_error({"isc-procedure-program-done-missing"},
+        result |= rule_error({"isc-procedure-program-done-missing", isc->procedures_place},
                              "mandatory procedure PROC_PROGRAM_DONE not found");
     return check_end(h, result);
 }
@@ -116,7 +116,7 @@ int32_t bsdl_check_isc_actions(Bsdl *h)
                 index_find(&tables->procedures_by_name,
                            isc_name_key(spec->procedure_name, spec->data_name)) != INDEX_NONE)
                 continue;
-            Rule rule = {"isc-action-procedure-unknown", entry->line};
+            Rule rule = {"isc-action-procedure-unknown", entry->place};
             result |=
                 spec->data_name
                     ? rule_error(rule,

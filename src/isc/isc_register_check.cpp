@@ -37,6 +37,12 @@ constexpr uint32_t MANDATORY_INSTRUCTIONS = 4;
 
 } // namespace
 
+// What demands the registers.
+static Place isc_place(const Bsdl *bsdl)
+{
+    return bsdl->data->isc ? bsdl->data->isc->place : Place{};
+}
+
 // Register names beyond those asked for here may be any, also with ISC_ in front.
 static int32_t check_registers(Bsdl *bsdl)
 {
@@ -52,10 +58,10 @@ static int32_t check_registers(Bsdl *bsdl)
     }
     int32_t result = 0;
     if (!has_default)
-        result |= rule_error({"isc-register-default-missing"},
+        result |= rule_error({"isc-register-default-missing", isc_place(bsdl)},
                              "mandatory ISC register ISC_DEFAULT not available");
     if (!has_id)
-        result |= rule_error({"isc-register-id-missing"},
+        result |= rule_error({"isc-register-id-missing", isc_place(bsdl)},
                              "mandatory ISC register DEVICE_ID not available");
     return result;
 }
@@ -95,15 +101,15 @@ static int32_t check_instructions(const Bsdl *bsdl)
         seen[row] = true;
         const RegisterEntry *target = entry->data_register;
         if (target && target->name && !may_select(&INSTRUCTIONS[row], target->name))
-            result |= rule_error({"isc-instruction-target", entry->line},
+            result |= rule_error({"isc-instruction-target", token_place(entry->place.begin)},
                                  "ISC instruction %s has incorrect target register %s",
                                  shown(entry->name), target->name);
     }
     for (uint32_t row = 0; row < MANDATORY_INSTRUCTIONS; row++)
         if (!seen[row])
-            result |=
-                rule_error({"isc-instruction-missing"},
-                           "mandatory ISC instruction %s not available", INSTRUCTIONS[row].name);
+            result |= rule_error(
+                {"isc-instruction-missing", bsdl->data->instruction_register->opcode_place},
+                "mandatory ISC instruction %s not available", INSTRUCTIONS[row].name);
     return result;
 }
 

@@ -45,9 +45,9 @@ constexpr StatementTexts STATEMENTS[] = {
 
 } // namespace
 
-void isc_string_begins(Bsdl *bsdl, IscStatement statement)
+void isc_string_begins(Bsdl *bsdl, IscStatement statement, Place name)
 {
-    extension_defined(bsdl, STATEMENTS[statement].attribute);
+    extension_defined(bsdl, STATEMENTS[statement].attribute, name);
     rescan_strings(bsdl);
 }
 
@@ -120,7 +120,7 @@ static constexpr PinOrderTexts PIN_ORDERS[] = {
 };
 
 IscPinBehaviorSet *isc_pin_set(Bsdl *bsdl, IscPinOrder order, int32_t pin_behavior, List fixed_pins,
-                               int32_t status, int32_t fixed_pins_line)
+                               int32_t status, Place fixed_pins_place)
 {
     const PinOrderTexts &texts = PIN_ORDERS[order];
     if (texts.error && bsdl->strict) {
@@ -135,7 +135,7 @@ IscPinBehaviorSet *isc_pin_set(Bsdl *bsdl, IscPinOrder order, int32_t pin_behavi
     return model_new<IscPinBehaviorSet>(bsdl, {.pin_behavior = pin_behavior,
                                                .fixed_pins = fixed_pins.head,
                                                .status = status,
-                                               .fixed_pins_line = fixed_pins_line});
+                                               .fixed_pins_place = fixed_pins_place});
 }
 
 // ----------------------------------------------------------- ISC_Blank_Usercode, ISC_Security
@@ -158,37 +158,38 @@ IscSecurity *isc_security_new(Bsdl *bsdl, int32_t read, int32_t program, int32_t
 // -------------------------------------------------------------------- ISC_Procedure, ISC_Action
 
 IscProcedure *isc_procedure_new(Bsdl *bsdl, const char *name, const char *data_name, List flows,
-                                int32_t line)
+                                Place place)
 {
     return model_new<IscProcedure>(
-        bsdl, {.procedure_name = name, .data_name = data_name, .flows = flows.head, .line = line});
+        bsdl,
+        {.procedure_name = name, .data_name = data_name, .flows = flows.head, .place = place});
 }
 
 IscAction *isc_action_new(Bsdl *bsdl, const char *name, const char *data_name, int32_t exclusivity,
-                          List specs, int32_t line)
+                          List specs, Place place)
 {
     auto *entry = model_new<IscActionEntry>(bsdl, {.action = {.action_name = name,
                                                               .data_name = data_name,
                                                               .exclusivity = exclusivity,
                                                               .specs = specs.head},
-                                                   .line = line});
+                                                   .place = place});
     return &entry->action;
 }
 
 IscActionSpec *isc_action_spec_new(Bsdl *bsdl, const char *name, const char *data_name,
-                                   int32_t attributes, int32_t line)
+                                   int32_t attributes, Place place)
 {
     auto *entry = model_new<IscActionSpecEntry>(
         bsdl, {.spec = {.procedure_name = name, .data_name = data_name, .attributes = attributes},
-               .line = line});
+               .place = place});
     return &entry->spec;
 }
 
 // --------------------------------------------------------- ISC_Illegal_Exit, ISC_Design_Warning
 
-const char *isc_design_warning_passed(Bsdl *bsdl)
+const char *isc_design_warning_passed(Bsdl *bsdl, Place name)
 {
-    extension_defined(bsdl, STATEMENTS[ISC_STATEMENT_DESIGN_WARNING].attribute);
+    extension_defined(bsdl, STATEMENTS[ISC_STATEMENT_DESIGN_WARNING].attribute, name);
     const char *text = join_strings(bsdl);
     isc_passed(bsdl, ISC_STATEMENT_DESIGN_WARNING);
     return text;

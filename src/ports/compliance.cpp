@@ -16,9 +16,9 @@ ComplianceRecord *compliance_new(Bsdl *bsdl, List ports, List patterns)
 
 void compliance_absent(Bsdl *bsdl) { statement_absent(bsdl, "\tNo compliance enable statement"); }
 
-void compliance_passed(Bsdl *bsdl, ComplianceRecord *record, int32_t line)
+void compliance_passed(Bsdl *bsdl, ComplianceRecord *record, Place place)
 {
-    record->line = line;
+    record->place = place;
     bsdl->data->compliance = record;
     statement_passed(bsdl, "\tCompliance enable statement passed");
 }
@@ -30,29 +30,29 @@ void compliance_skipped(Bsdl *bsdl)
 
 // ------------------------------------------------------------------------------------------- check
 
-static int32_t check_compliance_port(Bsdl *bsdl, const PortId *port, int32_t line)
+static int32_t check_compliance_port(Bsdl *bsdl, const PortId *port, Place place)
 {
     PinEntry *pin = find_pin_entry(bsdl, port);
     if (!pin)
-        return rule_error({"compliance-port-missing", line},
+        return rule_error({"compliance-port-missing", place},
                           "<compliance port> %s does not exist in <logical portmap>",
                           port_text(port));
     int32_t result = BSDL_RESULT_OK;
     if (pin->pin_type != PIN_TYPE_IN) // as a warning less urgent than those of other rules
         result |=
             rule_message(bsdl->strict ? BSDL_LEVEL_ERROR : BSDL_LEVEL_WARNING, bsdl->strict ? 2 : 3,
-                         {"compliance-port-pin-type", line},
+                         {"compliance-port-pin-type", place},
                          "<compliance port> %s <pin type> in <logical portmap> has to be type IN",
                          port_text(port));
     if (pin->pin_function == PIN_FUNCTION_NONE)
         pin->pin_function = PIN_FUNCTION_COMPLIANCE;
     else
-        result |= rule_error({"compliance-port-already-used", line},
+        result |= rule_error({"compliance-port-already-used", place},
                              "<compliance port> <port id> '%s' is already used as %s",
                              port_text(port), pin_function_name(pin->pin_function));
     if (first_cell_of_bit(bsdl, port))
         result |=
-            rule_error({"compliance-port-with-cell", line},
+            rule_error({"compliance-port-with-cell", place},
                        "<compliance port> <port id> '%s' cannot appear in <boundary-scan register>",
                        port_text(port));
     return result;
@@ -72,8 +72,13 @@ int32_t bsdl_check_compliance(Bsdl *bsdl)
         return BSDL_RESULT_ABSENT;
 
     int32_t result = BSDL_RESULT_OK;
-    for (const PortId *port : items<PortId>(record->ports))
-        result |= check_compliance_port(bsdl, port, record->line);
+    TokenCursor token = {record->place.begin, VALUE_TOKEN + 1}; // behind a bracket
+    for (const PortId *port : items<PortId>(record->ports)) {
+        result |=
+            check_compliance_port(bsdl, port, port_place(port, cursor_place(&token).begin, 0));
+        token.behind += port_tokens(port) + 1;
+    }
+    token.behind++; // the brackets between ports and patterns
 
     // The values are not checked: the device decides which ones its ports need.
     const int32_t port_count = bsdlGetNbrOfComplPorts(bsdl);
@@ -81,9 +86,10 @@ int32_t bsdl_check_compliance(Bsdl *bsdl)
         auto length = static_cast<int32_t>(std::strlen(pattern));
         if (length != port_count)
             result |=
-                rule_error({"compliance-pattern-length", record->line},
+                rule_error({"compliance-pattern-length", cursor_place(&token)},
                            "<compliance port> <pattern> '%s' has incorrect length %i, should be %i",
                            pattern, length, port_count);
+        token.behind += 2;
     }
     return check_end(bsdl, result);
 }

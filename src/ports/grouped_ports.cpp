@@ -5,16 +5,17 @@
 
 // ----------------------------------------------------------------------------------- while parsing
 
-TwinGroup *twin_group_new(Bsdl *bsdl, PortId *representative, PortId *associated, int32_t line)
+TwinGroup *twin_group_new(Bsdl *bsdl, PortId *representative, PortId *associated, Place place)
 {
     return model_new(
-        bsdl, TwinGroup{.representative = representative, .associated = associated, .line = line});
+        bsdl,
+        TwinGroup{.representative = representative, .associated = associated, .place = place});
 }
 
-TwinGroupEntry *twin_group_entry_new(Bsdl *bsdl, int32_t type, List twin_groups, int32_t line)
+TwinGroupEntry *twin_group_entry_new(Bsdl *bsdl, int32_t type, List twin_groups, Place place)
 {
     return model_new(bsdl,
-                     TwinGroupEntry{.type = type, .twin_groups = twin_groups.head, .line = line});
+                     TwinGroupEntry{.type = type, .twin_groups = twin_groups.head, .place = place});
 }
 
 // The list is in place from its first entry on: a file that ends inside the statement keeps what
@@ -141,18 +142,21 @@ static int32_t check_twin_group(Bsdl *bsdl, Index *verdicts, const TwinGroup *gr
     PinEntry *associated_pin = find_pin_entry(bsdl, associated);
     PinEntry *representative_pin = find_pin_entry(bsdl, representative);
     int32_t result = BSDL_RESULT_OK;
+    const uint32_t at = group->place.begin;
+    const Place representative_place = port_place(representative, at, 1);
+    const Place associated_place = port_place(associated, at, port_tokens(representative) + 2);
 
     if (is_usable(associated_pin))
         associated_pin->pin_function = PIN_FUNCTION_ASSOCIATED;
     else
-        result |= rule_error({"associated-port-missing", group->line},
+        result |= rule_error({"associated-port-missing", associated_place},
                              "<associated port> %s does not exist in <logical portmap>",
                              port_text(associated));
 
     if (is_usable(representative_pin))
         representative_pin->pin_function = PIN_FUNCTION_REPRESENTATIVE;
     else
-        result |= rule_error({"representative-port-missing", group->line},
+        result |= rule_error({"representative-port-missing", representative_place},
                              "<representative port> %s does not exist in <logical portmap>",
                              port_text(representative));
 
@@ -162,12 +166,12 @@ static int32_t check_twin_group(Bsdl *bsdl, Index *verdicts, const TwinGroup *gr
 
     if (associated_pin && representative_pin &&
         associated_pin->pin_type != representative_pin->pin_type)
-        result |= rule_error({"twin-pin-types-differ", group->line},
+        result |= rule_error({"twin-pin-types-differ", group->place},
                              "Pin types of <twin group> (%s, %s) must match",
                              port_text(representative), associated_text);
 
     if (bsdl->strict && !first_cell_of_bit(bsdl, representative))
-        result |= rule_error({"representative-port-without-cell", group->line},
+        result |= rule_error({"representative-port-without-cell", representative_place},
                              "<representative port> '%s' must appear in <boundary-scan register>",
                              port_text(representative));
 
@@ -175,7 +179,7 @@ static int32_t check_twin_group(Bsdl *bsdl, Index *verdicts, const TwinGroup *gr
     if (associated_pin && (cells & CELL_ALLOWED))
         associated_pin->pin_function = PIN_FUNCTION_ASSOCIATED_WITH_CELL;
     if (cells & CELL_FORBIDDEN)
-        result |= rule_error({"associated-port-with-cell", group->line},
+        result |= rule_error({"associated-port-with-cell", associated_place},
                              "<associated port> '%s' cannot appear in <boundary-scan register>",
                              associated_text);
 
@@ -189,7 +193,7 @@ static int32_t check_twin_group(Bsdl *bsdl, Index *verdicts, const TwinGroup *gr
 static int32_t check_twin_group_entry(Bsdl *bsdl, Index *verdicts, TwinGroupEntry *entry)
 {
     int32_t count = static_cast<int32_t>(list_count(&entry->group_walk, entry->twin_groups));
-    rule_message(BSDL_LEVEL_INFO, 4, {"twin-groups-checked", entry->line},
+    rule_message(BSDL_LEVEL_INFO, 4, {"twin-groups-checked", entry->place},
                  entry->type == TWIN_TYPE_CURRENT ? "\t\tDifferential_Current (%i twin_groups)"
                                                   : "\t\tDifferential_Voltage (%i twin_groups)",
                  count);

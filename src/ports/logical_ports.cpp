@@ -16,7 +16,7 @@ PortId *port_id_bit(Bsdl *bsdl, const char *name, int32_t subscript)
     return model_new(bsdl, PortId{.name = name, .subscripted = 1, .subscript = subscript});
 }
 
-PinSpec *pin_spec_new(Bsdl *bsdl, List names, int32_t pin_type, PortRange range, int32_t line)
+PinSpec *pin_spec_new(Bsdl *bsdl, List names, int32_t pin_type, PortRange range, Place place)
 {
     bsdl->scan_mode = SCAN_MODE_NONE;
     return model_new(bsdl, PinSpec{.names = names.head,
@@ -24,7 +24,7 @@ PinSpec *pin_spec_new(Bsdl *bsdl, List names, int32_t pin_type, PortRange range,
                                    .range_start = range.start,
                                    .range_direction = range.direction,
                                    .range_end = range.end,
-                                   .line = line});
+                                   .place = place});
 }
 
 void logical_ports_passed(Bsdl *bsdl, List pin_specs)
@@ -164,6 +164,34 @@ struct PinArrays {
 
 } // namespace
 
+Place port_place(const PortId *port, uint32_t offset, uint32_t behind)
+{
+    return tokens_place(offset, behind, behind + port_tokens(port) - 1);
+}
+
+static bool seek_name(PortNameCursor *cursor, const char *name)
+{
+    for (; cursor->name; cursor->name = cursor->name->next, cursor->token.behind += 2)
+        if (same_name(static_cast<const char *>(cursor->name->data), name))
+            return true;
+    return false;
+}
+
+Place port_name_place(PortNameCursor *cursor, const PinSpec *spec, const char *name)
+{
+    if (spec && spec == cursor->spec && seek_name(cursor, name))
+        return cursor_place(&cursor->token);
+    *cursor = {spec, spec ? spec->names : nullptr, {spec ? spec->place.begin : 0, 0}};
+    return seek_name(cursor, name) ? cursor_place(&cursor->token) : Place{};
+}
+
+// Of `names : type BIT_VECTOR ( start TO end )` the range.
+static Place range_place(const PinSpec *spec)
+{
+    const uint32_t range = 2 * list_length(spec->names) + 3;
+    return tokens_place(spec->place.begin, range, range + 2);
+}
+
 static int64_t range_width(const PinSpec *spec)
 {
     return std::llabs(int64_t{spec->range_end} - spec->range_start) + 1;
@@ -187,10 +215,19 @@ static bool range_in_order(const char *name, const PinSpec *spec)
     int32_t high = down ? spec->range_start : spec->range_end;
     if (low <= high)
         return true;
-    rule_error({"port-range-reversed", spec->line},
+    rule_error({"port-range-reversed", range_place(spec)},
                "<port> '%s': end value (%i) of port range must be greater than start (%i)", name,
                high, low);
     return false;
+}
+
+// The name of the port in a mapping.
+static Place mapped_place(const PinMapEntry *pin_map, const char *name)
+{
+    for (const PortMap *port_map : items<PortMap>(pin_map->port_maps))
+        if (port_map->vector && same_name(port_map->port_name, name))
+            return token_place(port_map->at);
+    return {};
 }
 
 static bool pin_count_matches(const PinMapEntry *pin_map, const char *name, const PinSpec *spec,
@@ -202,7 +239,7 @@ static bool pin_count_matches(const PinMapEntry *pin_map, const char *name, cons
     if (mapped == range_width(spec))
         return true;
     rule_error(
-        {"pin-count-mismatch", pin_map->line},
+        {"pin-count-mismatch", mapped_place(pin_map, name)},
         "<pin map> '%s': number of pins of <bit vector> %s is not equal in <pin mapping> (%i) "
         "and <logical port map> (%i)",
         pin_map->name, name, static_cast<int32_t>(mapped), static_cast<int32_t>(range_width(spec)));
@@ -240,7 +277,7 @@ static bool append_port(PinArrays *arrays, const PinMapEntry *pin_map, const Por
         return false;
     int64_t width = range_width(spec);
     if (arrays->count + width > MOST_PINS) {
-        rule_message(BSDL_LEVEL_ERROR, 0, {"pin-list-too-long", spec->line}, "Memory error");
+        rule_message(BSDL_LEVEL_ERROR, 0, {"pin-list-too-long", range_place(spec)}, "Memory error");
         return false;
     }
     if (!arrays->pins) {
@@ -312,10 +349,12 @@ static int32_t check_names_unique(const Bsdl *bsdl, Arena *scratch)
     }
     int32_t result = BSDL_RESULT_OK;
     for (const PinSpec *spec : items<PinSpec>(bsdl->data->logical_ports)) {
+        TokenCursor token = {spec->place.begin, 0};
         for (const char *name : items<char>(spec->names)) {
             if (last[name_fold(name)] != spec)
-                result |= rule_error({"port-name-not-unique", spec->line},
+                result |= rule_error({"port-name-not-unique", cursor_place(&token)},
                                      "<port name> '%s' is not unique", name);
+            token.behind += 2;
         }
     }
     return result;

@@ -9,18 +9,18 @@ PortMap *port_map_new(Bsdl *bsdl, bool vector, List pin_ids)
     return model_new(bsdl, PortMap{.vector = vector, .pin_ids = pin_ids.head});
 }
 
-PortMap *port_map_named(Bsdl *bsdl, const char *port_name, PortMap *port_map, int32_t line)
+PortMap *port_map_named(Bsdl *bsdl, const char *port_name, PortMap *port_map, uint32_t at)
 {
     port_map->port_name = port_name;
-    port_map->line = line;
+    port_map->at = at;
     bsdl->scan_mode = SCAN_MODE_NONE;
     return port_map;
 }
 
-PinMapEntry *pin_map_passed(Bsdl *bsdl, const char *name, List port_maps, int32_t line)
+PinMapEntry *pin_map_passed(Bsdl *bsdl, const char *name, List port_maps, Place place)
 {
     statement_passed(bsdl, "\tDevice package pin mappings statement passed");
-    return model_new(bsdl, PinMapEntry{.name = name, .port_maps = port_maps.head, .line = line});
+    return model_new(bsdl, PinMapEntry{.name = name, .port_maps = port_maps.head, .place = place});
 }
 
 PinMapEntry *pin_map_skipped(Bsdl *bsdl)
@@ -76,7 +76,7 @@ int32_t bsdl_check_generic(Bsdl *bsdl)
     if (!package) {
         int32_t result =
             rule_message(bsdl->strict ? BSDL_LEVEL_ERROR : BSDL_LEVEL_WARNING, bsdl->strict ? 1 : 2,
-                         {"pin-mapping-unspecified"},
+                         {"pin-mapping-unspecified", entity_place()},
                          "No default_device_package and no <pin mapping> name are specified");
         if (bsdl->strict)
             return result;
@@ -93,8 +93,8 @@ int32_t bsdl_check_generic(Bsdl *bsdl)
     bool multiple = data->pin_maps->next;
     bool warn = !bsdl->strict && !multiple;
     return rule_message(warn ? BSDL_LEVEL_WARNING : BSDL_LEVEL_ERROR, warn ? 2 : 1,
-                        {"pin-mapping-missing"}, "pin_mapping '%s' does not exist%s",
-                        shown(package),
+                        {"pin-mapping-missing", entity_place()},
+                        "pin_mapping '%s' does not exist%s", shown(package),
                         multiple && !bsdl->strict ? " and multiple pinmaps defined" : "");
 }
 
@@ -141,17 +141,20 @@ static bool mapping_names_start(Bsdl *bsdl, Arena *arena, MappingNames *names)
 static int32_t check_port_map(MappingNames *names, const PortMap *port_map)
 {
     int32_t result = BSDL_RESULT_OK;
+    // Behind the name, a colon and a bracket.
+    TokenCursor token = {port_map->at, port_map->vector ? 3U : 2U};
     for (const char *pin_id : items<char>(port_map->pin_ids)) {
         uint8_t *known = &names->known[name_fold(pin_id)];
         if (*known & SEEN_PIN)
-            result |= rule_error({"pin-id-not-unique", port_map->line},
+            result |= rule_error({"pin-id-not-unique", cursor_place(&token)},
                                  "<pin id> '%s' is not unique (<port name> '%s')", pin_id,
                                  port_map->port_name);
         *known |= SEEN_PIN;
+        token.behind += 2;
     }
     uint8_t *known = &names->known[name_fold(port_map->port_name)];
     if (!(*known & (port_map->vector ? DECLARED_VECTOR : DECLARED_BIT)))
-        result |= rule_error({"mapped-port-undeclared", port_map->line},
+        result |= rule_error({"mapped-port-undeclared", token_place(port_map->at)},
                              "<port name> %s (%s) not found in <logical port description>",
                              port_map->port_name, port_map->vector ? "bit vector" : "bit");
     *known |= port_map->vector ? MAPPED_VECTOR : MAPPED_BIT;
@@ -164,10 +167,11 @@ static int32_t check_ports_mapped(const MappingNames *names, const PinMapEntry *
     for (size_t i = 0; i < names->demanded_count; i++) {
         const PinSpec *spec = names->demanded[i];
         bool bit = spec->range_direction == RANGE_NONE;
+        PortNameCursor cursor = {};
         for (const char *name : items<char>(spec->names)) {
             if (names->known[name_fold(name)] & (bit ? MAPPED_BIT : MAPPED_VECTOR))
                 continue;
-            result |= rule_error({"port-not-mapped", spec->line},
+            result |= rule_error({"port-not-mapped", port_name_place(&cursor, spec, name)},
                                  "<port name> %s (%s) not found in <pin mapping> %s", name,
                                  bit ? "bit" : "bit vector", pin_map->name);
             // Every mapping may lack every port: no more of it when nobody reads it.
@@ -180,7 +184,8 @@ static int32_t check_ports_mapped(const MappingNames *names, const PinMapEntry *
 
 static int32_t check_pin_map(MappingNames *names, const PinMapEntry *pin_map)
 {
-    rule_message(BSDL_LEVEL_PROGRESS, 3, {"pin-mapping-checked", pin_map->line},
+    rule_message(BSDL_LEVEL_PROGRESS, 3,
+                 {"pin-mapping-checked", token_place(pin_map->place.begin, 1)},
                  "\tChecking pin_map '%s'", pin_map->name);
     int32_t result = BSDL_RESULT_OK;
     for (const PortMap *port_map : items<PortMap>(pin_map->port_maps))
@@ -220,7 +225,7 @@ int32_t bsdl_check_pin_map(Bsdl *bsdl, const char *name)
         return check_end(bsdl, result, &scratch);
     }
     // It is the package of the handle that is named, whatever the caller asked for.
-    return rule_message(BSDL_LEVEL_ERROR, 1, {"pin-mapping-unknown"},
+    return rule_message(BSDL_LEVEL_ERROR, 1, {"pin-mapping-unknown", entity_place()},
                         "pin_mapping '%s' does not exist", shown(bsdl->default_package));
 }
 
@@ -241,7 +246,7 @@ static int32_t check_each_pin_map(Bsdl *bsdl, Arena *scratch)
         if (!pin_map)
             continue;
         if (last[name_fold(pin_map->name)] != pin_map)
-            result |= rule_error({"pin-mapping-not-unique", pin_map->line},
+            result |= rule_error({"pin-mapping-not-unique", token_place(pin_map->place.begin, 1)},
                                  "<pin_map_name> %s is not unique", pin_map->name);
         result |= check_pin_map(&names, pin_map);
     }
@@ -268,7 +273,7 @@ int32_t bsdl_check_all_pin_maps(Bsdl *bsdl)
             return BSDL_RESULT_FAILED;
         used = static_cast<const PinMapEntry *>(data->pin_maps->data);
         if (used)
-            rule_warning({"pin-mapping-first-used", used->line},
+            rule_warning({"pin-mapping-first-used", token_place(used->place.begin, 1)},
                          "Using first available <pin_map> '%s' because none was specified",
                          used->name);
     }

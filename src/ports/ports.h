@@ -1,6 +1,7 @@
 #pragma once
 
 #include "frame/lookup.h"
+#include "frame/messages.h"
 #include "frame/model.h"
 
 #include <cstddef>
@@ -27,7 +28,7 @@ struct PinSpec {
     int32_t range_start;
     int32_t range_direction;
     int32_t range_end;
-    int32_t line;
+    Place place;
 };
 
 // One port bit of the device. The pins of a port stand side by side in one array, in the order of
@@ -45,10 +46,15 @@ static_assert(offsetof(PinEntry, has_disable) == 8 && offsetof(PinEntry, pin_typ
               offsetof(PinEntry, pin_function) == 16 && offsetof(PinEntry, twin) == 24 &&
               offsetof(PinEntry, physical_name) == 32);
 
+// How many tokens a reference takes: name ( subscript ).
+inline uint32_t port_tokens(const PortId *port) { return port && port->subscripted ? 4 : 1; }
+// The place of a reference whose first token is so many behind an offset.
+Place port_place(const PortId *port, uint32_t offset, uint32_t behind);
+
 PortId *port_id_whole(Bsdl *bsdl, const char *name);
 PortId *port_id_bit(Bsdl *bsdl, const char *name, int32_t subscript);
 
-PinSpec *pin_spec_new(Bsdl *bsdl, List names, int32_t pin_type, PortRange range, int32_t line);
+PinSpec *pin_spec_new(Bsdl *bsdl, List names, int32_t pin_type, PortRange range, Place place);
 void logical_ports_passed(Bsdl *bsdl, List pin_specs);
 void logical_ports_skipped(Bsdl *bsdl);
 
@@ -59,6 +65,15 @@ PinEntry *find_pin_entry(Bsdl *bsdl, const PortId *port);
 // The first declaration that holds the name, whatever its range; NULL without one or for NULL.
 PinSpec *find_port_name(Bsdl *bsdl, const char *name);
 
+// The place of a name in its declaration, sought on from the name before: they come in order as a
+// rule. Starts as {}.
+struct PortNameCursor {
+    const PinSpec *spec;
+    const GSList *name;
+    TokenCursor token;
+};
+Place port_name_place(PortNameCursor *cursor, const PinSpec *spec, const char *name);
+
 // The words for a PinEntry's pin_function.
 const char *pin_function_name(int32_t function);
 
@@ -68,19 +83,19 @@ const char *pin_function_name(int32_t function);
 struct PortMap {
     const char *port_name;
     int32_t vector; // 1 for a list in brackets, of however many pins
-    int32_t line;
+    uint32_t at;    // place of the port's name
     GSList *pin_ids;
 };
 
 struct PinMapEntry {
     const char *name;
     GSList *port_maps; // PortMap; NULL when the string was not read
-    int32_t line;
+    Place place;
 };
 
 PortMap *port_map_new(Bsdl *bsdl, bool vector, List pin_ids);
-PortMap *port_map_named(Bsdl *bsdl, const char *port_name, PortMap *port_map, int32_t line);
-PinMapEntry *pin_map_passed(Bsdl *bsdl, const char *name, List port_maps, int32_t line);
+PortMap *port_map_named(Bsdl *bsdl, const char *port_name, PortMap *port_map, uint32_t at);
+PinMapEntry *pin_map_passed(Bsdl *bsdl, const char *name, List port_maps, Place place);
 PinMapEntry *pin_map_skipped(Bsdl *bsdl); // NULL: the place in the list stays empty
 void pin_maps_skipped(Bsdl *bsdl);
 
@@ -106,19 +121,19 @@ struct TwinGroup {
     PortId *representative;
     PortId *associated;
     TwinGroup *next_of_associated; // see first_group_of_associated()
-    int32_t line;
+    Place place;
 };
 
 struct TwinGroupEntry {
     int32_t type;
     GSList *twin_groups;
     uint32_t group_cursor;
-    int32_t line;
+    Place place;
     ListWalk group_walk;
 };
 
-TwinGroup *twin_group_new(Bsdl *bsdl, PortId *representative, PortId *associated, int32_t line);
-TwinGroupEntry *twin_group_entry_new(Bsdl *bsdl, int32_t type, List twin_groups, int32_t line);
+TwinGroup *twin_group_new(Bsdl *bsdl, PortId *representative, PortId *associated, Place place);
+TwinGroupEntry *twin_group_entry_new(Bsdl *bsdl, int32_t type, List twin_groups, Place place);
 List grouped_ports_append(Bsdl *bsdl, List entries, TwinGroupEntry *entry);
 void grouped_ports_absent(Bsdl *bsdl);
 void grouped_ports_passed(Bsdl *bsdl);
@@ -148,19 +163,19 @@ struct ScanPorts {
     PortId *tdo;
     PortId *trst;
     ClockRecord *clock;
-    int32_t tck_line;
-    int32_t tdi_line;
-    int32_t tms_line;
-    int32_t tdo_line;
-    int32_t trst_line;
+    Place tck_place;
+    Place tdi_place;
+    Place tms_place;
+    Place tdo_place;
+    Place trst_place;
 };
 
 // In the order in which the statements are checked.
 enum TapPort { TAP_TDI, TAP_TDO, TAP_TRST, TAP_TMS, TAP_TCK };
 
 ClockRecord *clock_record_new(Bsdl *bsdl, double frequency, int32_t halt_state);
-void tap_clock_passed(Bsdl *bsdl, PortId *port, ClockRecord *clock, int32_t line);
-void tap_port_passed(Bsdl *bsdl, TapPort which, PortId *port, int32_t line);
+void tap_clock_passed(Bsdl *bsdl, PortId *port, ClockRecord *clock, Place place);
+void tap_port_passed(Bsdl *bsdl, TapPort which, PortId *port, Place place);
 
 // --------------------------------------------------------------------------------- compliance
 
@@ -169,12 +184,12 @@ struct ComplianceRecord {
     uint32_t pattern_cursor;
     GSList *ports; // PortId
     uint32_t port_cursor;
-    int32_t line;
+    Place place;
     ListWalk pattern_walk;
     ListWalk port_walk;
 };
 
 ComplianceRecord *compliance_new(Bsdl *bsdl, List ports, List patterns);
 void compliance_absent(Bsdl *bsdl);
-void compliance_passed(Bsdl *bsdl, ComplianceRecord *record, int32_t line);
+void compliance_passed(Bsdl *bsdl, ComplianceRecord *record, Place place);
 void compliance_skipped(Bsdl *bsdl);

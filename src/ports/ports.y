@@ -103,9 +103,9 @@ pin_mappings:
 
 pin_mapping:
   CONSTANT pin_mapping_name ':' PIN_MAP_STRING COL_EQ skip_string ';'
-    { $$ = pin_map_passed(bsdl, $pin_mapping_name, List{}, @1); }
+    { $$ = pin_map_passed(bsdl, $pin_mapping_name, List{}, @$); }
 | CONSTANT pin_mapping_name ':' PIN_MAP_STRING COL_EQ quoted_string ';' rescan port_map_list
-    { $$ = pin_map_passed(bsdl, $pin_mapping_name, $port_map_list, @1); }
+    { $$ = pin_map_passed(bsdl, $pin_mapping_name, $port_map_list, @$); }
 | CONSTANT pin_mapping_name ':' PIN_MAP_STRING COL_EQ error ';'
     { $$ = pin_map_skipped(bsdl); }
 ;
@@ -121,7 +121,7 @@ port_map_list:
 
 port_map:
   mode_integer port_name ':' pin_list
-    { $$ = port_map_named(bsdl, $port_name, $pin_list, @2); }
+    { $$ = port_map_named(bsdl, $port_name, $pin_list, @2.begin); }
 ;
 
 pin_list:
@@ -163,7 +163,7 @@ group_table:
 
 twin_group_entry:
   twin_group_type '(' twin_group_list ')'
-    { $$ = twin_group_entry_new(bsdl, $1, $3, @1); }
+    { $$ = twin_group_entry_new(bsdl, $1, $3, @$); }
 ;
 
 twin_group_type:
@@ -180,7 +180,7 @@ twin_group_list:
 
 twin_group:
   '(' port_id ',' port_id ')'
-    { $$ = twin_group_new(bsdl, $2, $4, @1); }
+    { $$ = twin_group_new(bsdl, $2, $4, @$); }
 ;
 
 // --------------------------------------------------------------------------------- compliance
@@ -193,7 +193,7 @@ compliance_enable:
     { compliance_absent(bsdl); }
 | ATTRIBUTE_COMPLIANCE_PATTERNS OF component_name ':' ENTITY IS quoted_string ';' rescan
   compliance_pattern_string[record]
-    { compliance_passed(bsdl, $record, @1); }
+    { compliance_passed(bsdl, $record, @$); }
 | ATTRIBUTE_COMPLIANCE_PATTERNS OF component_name ':' ENTITY IS error ';'
     { compliance_skipped(bsdl); }
 ;
@@ -224,27 +224,27 @@ compliance_pattern_list:
 
 tck_stmt:
   ATTRIBUTE_TAP_SCAN_CLOCK OF port_id ':' SIGNAL IS mode_real '(' clock_record ')' ';'
-    { tap_clock_passed(bsdl, $port_id, $clock_record, @1); }
+    { tap_clock_passed(bsdl, $port_id, $clock_record, @$); }
 ;
 
 tms_stmt:
   ATTRIBUTE_TAP_SCAN_MODE OF port_id ':' SIGNAL IS Y_TRUE ';'
-    { tap_port_passed(bsdl, TAP_TMS, $port_id, @1); }
+    { tap_port_passed(bsdl, TAP_TMS, $port_id, @$); }
 ;
 
 tdi_stmt:
   ATTRIBUTE_TAP_SCAN_IN OF port_id ':' SIGNAL IS Y_TRUE ';'
-    { tap_port_passed(bsdl, TAP_TDI, $port_id, @1); }
+    { tap_port_passed(bsdl, TAP_TDI, $port_id, @$); }
 ;
 
 tdo_stmt:
   ATTRIBUTE_TAP_SCAN_OUT OF port_id ':' SIGNAL IS Y_TRUE ';'
-    { tap_port_passed(bsdl, TAP_TDO, $port_id, @1); }
+    { tap_port_passed(bsdl, TAP_TDO, $port_id, @$); }
 ;
 
 trst_stmt:
   ATTRIBUTE_TAP_SCAN_RESET OF port_id ':' SIGNAL IS Y_TRUE ';'
-    { tap_port_passed(bsdl, TAP_TRST, $port_id, @1); }
+    { tap_port_passed(bsdl, TAP_TRST, $port_id, @$); }
 ;
 
 clock_record:

@@ -9,7 +9,7 @@ namespace
 
 struct TapStatement {
     PortId *ScanPorts::*port;
-    int32_t ScanPorts::*line;
+    Place ScanPorts::*place;
     const char *passed;
     const char *label;
     int32_t function;
@@ -21,19 +21,19 @@ struct TapStatement {
 // By TapPort.
 // clang-format off
 static constexpr TapStatement STATEMENTS[] = {
-    {.port = &ScanPorts::tdi, .line = &ScanPorts::tdi_line,
+    {.port = &ScanPorts::tdi, .place = &ScanPorts::tdi_place,
      .passed = "\tScan port tdi statement passed", .label = "TAP_SCAN_IN",
      .function = PIN_FUNCTION_TDI, .type = PIN_TYPE_IN},
-    {.port = &ScanPorts::tdo, .line = &ScanPorts::tdo_line,
+    {.port = &ScanPorts::tdo, .place = &ScanPorts::tdo_place,
      .passed = "\tScan port tdo statement passed", .label = "TAP_SCAN_OUT",
      .function = PIN_FUNCTION_TDO, .type = PIN_TYPE_OUT},
-    {.port = &ScanPorts::trst, .line = &ScanPorts::trst_line,
+    {.port = &ScanPorts::trst, .place = &ScanPorts::trst_place,
      .passed = "\tScan port reset statement passed", .label = "TAP_SCAN_RESET",
      .function = PIN_FUNCTION_TRST, .type = PIN_TYPE_IN},
-    {.port = &ScanPorts::tms, .line = &ScanPorts::tms_line,
+    {.port = &ScanPorts::tms, .place = &ScanPorts::tms_place,
      .passed = "\tScan port mode statement passed", .label = "TAP_SCAN_MODE",
      .function = PIN_FUNCTION_TMS, .type = PIN_TYPE_IN},
-    {.port = &ScanPorts::tck, .line = &ScanPorts::tck_line,
+    {.port = &ScanPorts::tck, .place = &ScanPorts::tck_place,
      .passed = "\tScan port clock statement passed", .label = "TAP_SCAN_CLOCK",
      .function = PIN_FUNCTION_TCK, .type = PIN_TYPE_IN},
 };
@@ -46,56 +46,56 @@ ClockRecord *clock_record_new(Bsdl *bsdl, double frequency, int32_t halt_state)
     return model_new(bsdl, ClockRecord{.frequency = frequency, .halt_state = halt_state});
 }
 
-void tap_port_passed(Bsdl *bsdl, TapPort which, PortId *port, int32_t line)
+void tap_port_passed(Bsdl *bsdl, TapPort which, PortId *port, Place place)
 {
     const TapStatement &statement = STATEMENTS[which];
     if (ScanPorts *ports = bsdl->data->scan_port) {
         ports->*statement.port = port;
-        ports->*statement.line = line;
+        ports->*statement.place = place;
     }
     statement_passed(bsdl, statement.passed);
 }
 
-void tap_clock_passed(Bsdl *bsdl, PortId *port, ClockRecord *clock, int32_t line)
+void tap_clock_passed(Bsdl *bsdl, PortId *port, ClockRecord *clock, Place place)
 {
     if (ScanPorts *ports = bsdl->data->scan_port)
         ports->clock = clock;
     bsdl->scan_mode = SCAN_MODE_NONE;
-    tap_port_passed(bsdl, TAP_TCK, port, line);
+    tap_port_passed(bsdl, TAP_TCK, port, place);
 }
 
 // ------------------------------------------------------------------------------------------- check
 
 static int32_t check_scan_port_role(Bsdl *bsdl, const TapStatement &statement, const PortId *port,
-                                    int32_t line)
+                                    Place place)
 {
     const char *label = statement.label;
     int32_t result = BSDL_RESULT_OK;
     PinEntry *pin = find_pin_entry(bsdl, port);
     if (!pin || pin->pin_type == PIN_TYPE_LINKAGE) {
         // The one text without a subscript.
-        result |= rule_error({"scan-port-missing", line},
+        result |= rule_error({"scan-port-missing", place},
                              "<scan port> %s <port id> '%s' not found in <logical port>", label,
                              port->name);
     } else {
         if (pin->pin_type != statement.type)
-            result |= rule_error({"scan-port-pin-type", line},
+            result |= rule_error({"scan-port-pin-type", place},
                                  "<scan port> %s <port id> '%s' must be <pin type> '%s'", label,
                                  port_text(port), port_type_name(statement.type));
         if (pin->pin_function == PIN_FUNCTION_NONE)
             pin->pin_function = statement.function;
         else
-            result |= rule_error({"scan-port-already-used", line},
+            result |= rule_error({"scan-port-already-used", place},
                                  "<scan port> %s <port id> '%s' is already used as %s", label,
                                  port_text(port), pin_function_name(pin->pin_function));
     }
     if (port_in_groups(bsdl, port))
-        result |= rule_error({"scan-port-in-group", line},
+        result |= rule_error({"scan-port-in-group", place},
                              "<scan port> %s <port id> '%s' cannot appear in <grouped port>", label,
                              port_text(port));
     if (first_cell_of_bit(bsdl, port))
         result |=
-            rule_error({"scan-port-with-cell", line},
+            rule_error({"scan-port-with-cell", place},
                        "<scan port> %s <port id> '%s' cannot appear in <boundary-scan register>",
                        label, port_text(port));
     return result;
@@ -112,7 +112,9 @@ int32_t bsdl_check_scan_port(Bsdl *bsdl)
     int32_t result = BSDL_RESULT_OK;
     for (const TapStatement &statement : STATEMENTS)
         if (const PortId *port = ports->*statement.port)
-            result |= check_scan_port_role(bsdl, statement, port, ports->*statement.line);
+            result |=
+                check_scan_port_role(bsdl, statement, port,
+                                     port_place(port, (ports->*statement.place).begin, NAME_TOKEN));
     return check_end(bsdl, result);
 }
 

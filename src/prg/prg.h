@@ -15,20 +15,20 @@ struct PrgTable {
 struct PrgPart {
     const char *part_name; // NULL when no statement of the family names it
     IscData *isc;
-    int32_t line;
+    Place place;
 };
 
 // A program reference, which begins with what callers see of it.
 struct PrgProgram {
     PrgProgramSpec spec;
-    int32_t line;
+    Place place; // of its part type
 };
 
 struct PrgChannel {
     int32_t channel_id; // the number behind TAP
     uint32_t component_cursor;
     GSList *settings; // PrgComponentSetting
-    int32_t line;
+    Place place;
     PrgTable setting_table; // by part name
 };
 
@@ -66,18 +66,18 @@ void frequency_passed(Bsdl *bsdl, int32_t frequency);
 const char *register_values_join(Bsdl *bsdl, List patterns);
 PrgComponentSetting *component_setting_new(Bsdl *bsdl, const char *part_name,
                                            const char *instruction_name, const char *values);
-PrgChannel *channel_new(Bsdl *bsdl, int32_t channel_id, List settings, int32_t line);
+PrgChannel *channel_new(Bsdl *bsdl, int32_t channel_id, List settings, Place place);
 void serial_channels_absent(Bsdl *bsdl);
 void serial_channels_passed(Bsdl *bsdl, List channels);
 void serial_channels_skipped(Bsdl *bsdl);
 
 int32_t program_type_jcs(int32_t number);
 PrgProgramSpec *program_new(Bsdl *bsdl, int32_t program_type, const char *part_name,
-                            const char *part_type, PrgFiles files, int32_t line);
+                            const char *part_type, PrgFiles files, Place place);
 void program_reference_passed(Bsdl *bsdl, List programs);
 
 // One more family of IEEE 1532 statements: what stands in the model is the part's from now on.
-void isc_component_passed(Bsdl *bsdl, int32_t line);
+void isc_component_passed(Bsdl *bsdl, Place place);
 
 // The part type of that name; NULL without one or for NULL.
 PrgPart *find_part_type(Bsdl *bsdl, const char *name);

@@ -135,7 +135,7 @@ program_reference_string:
 
 part_program_spec:
   program_type mode_part_name part_name part_type mode_file_name data_files mode_none
-    { $$ = program_new(bsdl, $1, $part_name, $part_type, $data_files, @1); }
+    { $$ = program_new(bsdl, $1, $part_name, $part_type, $data_files, @part_type); }
 ;
 
 program_type:

@@ -30,8 +30,8 @@ int32_t bsdl_check_prg_prog_ref(Bsdl *h)
     int32_t result = BSDL_RESULT_OK;
     for (const PrgProgram *program : items<PrgProgram>(h->prg->program_references)) {
         if (!find_part_type(h, program->spec.part_type))
-            result |= rule_error({"program-type-unknown", program->line}, "type '%s' not specified",
-                                 shown(program->spec.part_type));
+            result |= rule_error({"program-type-unknown", program->place},
+                                 "type '%s' not specified", shown(program->spec.part_type));
     }
     return result;
 }

@@ -6,7 +6,11 @@
 
 #include <cstring>
 
-void design_declared(Bsdl *bsdl, const char *name) { bsdl->prg->design_name = name; }
+void design_declared(Bsdl *bsdl, const char *name)
+{
+    bsdl->prg->design_name = name;
+    bsdl->sources.entity = scan_place(bsdl);
+}
 
 void design_named(Bsdl *bsdl, const char *name)
 {
@@ -59,12 +63,12 @@ PrgComponentSetting *component_setting_new(Bsdl *bsdl, const char *part_name,
     return setting;
 }
 
-PrgChannel *channel_new(Bsdl *bsdl, int32_t channel_id, List settings, int32_t line)
+PrgChannel *channel_new(Bsdl *bsdl, int32_t channel_id, List settings, Place place)
 {
     auto *channel = model_new<PrgChannel>(bsdl);
     channel->channel_id = channel_id;
     channel->settings = settings.head;
-    channel->line = line;
+    channel->place = place;
     return channel;
 }
 
@@ -94,7 +98,7 @@ int32_t program_type_jcs(int32_t number)
 }
 
 PrgProgramSpec *program_new(Bsdl *bsdl, int32_t program_type, const char *part_name,
-                            const char *part_type, PrgFiles files, int32_t line)
+                            const char *part_type, PrgFiles files, Place place)
 {
     auto *program = model_new<PrgProgram>(bsdl);
     program->spec.program_type = program_type;
@@ -102,7 +106,7 @@ PrgProgramSpec *program_new(Bsdl *bsdl, int32_t program_type, const char *part_n
     program->spec.part_type = part_type;
     program->spec.in_file = files.in_file;
     program->spec.out_file = files.out_file;
-    program->line = line;
+    program->place = place;
     return &program->spec;
 }
 
@@ -114,13 +118,13 @@ void program_reference_passed(Bsdl *bsdl, List programs)
 
 // -------------------------------------------------------------------------------------- part types
 
-void isc_component_passed(Bsdl *bsdl, int32_t line)
+void isc_component_passed(Bsdl *bsdl, Place place)
 {
     PrgData *prg = bsdl->prg;
     auto *part = model_new<PrgPart>(bsdl);
     part->part_name = prg->component_name;
     part->isc = bsdl->data->isc;
-    part->line = line;
+    part->place = place;
     prg->component_name = nullptr;
     prg->isc_component_list = model_append(bsdl, prg->isc_component_list, part);
     prg->isc_components = prg->isc_component_list.head;

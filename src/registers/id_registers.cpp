@@ -2,6 +2,7 @@
 
 #include "frame/check.h"
 #include "frame/messages.h"
+#include "isc/isc.h"
 #include "registers/registers.h"
 #include "scan/scanner.h"
 
@@ -28,22 +29,22 @@ void rescan_last_when_fast(Bsdl *bsdl)
     rescan_strings(bsdl);
 }
 
-bool idcode_passed(Bsdl *bsdl, List patterns, int32_t line)
+bool idcode_passed(Bsdl *bsdl, List patterns, Place place)
 {
     bsdl->scan_mode = SCAN_MODE_NONE;
     bsdl->data->id_registers->idcode_patterns = patterns.head;
-    bsdl->data->id_registers->idcode_line = line;
+    bsdl->data->id_registers->idcode_place = place;
     statement_passed(bsdl, "\tIdcode register statement passed");
     return bsdl->fast_read != 0;
 }
 
 void idcode_skipped(Bsdl *bsdl) { statement_skipped(bsdl, "Skipping idcode due to errors"); }
 
-void usercode_passed(Bsdl *bsdl, List patterns, int32_t line)
+void usercode_passed(Bsdl *bsdl, List patterns, Place place)
 {
     bsdl->scan_mode = SCAN_MODE_NONE;
     bsdl->data->id_registers->usercode_patterns = patterns.head;
-    bsdl->data->id_registers->usercode_line = line;
+    bsdl->data->id_registers->usercode_place = place;
     statement_passed(bsdl, "\tUsercode register statement passed");
 }
 
@@ -57,21 +58,21 @@ static bool has_instruction(Bsdl *bsdl, const char *name)
     return associate_instruction(bsdl, model_name(bsdl, name), nullptr);
 }
 
-static int32_t check_idcode(Bsdl *bsdl, const char *pattern, int32_t line)
+static int32_t check_idcode(Bsdl *bsdl, const char *pattern, Place place, Place statement)
 {
     int32_t result = 0;
     size_t length = std::strlen(pattern);
     if (length != CODE_LENGTH)
-        result |= rule_error({"idcode-length", line}, "idcode register must be 32-bits");
+        result |= rule_error({"idcode-length", place}, "idcode register must be 32-bits");
     else if (pattern[CODE_LENGTH - 1] != '1')
-        result |= rule_error({"idcode-last-bit", line},
+        result |= rule_error({"idcode-last-bit", place},
                              "least significant bit of idcode: (%s) must be 1", pattern);
     if (length >= MANUFACTURER_AT + MANUFACTURER_LENGTH &&
         std::memcmp(pattern + MANUFACTURER_AT, MANUFACTURER_RESERVED, MANUFACTURER_LENGTH) == 0)
-        result |= rule_error({"idcode-manufacturer", line},
+        result |= rule_error({"idcode-manufacturer", place},
                              "manufacturer part of idcode cannot be (00001111111)");
     if (!has_instruction(bsdl, "IDCODE"))
-        result |= rule_error({"idcode-without-instruction", line},
+        result |= rule_error({"idcode-without-instruction", statement},
                              "no idcode instruction found in opcode list");
     return result;
 }
@@ -79,11 +80,13 @@ static int32_t check_idcode(Bsdl *bsdl, const char *pattern, int32_t line)
 // A pattern that was lost makes the result 1, whatever was found before it.
 static int32_t check_idcodes(Bsdl *bsdl, const OptionalRegisters *codes, int32_t result)
 {
+    TokenCursor token = {codes->idcode_place.begin, VALUE_TOKEN};
     for (const char *pattern : items<char>(codes->idcode_patterns)) {
         if (!pattern)
             result = BSDL_RESULT_ABSENT;
-        else if (check_idcode(bsdl, pattern, codes->idcode_line))
+        else if (check_idcode(bsdl, pattern, cursor_place(&token), codes->idcode_place))
             result = BSDL_RESULT_FAILED;
+        token.behind += 2;
     }
     return result;
 }
@@ -91,19 +94,28 @@ static int32_t check_idcodes(Bsdl *bsdl, const OptionalRegisters *codes, int32_t
 static int32_t check_usercodes(Bsdl *bsdl, const OptionalRegisters *codes, int32_t result)
 {
     if (!has_instruction(bsdl, "IDCODE"))
-        result = rule_error({"usercode-without-idcode-instruction", codes->usercode_line},
+        result = rule_error({"usercode-without-idcode-instruction", codes->usercode_place},
                             "no idcode instruction found in opcode list");
     else if (!has_instruction(bsdl, "USERCODE"))
-        result = rule_error({"usercode-without-instruction", codes->usercode_line},
+        result = rule_error({"usercode-without-instruction", codes->usercode_place},
                             "no usercode instruction found in opcode list");
+    TokenCursor token = {codes->usercode_place.begin, VALUE_TOKEN};
     for (const char *pattern : items<char>(codes->usercode_patterns)) {
+        const Place place = cursor_place(&token);
+        token.behind += 2;
         if (!pattern)
             result = BSDL_RESULT_ABSENT;
         else if (std::strlen(pattern) != CODE_LENGTH)
-            result = rule_error({"usercode-length", codes->usercode_line},
-                                "usercode register must be 32-bits");
+            result = rule_error({"usercode-length", place}, "usercode register must be 32-bits");
     }
     return result;
+}
+
+// Of the instruction that demands a register.
+static Place instruction_place(Bsdl *bsdl, const char *name)
+{
+    const InstructionEntry *entry = find_instruction(bsdl, model_name(bsdl, name));
+    return entry ? token_place(entry->place.begin) : Place{};
 }
 
 int32_t bsdl_check_optional_reg(Bsdl *h)
@@ -120,18 +132,19 @@ int32_t bsdl_check_optional_reg(Bsdl *h)
 
     int32_t result = 0;
     if (bsdlIs1532(h) && (!codes->idcode_patterns || !codes->usercode_patterns))
-        result = rule_error({"isc-identification-missing"},
-                            "idcode & usercode register are mandatory for ISC1532");
+        result =
+            rule_error({"isc-identification-missing", h->data->isc ? h->data->isc->place : Place{}},
+                       "idcode & usercode register are mandatory for ISC1532");
     if (codes->idcode_patterns) {
         result = check_idcodes(h, codes, result);
         if (codes->usercode_patterns)
             result = check_usercodes(h, codes, result);
     } else if (has_instruction(h, "IDCODE")) {
-        result = rule_error({"idcode-statement-missing"},
+        result = rule_error({"idcode-statement-missing", instruction_place(h, "IDCODE")},
                             "no idcode statement found while IDCODE instruction is defined");
     }
     if (!codes->usercode_patterns && has_instruction(h, "USERCODE"))
-        result = rule_error({"usercode-statement-missing"},
+        result = rule_error({"usercode-statement-missing", instruction_place(h, "USERCODE")},
                             "no usercode statement found while USERCODE instruction is defined");
     return check_end(h, result);
 }

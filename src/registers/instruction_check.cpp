@@ -77,14 +77,22 @@ static void classify(InstructionCheck *check, InstructionEntry *entry)
 
 // ----------------------------------------------------------------------------- rules of an opcode
 
-static void check_reserved(InstructionCheck *check, const InstructionEntry *entry,
-                           const Opcode *opcode)
+// A row is: name ( opcode , opcode ... )
+static Place opcode_place(const OpcodeTable *table, uint32_t at)
 {
+    const uint32_t entry = table->opcodes[at].entry;
+    return token_place(table->entries[entry]->place.begin,
+                       2 + 2 * (at - table->first_opcode[entry]));
+}
+
+static void check_reserved(InstructionCheck *check, const InstructionEntry *entry, uint32_t at)
+{
+    const Opcode *opcode = &check->table.opcodes[at];
     if (!opcode->has_zero) { // X counts as 1 here, and as 0 below
         if (same_text(entry->name, "BYPASS"))
             check->found_bypass = true;
         else if (!check->all_ones_allowed)
-            check->result |= rule_error({"opcode-all-ones", entry->line},
+            check->result |= rule_error({"opcode-all-ones", opcode_place(&check->table, at)},
                                         "opcode all 1's must be BYPASS, opcode: '%s' cannot use "
                                         "opcode %s",
                                         entry->name, opcode->text);
@@ -97,7 +105,7 @@ static void check_reserved(InstructionCheck *check, const InstructionEntry *entr
         if (is_extest)
             check->found_extest = true;
         else
-            check->result |= rule_error({"opcode-all-zeros", entry->line},
+            check->result |= rule_error({"opcode-all-zeros", opcode_place(&check->table, at)},
                                         "opcode all 0's must be EXTEST, opcode: '%s' cannot use "
                                         "opcode %s",
                                         entry->name, opcode->text);
@@ -115,11 +123,12 @@ static void check_duplicates(InstructionCheck *check, InstructionEntry *entry, u
     entry->merged_instructions = nullptr;
     if (!message_wanted(2))
         return;
-    Rule rule = {"opcode-duplicate", entry->line};
+    const Rule rule = {"opcode-duplicate", opcode_place(table, at)};
     rule_warning(rule, "duplicate opcodes in instruction opcode table:");
     rule_warning(rule, "'%s' (%s)", entry->name, text);
     for (; found != OPCODE_NONE; found = opcode_next_duplicate(table, at, found))
-        rule_warning(rule, "'%s' (%s)", table->entries[table->opcodes[found].entry]->name, text);
+        rule_warning({rule.id, opcode_place(table, found)}, "'%s' (%s)",
+                     table->entries[table->opcodes[found].entry]->name, text);
 }
 
 // The next opcode of a later instruction that fits the one at hand. SAMPLE and PRELOAD do not count
@@ -147,7 +156,7 @@ static void check_ambiguity(InstructionCheck *check, const InstructionEntry *ent
     uint32_t found = next_ambiguous(table, opcode, table->first_opcode[opcode->entry + 1]);
     if (found == OPCODE_NONE)
         return;
-    Rule rule = {"opcode-ambiguous", entry->line};
+    const Rule rule = {"opcode-ambiguous", opcode_place(table, at)};
     if (check->is_2001) {
         rule_warning(rule, "ambiguous opcodes in instruction opcode table");
         return;
@@ -156,7 +165,8 @@ static void check_ambiguity(InstructionCheck *check, const InstructionEntry *ent
     rule_error(rule, "'%s' (%s)", entry->name, opcode->text);
     while (found != OPCODE_NONE && message_wanted(2)) {
         const Opcode *later = &table->opcodes[found];
-        rule_error(rule, "'%s' (%s)", table->entries[later->entry]->name, later->text);
+        rule_error({rule.id, opcode_place(table, found)}, "'%s' (%s)",
+                   table->entries[later->entry]->name, later->text);
         found = next_ambiguous(table, opcode, found + 1);
     }
 }
@@ -165,12 +175,12 @@ static void check_opcode(InstructionCheck *check, InstructionEntry *entry, uint3
 {
     const Opcode *opcode = &check->table.opcodes[at];
     if (opcode->length != check->instructions->length)
-        check->result |= rule_error({"opcode-length", entry->line},
+        check->result |= rule_error({"opcode-length", opcode_place(&check->table, at)},
                                     "incorrect instruction capture length, " /* as is */
                                     "opcode: %s (%s) should have length %i",
                                     entry->name, opcode->text,
                                     static_cast<int32_t>(check->instructions->length));
-    check_reserved(check, entry, opcode);
+    check_reserved(check, entry, at);
     // Only an opcode with X bits is tested for ambiguity, and only against those behind it.
     if (opcode->has_x)
         check_ambiguity(check, entry, at);
@@ -233,14 +243,16 @@ static const char *add_instruction(InstructionCheck *check, const char *name, ch
 static void add_bypass(InstructionCheck *check)
 {
     if (const char *opcode = add_instruction(check, "BYPASS", '1'))
-        rule_message(BSDL_LEVEL_INFO, 4, {"instruction-bypass-added"},
+        rule_message(BSDL_LEVEL_INFO, 4,
+                     {"instruction-bypass-added", check->instructions->opcode_place},
                      "\tmandatory BYPASS instruction opcode (%s) added", opcode);
 }
 
 static void add_extest(InstructionCheck *check)
 {
     if (const char *opcode = add_instruction(check, "EXTEST", '0'))
-        rule_message(BSDL_LEVEL_INFO, 4, {"instruction-extest-added"},
+        rule_message(BSDL_LEVEL_INFO, 4,
+                     {"instruction-extest-added", check->instructions->opcode_place},
                      "\tmandatory EXTEST instruction opcode (%s) added", opcode);
 }
 
@@ -249,16 +261,19 @@ static void check_presence(InstructionCheck *check)
     if (!check->found_bypass)
         add_bypass(check);
     if (!check->found_extest && check->is_2001)
-        check->result |= rule_error({"instruction-extest-missing"},
-                                    "EXTEST instruction opcode mandatory for STD_1149_1_2001");
+        check->result |=
+            rule_error({"instruction-extest-missing", check->instructions->opcode_place},
+                       "EXTEST instruction opcode mandatory for STD_1149_1_2001");
     else if (!check->found_extest)
         add_extest(check);
     if (!check->found_sample)
         check->result |=
-            rule_error({"instruction-sample-missing"}, "no SAMPLE instruction specified");
+            rule_error({"instruction-sample-missing", check->instructions->opcode_place},
+                       "no SAMPLE instruction specified");
     if (check->is_2001 && !check->found_preload)
         check->result |=
-            rule_error({"instruction-preload-missing"}, "no PRELOAD instruction specified");
+            rule_error({"instruction-preload-missing", check->instructions->opcode_place},
+                       "no PRELOAD instruction specified");
 }
 
 // --------------------------------------------------------------------------- the other statements
@@ -266,16 +281,19 @@ static void check_presence(InstructionCheck *check)
 static void check_captures(InstructionCheck *check)
 {
     const InstructionRegister *instructions = check->instructions;
+    TokenCursor token = {instructions->capture_place.begin, VALUE_TOKEN};
     for (const char *pattern : items<char>(instructions->capture_patterns)) {
+        const Place place = cursor_place(&token);
+        token.behind += 2;
         size_t length = std::strlen(pattern);
         if (length != instructions->length)
             check->result |= rule_error(
-                {"instruction-capture-length", instructions->capture_line},
+                {"instruction-capture-length", place},
                 "instruction capture pattern (%s) length (%i) must be equal to instruction length "
                 "(%i)",
                 pattern, static_cast<int32_t>(length), static_cast<int32_t>(instructions->length));
         if (length < 2 || std::strcmp(pattern + length - 2, "01") != 0)
-            check->result |= rule_error({"instruction-capture-end", instructions->capture_line},
+            check->result |= rule_error({"instruction-capture-end", place},
                                         "instruction capture pattern (%s) must end in 01", pattern);
     }
 }
@@ -284,7 +302,7 @@ static void check_length(InstructionCheck *check)
 {
     const InstructionRegister *instructions = check->instructions;
     if (instructions->length < 2)
-        check->result |= rule_error({"instruction-length", instructions->length_line},
+        check->result |= rule_error({"instruction-length", instructions->length_place},
                                     "INSTRUCTION_LENGTH (%u) should be greater than 2", /* as is */
                                     instructions->length);
 }

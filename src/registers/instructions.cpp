@@ -7,11 +7,11 @@
 
 // ------------------------------------------------------------------------------------- the grammar
 
-void instruction_length_set(Bsdl *bsdl, int32_t length, int32_t line)
+void instruction_length_set(Bsdl *bsdl, int32_t length, Place place)
 {
     InstructionRegister *instructions = bsdl->data->instruction_register;
     instructions->length = static_cast<uint32_t>(length);
-    instructions->length_line = line;
+    instructions->length_place = place;
 }
 
 void instruction_length_passed(Bsdl *bsdl)
@@ -20,14 +20,16 @@ void instruction_length_passed(Bsdl *bsdl)
     statement_passed(bsdl, "\tInstruction length statement passed");
 }
 
-InstructionEntry *instruction_entry(Bsdl *bsdl, const char *name, List patterns, int32_t line)
+InstructionEntry *instruction_entry(Bsdl *bsdl, const char *name, List patterns, Place place)
 {
     bsdl->scan_mode = SCAN_MODE_NONE;
-    return model_new(bsdl, InstructionEntry{.name = name, .patterns = patterns.head, .line = line});
+    return model_new(bsdl,
+                     InstructionEntry{.name = name, .patterns = patterns.head, .place = place});
 }
 
-void instruction_opcode_passed(Bsdl *bsdl, List table)
+void instruction_opcode_passed(Bsdl *bsdl, List table, Place place)
 {
+    bsdl->data->instruction_register->opcode_place = place;
     bsdl->data->instruction_register->opcode_table = table.head;
     statement_passed(bsdl, "\tInstruction opcode statement passed");
 }
@@ -37,11 +39,11 @@ void instruction_opcode_skipped(Bsdl *bsdl)
     statement_skipped(bsdl, "Skipping instruction_opcode due to errors");
 }
 
-void instruction_capture_passed(Bsdl *bsdl, List patterns, int32_t line)
+void instruction_capture_passed(Bsdl *bsdl, List patterns, Place place)
 {
     bsdl->scan_mode = SCAN_MODE_NONE;
     bsdl->data->instruction_register->capture_patterns = patterns.head;
-    bsdl->data->instruction_register->capture_line = line;
+    bsdl->data->instruction_register->capture_place = place;
     statement_passed(bsdl, "\tInstruction capture statement passed");
 }
 
@@ -127,7 +129,7 @@ bool associate_instruction(Bsdl *bsdl, const char *name, RegisterEntry *data_reg
         return false;
     // The caller decides whether this makes its check fail; most do not.
     if (entry->data_register)
-        rule_error({"instruction-already-associated", entry->line},
+        rule_error({"instruction-already-associated", token_place(entry->place.begin)},
                    "instruction '%s' is already associated with register '%s'", entry->name,
                    shown(entry->data_register->name));
     else

@@ -13,12 +13,12 @@ constexpr uint32_t FIRST_CAPACITY = 16;
 
 // ------------------------------------------------------------------------------------- the grammar
 
-RegisterEntry *register_named(Bsdl *bsdl, int32_t kind, const char *name, int32_t line)
+RegisterEntry *register_named(Bsdl *bsdl, int32_t kind, const char *name, Place place)
 {
     return model_new(bsdl, RegisterEntry{.kind = kind,
                                          .name = name_upper(&bsdl->names, model_name(bsdl, name)),
                                          .length = -1,
-                                         .line = line});
+                                         .place = place});
 }
 
 RegisterEntry *register_sized(Bsdl *bsdl, RegisterEntry *entry, int32_t length)
@@ -28,10 +28,10 @@ RegisterEntry *register_sized(Bsdl *bsdl, RegisterEntry *entry, int32_t length)
     return entry;
 }
 
-RegisterEntry *register_idcode(Bsdl *bsdl, int32_t line)
+RegisterEntry *register_idcode(Bsdl *bsdl, Place place)
 {
     if (bsdlIs1990(bsdl))
-        return register_named(bsdl, REGISTER_KIND_IDENTIFICATION, "IDCODE", line);
+        return register_named(bsdl, REGISTER_KIND_IDENTIFICATION, "IDCODE", place);
     parse_refused(bsdl, "register-idcode", "illegal device ID register name IDCODE, use DEVICE_ID");
     return nullptr;
 }
@@ -44,9 +44,9 @@ RegisterEntry *register_association(RegisterEntry *entry, List captures)
 }
 
 InstructionCapture *instruction_capture(Bsdl *bsdl, const char *name, const char *capture,
-                                        int32_t line)
+                                        Place place)
 {
-    return model_new(bsdl, InstructionCapture{.name = name, .capture = capture, .line = line});
+    return model_new(bsdl, InstructionCapture{.name = name, .capture = capture, .place = place});
 }
 
 const char *capture_pattern(Bsdl *bsdl, const char *pattern)
@@ -85,8 +85,9 @@ static bool register_merge(Bsdl *bsdl, RegisterEntry *earlier, const RegisterEnt
     if (entry->length == -1 || entry->length == earlier->length)
         return true;
     // Not as urgent as other refusals, yet it counts as a syntax error like them.
-    parse_message(bsdl, BSDL_LEVEL_ERROR, 2, "register-lengths-differ",
-                  "register lengths: %i, %i not equal", entry->length, earlier->length);
+    rule_message(BSDL_LEVEL_ERROR, 2,
+                 {"register-lengths-differ", token_place(entry->place.begin, 2)},
+                 "register lengths: %i, %i not equal", entry->length, earlier->length);
     bsdl->error_count++;
     return false;
 }

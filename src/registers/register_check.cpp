@@ -65,10 +65,13 @@ static void add_register(RegisterCheck *check, const char *name, const char *ins
     auto *entry = model_new(
         bsdl, RegisterEntry{.kind = kind, .name = model_name(bsdl, name), .length = length});
     if (!associate_instruction(bsdl, model_name(bsdl, instruction), entry))
-        check->result |=
-            rule_error({"register-instruction-missing"}, "instruction '%s' not found", instruction);
+        check->result |= rule_error(
+            {"register-instruction-missing", bsdl->data->instruction_register->opcode_place},
+            "instruction '%s' not found", instruction);
     check->registers = model_append(bsdl, check->registers, entry);
-    rule_message(BSDL_LEVEL_INFO, 4, {"register-added"}, "\tRegister '%s' added", name);
+    rule_message(BSDL_LEVEL_INFO, 4,
+                 {"register-added", bsdl->data->instruction_register->opcode_place},
+                 "\tRegister '%s' added", name);
 }
 
 static bool has_instruction(RegisterCheck *check, const char *name)
@@ -154,10 +157,11 @@ static void link_instructions(RegisterCheck *check)
     for (RegisterEntry *entry : items<RegisterEntry>(check->registers.head)) {
         for (const InstructionCapture *record : items<InstructionCapture>(entry->captures)) {
             if (!associate_instruction(check->bsdl, record->name, entry))
-                check->result |= rule_error({"register-instruction-unknown", record->line},
-                                            "instruction '%s' in register access table is not "
-                                            "found in instruction opcode table",
-                                            record->name);
+                check->result |=
+                    rule_error({"register-instruction-unknown", token_place(record->place.begin)},
+                               "instruction '%s' in register access table is not "
+                               "found in instruction opcode table",
+                               record->name);
         }
     }
 }
@@ -199,9 +203,9 @@ static void take_implied_register(RegisterCheck *check, InstructionEntry *instru
 {
     const ImpliedRegister *implied = implied_register(check, instruction->name);
     if (!implied) {
-        check->result |=
-            rule_error({"mandatory-instruction-without-register", instruction->line},
-                       "MANDATORY instruction %s has no associated register", instruction->name);
+        check->result |= rule_error(
+            {"mandatory-instruction-without-register", token_place(instruction->place.begin)},
+            "MANDATORY instruction %s has no associated register", instruction->name);
         return;
     }
     instruction->data_register = find_register(check->bsdl, model_name(check->bsdl, implied->name));
@@ -209,18 +213,19 @@ static void take_implied_register(RegisterCheck *check, InstructionEntry *instru
         return;
     if (implied->missing)
         check->result |=
-            rule_error({"implied-register-missing", instruction->line}, "%s", implied->missing);
+            rule_error({"implied-register-missing", token_place(instruction->place.begin)}, "%s",
+                       implied->missing);
     else
-        check->result |= rule_error({"identification-register-missing", instruction->line},
-                                    "%s register not found while %s instruction is used",
-                                    implied->name, instruction->name);
+        check->result |= rule_error(
+            {"identification-register-missing", token_place(instruction->place.begin)},
+            "%s register not found while %s instruction is used", implied->name, instruction->name);
 }
 
 static void check_mandatory(RegisterCheck *check, InstructionEntry *instruction)
 {
     const RegisterEntry *given = instruction->data_register;
     if (same_text(instruction->name, "BYPASS") && given && !same_text(given->name, "BYPASS"))
-        check->result |= rule_error({"bypass-register", instruction->line},
+        check->result |= rule_error({"bypass-register", token_place(instruction->place.begin)},
                                     "MANDATORY instruction '%s' uses invalid register %s",
                                     instruction->name, given->name);
     if (!given)
@@ -232,9 +237,9 @@ static void check_mandatory(RegisterCheck *check, InstructionEntry *instruction)
          at = check->next_same[at]) {
         const InstructionCapture *record = check->records[at];
         if (record->capture)
-            check->result |= rule_error({"mandatory-instruction-captures", record->line},
-                                        "MANDATORY instruction '%s' captures '%s'",
-                                        instruction->name, record->capture);
+            check->result |= rule_error(
+                {"mandatory-instruction-captures", token_place(record->place.begin, 2)},
+                "MANDATORY instruction '%s' captures '%s'", instruction->name, record->capture);
     }
 }
 
@@ -243,9 +248,9 @@ static void check_instructions(RegisterCheck *check)
     const GSList *instructions = check->bsdl->data->instruction_register->opcode_table;
     for (InstructionEntry *instruction : items<InstructionEntry>(instructions)) {
         if (instruction->type == INSTRUCTION_TYPE_PUBLIC && !instruction->data_register)
-            check->result |=
-                rule_error({"public-instruction-without-register", instruction->line},
-                           "public instruction '%s' has no associated register", instruction->name);
+            check->result |= rule_error(
+                {"public-instruction-without-register", token_place(instruction->place.begin)},
+                "public instruction '%s' has no associated register", instruction->name);
         if (instruction->type == INSTRUCTION_TYPE_MANDATORY)
             check_mandatory(check, instruction);
         if (!instruction->data_register)
@@ -275,10 +280,10 @@ static void check_length(RegisterCheck *check, RegisterEntry *entry)
         break;
     }
     if (entry->length == -1)
-        check->result |= rule_error({"register-length-missing", entry->line},
+        check->result |= rule_error({"register-length-missing", token_place(entry->place.begin)},
                                     "public register '%s' length not specified", entry->name);
     else if (entry->length == 0)
-        check->result |= rule_error({"register-length-zero", entry->line},
+        check->result |= rule_error({"register-length-zero", token_place(entry->place.begin, 2)},
                                     "public register '%s' length cannot be 0", entry->name);
 }
 
@@ -292,11 +297,11 @@ static void check_lengths(RegisterCheck *check)
             // No capture has the length of a register whose length is not known.
             size_t length = std::strlen(record->capture);
             if (length != static_cast<uint32_t>(entry->length))
-                check->result |= rule_error({"register-capture-length", record->line},
-                                            "instruction '%s' associated with register '%s' "
-                                            "captures %i bits, should be %i",
-                                            record->name, entry->name, static_cast<int32_t>(length),
-                                            entry->length);
+                check->result |= rule_error(
+                    {"register-capture-length", token_place(record->place.begin, 2)},
+                    "instruction '%s' associated with register '%s' "
+                    "captures %i bits, should be %i",
+                    record->name, entry->name, static_cast<int32_t>(length), entry->length);
         }
     }
 }
@@ -309,21 +314,21 @@ static void check_merged(RegisterCheck *check, InstructionEntry *instruction)
     int32_t length = bsdlGetInstrRegisterLength(instruction);
     for (InstructionEntry *merged : items<InstructionEntry>(instruction->merged_instructions)) {
         if (!merged->data_register) {
-            rule_error({"merged-instruction-without-register", merged->line},
+            rule_error({"merged-instruction-without-register", token_place(merged->place.begin)},
                        "'%s' has no associated register, this instruction cannot share opcodes "
                        "with '%s'\n",
                        merged->name, instruction->name);
         } else if (merged->data_register->length != length) {
             length_differs = true;
             check->result |=
-                rule_error({"merged-instruction-length", merged->line},
+                rule_error({"merged-instruction-length", token_place(merged->place.begin)},
                            "'%s' register lenght [%i] is different from %s[%i], "
                            "these instructions cannot share opcodes\n", /* as is */
                            merged->name, merged->data_register->length, instruction->name, length);
         }
     }
     if (instruction->merged_instructions && !length_differs)
-        rule_warning({"merged-instruction-unchecked", instruction->line},
+        rule_warning({"merged-instruction-unchecked", token_place(instruction->place.begin)},
                      "Cannot completely check merged instruction %s", instruction->name);
 }
 

@@ -12,7 +12,7 @@ struct RegisterEntry {
     int32_t length;   // -1 while not known
     GSList *captures; // InstructionCapture
     int32_t written;  // set by the EBST writer
-    int32_t line;
+    Place place;
     GSList *captures_tail;
     uint32_t position; // in the list, while bsdl_check_reg_access() runs
 };
@@ -21,7 +21,7 @@ struct RegisterEntry {
 struct InstructionCapture {
     const char *name;    // in capitals
     const char *capture; // NULL when none is given
-    int32_t line;
+    Place place;
 };
 
 struct InstructionEntry {
@@ -32,7 +32,7 @@ struct InstructionEntry {
     uint32_t pattern_iterator;
     GSList *merged_instructions; // InstructionEntry
     int32_t flags;               // INSTRUCTION_PRELOADS
-    int32_t line;
+    Place place;
     ListWalk pattern_walk;
     // The first record of this name in capture_register: what bsdlGetInstrCaptureValue() finds.
     const InstructionCapture *capture;
@@ -48,8 +48,9 @@ struct InstructionRegister {
     GSList *capture_patterns; // texts
     uint32_t capture_iterator;
     GSList *private_instructions; // names in capitals
-    int32_t length_line;
-    int32_t capture_line;
+    Place length_place;           // of the number
+    Place opcode_place;
+    Place capture_place;
     ListWalk instruction_walk;
     ListWalk capture_walk;
 };
@@ -59,8 +60,8 @@ struct OptionalRegisters {
     uint32_t idcode_cursor;
     GSList *usercode_patterns; // texts
     uint32_t usercode_cursor;
-    int32_t idcode_line;
-    int32_t usercode_line;
+    Place idcode_place;
+    Place usercode_place;
     ListWalk idcode_walk;
     ListWalk usercode_walk;
 };
@@ -87,12 +88,12 @@ bool associate_instruction(Bsdl *bsdl, const char *name, RegisterEntry *data_reg
 
 // Actions of the grammar.
 
-void instruction_length_set(Bsdl *bsdl, int32_t length, int32_t line);
+void instruction_length_set(Bsdl *bsdl, int32_t length, Place place);
 void instruction_length_passed(Bsdl *bsdl);
-InstructionEntry *instruction_entry(Bsdl *bsdl, const char *name, List patterns, int32_t line);
-void instruction_opcode_passed(Bsdl *bsdl, List table);
+InstructionEntry *instruction_entry(Bsdl *bsdl, const char *name, List patterns, Place place);
+void instruction_opcode_passed(Bsdl *bsdl, List table, Place place);
 void instruction_opcode_skipped(Bsdl *bsdl);
-void instruction_capture_passed(Bsdl *bsdl, List patterns, int32_t line);
+void instruction_capture_passed(Bsdl *bsdl, List patterns, Place place);
 void instruction_capture_skipped(Bsdl *bsdl);
 void instruction_disable_passed(Bsdl *bsdl);
 void instruction_disable_skipped(Bsdl *bsdl);
@@ -108,17 +109,17 @@ void instruction_private_absent(Bsdl *bsdl);
 void rescan_last_when_fast(Bsdl *bsdl);
 
 // The last text of a fast read gives true.
-bool idcode_passed(Bsdl *bsdl, List patterns, int32_t line);
+bool idcode_passed(Bsdl *bsdl, List patterns, Place place);
 void idcode_skipped(Bsdl *bsdl);
-void usercode_passed(Bsdl *bsdl, List patterns, int32_t line);
+void usercode_passed(Bsdl *bsdl, List patterns, Place place);
 void usercode_skipped(Bsdl *bsdl);
 
-RegisterEntry *register_named(Bsdl *bsdl, int32_t kind, const char *name, int32_t line);
+RegisterEntry *register_named(Bsdl *bsdl, int32_t kind, const char *name, Place place);
 RegisterEntry *register_sized(Bsdl *bsdl, RegisterEntry *entry, int32_t length);
-RegisterEntry *register_idcode(Bsdl *bsdl, int32_t line); // NULL when refused
+RegisterEntry *register_idcode(Bsdl *bsdl, Place place); // NULL when refused
 RegisterEntry *register_association(RegisterEntry *entry, List captures);
 InstructionCapture *instruction_capture(Bsdl *bsdl, const char *name, const char *capture,
-                                        int32_t line);
+                                        Place place);
 const char *capture_pattern(Bsdl *bsdl, const char *pattern);
 RegisterList *register_list_start(Bsdl *bsdl, RegisterEntry *entry);
 bool register_list_append(Bsdl *bsdl, RegisterList *list, RegisterEntry *entry);

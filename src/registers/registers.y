@@ -31,7 +31,7 @@ instruction_length:
 instr_opcode_stmt:
   ATTRIBUTE_INSTRUCTION_OPCODE OF component_name ':' ENTITY IS quoted_string ';' rescan
   opcode_table[table]
-    { instruction_opcode_passed(bsdl, $table); }
+    { instruction_opcode_passed(bsdl, $table, @$); }
 | ATTRIBUTE_INSTRUCTION_OPCODE OF component_name ':' ENTITY IS error ';'
     { instruction_opcode_skipped(bsdl); }
 ;
@@ -54,7 +54,7 @@ instruction_pattern_list:
 instr_capture_stmt:
   ATTRIBUTE_INSTRUCTION_CAPTURE OF component_name ':' ENTITY IS quoted_string ';' rescan mode_bin_x
   capture_pattern_list[patterns]
-    { instruction_capture_passed(bsdl, $patterns, @1); }
+    { instruction_capture_passed(bsdl, $patterns, @$); }
 | ATTRIBUTE_INSTRUCTION_CAPTURE OF component_name ':' ENTITY IS error ';'
     { instruction_capture_skipped(bsdl); }
 ;
@@ -117,7 +117,7 @@ rescan_last_when_fast:
 idcode_stmt:
   ATTRIBUTE_IDCODE_REGISTER OF component_name ':' ENTITY IS quoted_string ';' rescan_last_when_fast
   mode_bin_x pattern_32bit_list[patterns]
-    { if (idcode_passed(bsdl, $patterns, @1)) YYABORT; }
+    { if (idcode_passed(bsdl, $patterns, @$)) YYABORT; }
 | ATTRIBUTE_IDCODE_REGISTER OF component_name ':' ENTITY IS error ';'
     { idcode_skipped(bsdl); }
 ;
@@ -125,7 +125,7 @@ idcode_stmt:
 usercode_stmt:
   ATTRIBUTE_USERCODE_REGISTER OF component_name ':' ENTITY IS quoted_string ';' rescan mode_bin_x
   pattern_32bit_list[patterns]
-    { usercode_passed(bsdl, $patterns, @1); }
+    { usercode_passed(bsdl, $patterns, @$); }
 | ATTRIBUTE_USERCODE_REGISTER OF component_name ':' ENTITY IS error ';'
     { usercode_skipped(bsdl); }
 ;

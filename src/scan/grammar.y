@@ -18,7 +18,7 @@
 %define parse.error custom
 %define parse.trace
 %locations
-%define api.location.type {int32_t}
+%define api.location.type {Place}
 %param { Bsdl *bsdl }
 %expect 0
 // No input comes near the bound on the stack, so a test lowers it.
@@ -41,16 +41,20 @@
 #include <algorithm>
 #include <cstdlib>
 
-// The line on which a symbol began is that of its first token.
-#define YYLLOC_DEFAULT(current, rhs, n) ((current) = (n) ? YYRHSLOC(rhs, 1) : YYRHSLOC(rhs, 0))
+// From the begin of the first part that has any text to the end of the last. The strings of a
+// statement are read behind its ';', so that may be the end of an earlier part.
+#define YYLLOC_DEFAULT(current, rhs, n) \
+    scan_place_set(bsdl, (current) = joined_place(&YYRHSLOC(rhs, 0), n))
+
+static Place joined_place(const Place *parts, long count);
 
 #define YYINITDEPTH 200
 #define YYMAXDEPTH reader_state.parser_depth
 
 // A scanner failure that cannot go on ends the parse from inside the token request, since the
 // recovery from an ordinary error would send messages of its own.
-#define bsdl_yylex(value, line, bsdl)                                                              \
-    scan_token(value, line, bsdl);                                                                 \
+#define bsdl_yylex(value, place, bsdl)                                                             \
+    scan_token(value, place, bsdl);                                                                 \
     if (scan_stopped(bsdl))                                                                        \
     YYABORT
 
@@ -66,7 +70,7 @@
         YYERROR;                                                                                   \
     } while (0)
 
-static void bsdl_yyerror(const int32_t *line, Bsdl *bsdl, const char *text);
+static void bsdl_yyerror(const Place *place, Bsdl *bsdl, const char *text);
 }
 
 // Messages list what was expected in the order of these declarations.

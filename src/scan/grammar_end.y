@@ -1,25 +1,41 @@
 %%
 
-static void bsdl_yyerror(const int32_t *line, Bsdl *bsdl, const char *text)
+static Place joined_place(const Place *parts, long count)
 {
-    (void)line;
+    if (count == 0)
+        return {parts[0].end, parts[0].end};
+    Place joined = parts[1];
+    for (long i = 2; i <= count; i++) {
+        if (!has_text(parts[i]))
+            continue;
+        if (!has_text(joined))
+            joined = parts[i];
+        else if (parts[i].end > joined.end)
+            joined.end = parts[i].end;
+    }
+    return joined;
+}
+
+static void bsdl_yyerror(const Place *place, Bsdl *bsdl, const char *text)
+{
     // The skeleton calls this on its own account only when the stack cannot grow.
     (void)text;
-    report_syntax_error(bsdl, "parser stack overflow");
+    report_syntax_error(bsdl, *place, "parser stack overflow");
 }
 
 // Lists what the state would have taken: the entries of its own row, in the order of the tokens. A
 // state with nothing but a default action lists nothing, and so does one with five or more.
 static int yyreport_syntax_error(const yypcontext_t *context, Bsdl *bsdl)
 {
-    ExpectedSymbols expected = {};
+    ExpectedTokens expected;
+    expected.count = 0;
     int row = yypact[*context->yyssp];
     if (!yypact_value_is_default(row)) {
         for (int symbol = row < 0 ? -row : 0; symbol < YYNTOKENS && row + symbol <= YYLAST; symbol++)
             if (yycheck[row + symbol] == symbol && !yytable_value_is_error(yytable[row + symbol]))
-                expected_symbol(&expected, yysymbol_name(static_cast<yysymbol_kind_t>(symbol)));
+                expected_token(&expected, yysymbol_name(static_cast<yysymbol_kind_t>(symbol)));
     }
-    report_expected(bsdl, &expected);
+    report_expected(bsdl, *yypcontext_location(context), &expected);
     return 0;
 }
 

@@ -23,10 +23,17 @@ const char *const NO_PIECE =
 
 static InputFile *current_file(ScanState *reading) { return &reading->files[reading->depth]; }
 
+static void set_origin(ScanState *reading, const char *at, uint32_t place)
+{
+    reading->origin = low_half(at) - place;
+}
+
 static void resume_file(ScanState *reading)
 {
     reading->at = current_file(reading)->at;
     reading->end = current_file(reading)->end;
+    reading->base = current_file(reading)->base;
+    set_origin(reading, current_file(reading)->text, reading->base.begin);
 }
 
 // ------------------------------------------------------------------------------ the string store
@@ -64,17 +71,20 @@ void store_string(Bsdl *bsdl, QuotedText piece)
         std::memmove(strings->begin + offset, piece.text + 1, length);
     else if (length)
         strings->begin = piece.text + 1;
+    const InputFile *file = current_file(reading);
+    const auto at = static_cast<uint32_t>(length ? piece.text + 1 - file->text : 0);
     strings->pieces[strings->count++] = {
-        .end = offset + length, .line = reading->line, .source_line = reading->token_line};
+        .end = offset + length, .place = file->base.begin + at, .line = reading->line};
 }
 
 static void enter_piece(ScanState *reading)
 {
     StringStore *strings = &reading->strings;
     const StringPiece *piece = &strings->pieces[strings->current];
+    const uint32_t begin = strings->current ? piece[-1].end : 0;
     reading->piece_end = strings->begin + piece->end;
     reading->line = piece->line;
-    reading->source_line = piece->source_line;
+    set_origin(reading, strings->begin + begin, piece->place);
 }
 
 void input_pass_pieces(ScanState *reading, const char *at)
@@ -92,7 +102,6 @@ void input_leave_strings(ScanState *reading)
     strings->active = false;
     strings->count = 0;
     reading->line = strings->line_behind;
-    reading->source_line = strings->source_line_behind;
     reading->piece_end = NO_PIECE;
     resume_file(reading);
 }
@@ -111,10 +120,10 @@ void rescan_strings(Bsdl *bsdl)
     *end = '\0'; // at the latest the closing quote of the last piece, which has been read
     reading->at = strings->begin;
     reading->end = end;
+    reading->strings_behind = reading->place.end;
     strings->active = true;
     strings->current = 0;
     strings->line_behind = reading->line;
-    strings->source_line_behind = reading->source_line;
     enter_piece(reading);
 }
 
@@ -171,7 +180,6 @@ void input_count_line_end(ScanState *reading, const char *at)
 {
     if (at >= reading->piece_end)
         input_pass_pieces(reading, at);
-    reading->source_line++;
     // In a string the next character brings back the line of its piece.
     if (!reading->strings.active)
         reading->line++;
@@ -193,6 +201,22 @@ void input_line_of_last_looked_at(ScanState *reading, const char *last)
     reading->line = piece < strings->count ? strings->pieces[piece].line : strings->line_behind;
 }
 
+// -------------------------------------------------------------------------------------- the places
+
+Place input_place(const ScanState *reading, const char *start, const char *end)
+{
+    const uint32_t begin = low_half(start) - reading->origin;
+    const StringStore *strings = &reading->strings;
+    if (!strings->active || end <= reading->piece_end)
+        return {begin, low_half(end) - reading->origin};
+    // What spans several pieces ends behind its last byte in the last of them.
+    const auto last = static_cast<uint32_t>(end - 1 - strings->begin);
+    uint32_t piece = strings->current;
+    while (piece + 1 < strings->count && last >= strings->pieces[piece].end)
+        piece++;
+    return {begin, strings->pieces[piece].place + last + 1 - strings->pieces[piece - 1].end};
+}
+
 // --------------------------------------------------------------------------------------- the files
 
 // The text in its buffer, closed by a line end so that its last token is always ended.
@@ -204,7 +228,8 @@ static InputFile closed_text(char *text, size_t length, size_t capacity, const c
             .size = capacity + PADDING,
             .at = text,
             .end = text + length + 1,
-            .path = path};
+            .path = path,
+            .base = {}};
 }
 
 static bool load_file(InputFile *file, const char *path)
@@ -251,13 +276,18 @@ static bool load_text(InputFile *file, std::string_view text, const char *path)
     return true;
 }
 
+static void enter_source(Bsdl *bsdl, InputFile *file)
+{
+    file->base = source_add(&bsdl->arena, &bsdl->sources, file->path, file->text,
+                            static_cast<size_t>(file->end - 1 - file->text));
+}
+
 static void close_file(InputFile *file) { memory_return_large(file->text, file->size); }
 
 static void read_from(ScanState *reading)
 {
     resume_file(reading);
     reading->line = 1;
-    reading->source_line = 1;
 }
 
 bool reading_start(Bsdl *bsdl, ScanState *reading)
@@ -266,6 +296,7 @@ bool reading_start(Bsdl *bsdl, ScanState *reading)
     if (!(reading->source ? load_text(file, reading->source->text, bsdl->file_name)
                           : load_file(file, bsdl->file_name)))
         return false;
+    enter_source(bsdl, &reading->files[0]);
     read_from(reading);
     reading->piece_end = NO_PIECE;
     reading->token = reading->at;
@@ -298,9 +329,9 @@ bool include_file(Bsdl *bsdl, const char *path, const BsdlPackageText *text)
     if (!(text ? load_text(&included, {text->text, text->text ? text->length : 0}, path)
                : load_file(&included, path)))
         return false;
+    enter_source(bsdl, &included);
     current_file(reading)->at = const_cast<char *>(reading->at);
     reading->include_saved_line = reading->line;
-    reading->include_saved_source_line = reading->source_line;
     reading->files[++reading->depth] = included;
     read_from(reading);
     return true;
@@ -318,7 +349,6 @@ bool input_next(ScanState *reading)
     reading->depth--;
     resume_file(reading);
     reading->line = reading->include_saved_line;
-    reading->source_line = reading->include_saved_source_line;
     return true;
 }
 

@@ -37,5 +37,7 @@ struct Keyword {
 const Keyword *find_keyword(const char *word, size_t length, uint64_t hash);
 // The same for the words behind ATTRIBUTE, which form one token with it.
 const Keyword *find_attribute(const char *word, size_t length, uint64_t hash);
+// What to write for the token that messages give this name; NULL for names, numbers and the like.
+const char *token_text(const char *name);
 // The row of the attribute that a longer word begins with; NULL when there is none.
 const Keyword *find_attribute_start(const char *word, size_t length);

@@ -1,17 +1,14 @@
 #pragma once
 
-struct Bsdl;
+#include "frame/messages.h"
 
-struct ExpectedSymbols {
-    static constexpr int MOST = 4;
-    const char *names[MOST];
-    int count;
-};
+// Adds a token under the name that messages give it.
+void expected_token(ExpectedTokens *expected, const char *name);
 
-void expected_symbol(ExpectedSymbols *expected, const char *name);
+// "parse error", with the names when there are few, then what was found: level 0, verbosity 1,
+// "%s, found '%s' on line %i\n"; counts as a syntax error.
+void report_expected(Bsdl *bsdl, Place place, ExpectedTokens *expected);
 
-// "parse error", with the names when there are few, then what was found.
-void report_expected(Bsdl *bsdl, const ExpectedSymbols *expected);
-
-// Level 0, verbosity 1, "%s, found '%s' on line %i\n"; counts as a syntax error.
-void report_syntax_error(Bsdl *bsdl, const char *text);
+// The same with a text of its own.
+void report_syntax_error(Bsdl *bsdl, Place place, const char *text,
+                         ExpectedTokens *expected = nullptr);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "frame/places.h"
 #include "scan/scanner.h"
 
 #include <cstdint>
@@ -14,14 +15,15 @@ struct InputFile {
     char *at;    // where reading goes on
     char *end;
     const char *path;
+    SourceBase base;
 };
 
 // A piece of an attribute's value. The pieces lie one behind the other where the first of them
 // stood in the file: what was between them is not needed any more.
 struct StringPiece {
-    uint32_t end;        // offset of its end from the first piece's begin
-    int32_t line;        // on which the piece ended, as messages count
-    int32_t source_line; // on which it began
+    uint32_t end;   // offset of its end from the first piece's begin
+    uint32_t place; // of its first byte in the file
+    int32_t line;   // on which the piece ended, as messages count
 };
 
 struct StringStore {
@@ -32,7 +34,6 @@ struct StringStore {
     uint32_t current;    // the piece being read
     bool active;         // the scanner reads here and not from the file
     int32_t line_behind; // the line to go back to
-    int32_t source_line_behind;
 };
 
 // What a reading from memory takes in place of files.
@@ -48,25 +49,31 @@ struct ScanState {
     const char *piece_end; // of the piece being read; above all addresses outside of strings
     const char *token;
     uint32_t token_length;
-    bool looked_ahead;  // its end was told by the character behind it
-    int32_t token_line; // source line on which it begins
-    int32_t line;       // as messages count
-    int32_t source_line;
-    uint32_t rules;     // the keyword set in force, a bit of RuleSet; 0 before the first token
-    uint32_t standards; // for which it was picked
+    bool looked_ahead; // its end was told by the character behind it
+    int32_t line;      // as messages count
+    uint32_t origin;   // the low half of an address less this is its place
+    SourceBase base;
+    Place place;             // of the token or, in an action, of what its grammar rule has read
+    uint32_t strings_behind; // behind the ';' of the statement whose strings were read last
+    uint32_t rules;          // the keyword set in force, a bit of RuleSet; 0 before the first token
+    uint32_t standards;      // for which it was picked
     uint64_t filter;
 
     StringStore strings;
     InputFile files[INCLUDE_DEPTH + 1];
     int depth;
     int32_t include_saved_line; // one for all depths
-    int32_t include_saved_source_line;
 
     bool complete; // the description or data file has been read to its end
     bool stopped;
     const char *fatal;         // the text of a failure that cannot be gone on from
     const SourceTexts *source; // of a reading from memory
 };
+
+inline uint32_t low_half(const char *address)
+{
+    return static_cast<uint32_t>(reinterpret_cast<uintptr_t>(address));
+}
 
 // Brings the line counters up to the piece in which `at` lies.
 void input_pass_pieces(ScanState *reading, const char *at);
@@ -80,6 +87,9 @@ void input_count_line_ends(ScanState *reading, const char *at, const char *end);
 // The line count is that of the last character looked at. A token that is known to be over only by
 // the character behind it may thus name the line of the next piece, or that of the file.
 void input_line_of_last_looked_at(ScanState *reading, const char *last);
+
+// The place of text that ends in the piece or file at hand or, in strings, in a later piece.
+Place input_place(const ScanState *reading, const char *start, const char *end);
 
 bool reading_start(Bsdl *bsdl, ScanState *reading);
 void reading_end(ScanState *reading);

@@ -209,8 +209,9 @@ static double real_value(const char *at, const char *end)
     return negative ? -value : value;
 }
 
-static void stop(ScanState *reading, const char *fatal)
+static void stop(ScanState *reading, const char *fatal, Place place)
 {
+    reading->place = place;
     reading->stopped = true;
     reading->fatal = fatal;
     reading->token_length = 0;
@@ -245,24 +246,27 @@ static int finish(ScanState *reading, const char *start, const char *end, int lo
 {
     reading->token = start;
     reading->token_length = static_cast<uint32_t>(end - start);
-    reading->token_line = reading->source_line;
     reading->looked_ahead = looked_ahead != 0;
     reading->at = end;
+    reading->place.begin = low_half(start) - reading->origin;
+    reading->place.end = reading->place.begin + reading->token_length;
+    if (end - 1 + looked_ahead >= reading->piece_end) {
+        input_line_of_last_looked_at(reading, end - 1 + looked_ahead);
+        reading->place = input_place(reading, start, end);
+    }
     if (reading->token_length >= TOKEN_SIZE) {
-        stop(reading, "token too large, exceeds YYLMAX");
+        stop(reading, "token too large, exceeds YYLMAX", reading->place);
         return BSDL_YYEOF;
     }
-    if (end - 1 + looked_ahead >= reading->piece_end)
-        input_line_of_last_looked_at(reading, end - 1 + looked_ahead);
     return token;
 }
 
 // End of input to the parser. The text at hand is empty then.
-static int finish_input(ScanState *reading)
+static int finish_input(ScanState *reading, Place place)
 {
     reading->token = reading->at;
     reading->token_length = 0;
-    reading->token_line = reading->source_line;
+    reading->place = place;
     return BSDL_YYEOF;
 }
 
@@ -510,11 +514,12 @@ static int scan_string(const Scan &scan, const char *start)
         std::memchr(start + 1, '"', static_cast<size_t>(reading->end - start - 1)));
     if (!close) {
         if (reading->end - start >= TOKEN_SIZE) {
-            stop(reading,
-                 "input buffer overflow, can't enlarge buffer because scanner uses REJECT");
+            stop(reading, "input buffer overflow, can't enlarge buffer because scanner uses REJECT",
+                 input_place(reading, start, start + 1));
             return BSDL_YYEOF;
         }
-        finish_input(reading);
+        // What is missing is its end; what shows is the mark that opens it.
+        finish_input(reading, input_place(reading, start, start + 1));
         parse_message(scan.bsdl, BSDL_LEVEL_WARNING, 2, "incomplete-string",
                       "Incomplete quoted string on line %i", reading->line);
         reading->at = reading->end;
@@ -540,6 +545,7 @@ static int scan_string(const Scan &scan, const char *start)
 static int skip_comment(const Scan &scan, const char *start)
 {
     ScanState *reading = scan.reading;
+    const Place begin = input_place(reading, start, start + 2);
     const char *at = start;
     size_t length = 0;
     for (;;) {
@@ -554,7 +560,7 @@ static int skip_comment(const Scan &scan, const char *start)
     }
     const size_t line_end = at < reading->end ? line_end_length(at) : 0;
     if (length + line_end >= TOKEN_SIZE) {
-        stop(reading, "token too large, exceeds YYLMAX");
+        stop(reading, "token too large, exceeds YYLMAX", begin);
         return BSDL_YYEOF;
     }
     if (line_end)
@@ -588,7 +594,7 @@ static int illegal_character(const Scan &scan, const char *at)
                       "Ignoring illegal character '%c' on line %i", *at, reading->line);
     if (*at && !strict)
         return NO_TOKEN;
-    return finish_input(reading);
+    return finish_input(reading, reading->place);
 }
 
 static int punctuation(const Scan &scan, const char *start, size_t length, int token)
@@ -702,11 +708,11 @@ static int scan_part_or_file_name(const Scan &scan, const char *start)
                 : finish_text(scan, start, end, FILE_NAME);
 }
 
-int scan_token(BSDL_YYSTYPE *value, int32_t *line, Bsdl *bsdl)
+int scan_token(BSDL_YYSTYPE *value, Place *place, Bsdl *bsdl)
 {
     ScanState *reading = bsdl->reading;
     if (bsdl->arena.failed)
-        stop(reading, nullptr);
+        stop(reading, nullptr, {});
     if (reading->stopped)
         return BSDL_YYEOF;
     if (!reading->rules || bsdl->standards != reading->standards ||
@@ -734,8 +740,9 @@ int scan_token(BSDL_YYSTYPE *value, int32_t *line, Bsdl *bsdl)
                 at = reading->at;
                 continue;
             }
-            *line = reading->source_line;
-            return finish_input(reading);
+            // Behind the text, not behind the line end that was put there.
+            *place = input_place(reading, at - 1, at - 1);
+            return finish_input(reading, *place);
         case FATAL:
             if (ends_as_text(reading, at)) {
                 // As at the end of a file, a line end closes the last token.
@@ -743,7 +750,7 @@ int scan_token(BSDL_YYSTYPE *value, int32_t *line, Bsdl *bsdl)
                 at = reading->end;
                 continue;
             }
-            stop(reading, "non printable");
+            stop(reading, "non printable", input_place(reading, at, at + 1));
             return BSDL_YYEOF;
         default:
             break;
@@ -761,7 +768,9 @@ int scan_token(BSDL_YYSTYPE *value, int32_t *line, Bsdl *bsdl)
                 memory_ran_out(bsdl);
                 return BSDL_YYEOF;
             }
-            *line = reading->token_line;
+            if (token != QUOTED_STRING && token != '&' && token != BSDL_YYEOF)
+                mark_token(reading->base, reading->place);
+            *place = reading->place;
             return token;
         }
         at = reading->at;
@@ -775,7 +784,17 @@ TokenText scan_token_text(const Bsdl *bsdl)
 
 int32_t scan_line(const Bsdl *bsdl) { return bsdl->reading->line; }
 
-int32_t scan_source_line(const Bsdl *bsdl) { return bsdl->reading ? bsdl->reading->token_line : 0; }
+Place scan_place(const Bsdl *bsdl) { return bsdl->reading ? bsdl->reading->place : Place{}; }
+
+Place scan_place_of_statement(const Bsdl *bsdl)
+{
+    Place place = bsdl->reading->place;
+    if (bsdl->reading->strings_behind > place.begin)
+        place.end = bsdl->reading->strings_behind;
+    return place;
+}
+
+void scan_place_set(Bsdl *bsdl, Place place) { bsdl->reading->place = place; }
 
 bool scan_stopped(const Bsdl *bsdl) { return bsdl->reading->stopped; }
 
@@ -783,7 +802,7 @@ void end_reading(Bsdl *bsdl, int status)
 {
     if (!bsdl->reading->source)
         std::exit(status);
-    stop(bsdl->reading, nullptr);
+    stop(bsdl->reading, nullptr, {});
 }
 
 const char *integer_text(Bsdl *bsdl, int32_t value)

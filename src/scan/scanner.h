@@ -34,15 +34,19 @@ struct TokenText {
     int length;
 };
 
-int scan_token(BSDL_YYSTYPE *value, int32_t *line, Bsdl *bsdl);
+int scan_token(BSDL_YYSTYPE *value, Place *place, Bsdl *bsdl);
 TokenText scan_token_text(const Bsdl *bsdl);
 // The name that messages give a token.
 const char *token_name(int token);
 
 // The line count as messages name it: inside a string it is the line on which the piece ended.
 int32_t scan_line(const Bsdl *bsdl);
-// The line on which the token at hand really stands.
-int32_t scan_source_line(const Bsdl *bsdl);
+// The place of the token at hand; in an action that of the text that its grammar rule has read.
+Place scan_place(const Bsdl *bsdl);
+// The same, of a statement that is given up: behind its ';' more may have been passed over.
+Place scan_place_of_statement(const Bsdl *bsdl);
+// Called by the parser before each action.
+void scan_place_set(Bsdl *bsdl, Place place);
 // The file that is being read: the description or a package.
 const char *scan_file(const Bsdl *bsdl);
 

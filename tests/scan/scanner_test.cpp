@@ -148,12 +148,12 @@ class Scanning
         arena_release(&bsdl_.arena);
         reset_reader_state();
     }
-    int next() { return scan_token(&value, &line, &bsdl_); }
+    int next() { return scan_token(&value, &place, &bsdl_); }
     Bsdl *handle() { return &bsdl_; }
     const std::string &messages() const { return messages_; }
 
     BSDL_YYSTYPE value = {};
-    int32_t line = 0;
+    Place place = {};
 
   private:
     static void sink(void *data, BsdlMessage *message)
@@ -262,8 +262,8 @@ namespace
 
 struct Seen {
     std::string text;
-    int line;        // as messages count
-    int source_line; // where it stands
+    int line;          // as messages count
+    std::string place; // from its first byte to behind its last
 };
 
 void store_strings(Scanning &scanning)
@@ -271,6 +271,16 @@ void store_strings(Scanning &scanning)
     for (int token = scanning.next(); token && token != ';'; token = scanning.next())
         if (token == QUOTED_STRING)
             store_string(scanning.handle(), scanning.value.quoted);
+}
+
+// "line:column-column", with the second line before the second column where it is another one.
+std::string place_text(const Bsdl *bsdl, Place place)
+{
+    const SourcePosition begin = source_position(&bsdl->sources, place.begin);
+    const SourcePosition end = source_position(&bsdl->sources, place.end);
+    return std::to_string(begin.line) + ":" + std::to_string(begin.column) + "-" +
+           (end.line == begin.line ? "" : std::to_string(end.line) + ":") +
+           std::to_string(end.column);
 }
 
 // Stores the strings of the input up to the ';', reads them again and goes on in the file.
@@ -282,15 +292,16 @@ std::vector<Seen> rescanned(Scanning &scanning)
     std::vector<Seen> seen;
     while (scanning.next()) {
         const TokenText text = scan_token_text(bsdl);
-        seen.push_back(
-            {{text.text, static_cast<size_t>(text.length)}, scan_line(bsdl), scanning.line});
+        seen.push_back({{text.text, static_cast<size_t>(text.length)},
+                        scan_line(bsdl),
+                        place_text(bsdl, scanning.place)});
     }
     return seen;
 }
 
 } // namespace
 
-TEST(Rescan, TokensAndLines)
+TEST(Rescan, TokensAndPlaces)
 {
     static const struct {
         const char *name;
@@ -299,26 +310,52 @@ TEST(Rescan, TokensAndLines)
     } CASES[] = {
         {"one piece, then the file",
          "\"A,B\";\nC",
-         {{"A", 1, 1}, {",", 1, 1}, {"B", 1, 1}, {"C", 2, 2}}},
+         {{"A", 1, "1:2-3"}, {",", 1, "1:3-4"}, {"B", 1, "1:4-5"}, {"C", 2, "2:1-2"}}},
         {"a token over the join",
          "\"A EXT\" &\n\"EST,\" &\n\"B\"\n; C",
-         {{"A", 1, 1}, {"EXTEST", 2, 1}, {",", 2, 2}, {"B", 4, 3}, {"C", 4, 4}}},
+         {{"A", 1, "1:2-3"},
+          {"EXTEST", 2, "1:4-2:5"},
+          {",", 2, "2:5-6"},
+          {"B", 4, "3:2-3"},
+          {"C", 4, "4:3-4"}}},
+        {"a token over three pieces",
+         "\"EX\" & \"T\"\n& \"EST,\";",
+         {{"EXTEST", 2, "1:2-2:7"}, {",", 2, "2:7-8"}}},
         {"a name that ends its piece is over by the next one",
          "\"A\" &\n\",B,\" &\n\"C\";",
-         {{"A", 2, 1}, {",", 2, 2}, {"B", 2, 2}, {",", 2, 2}, {"C", 3, 3}}},
+         {{"A", 2, "1:2-3"},
+          {",", 2, "2:2-3"},
+          {"B", 2, "2:3-4"},
+          {",", 2, "2:4-5"},
+          {"C", 3, "3:2-3"}}},
         {"line ends inside a piece",
-         "\"A\nB,\n\nC,\";\nD",
-         {{"A", 4, 1}, {"B", 4, 2}, {",", 4, 2}, {"C", 4, 4}, {",", 4, 4}, {"D", 5, 5}}},
+         "\"A\nB,\r\n\rC,\";\nD",
+         {{"A", 4, "1:2-3"},
+          {"B", 4, "2:1-2"},
+          {",", 4, "2:2-3"},
+          {"C", 4, "4:1-2"},
+          {",", 4, "4:2-3"},
+          {"D", 5, "5:1-2"}}},
         {"line ends of the next piece",
          "\"A,\n\" & \"\nB,\";\nD",
-         {{"A", 2, 1}, {",", 2, 1}, {"B", 3, 3}, {",", 3, 3}, {"D", 4, 4}}},
-        {"empty pieces are dropped", "\"A\" & \"\" & \"E\" & \"B,\";", {{"AB", 1, 1}, {",", 1, 1}}},
-        {"an empty first piece", "\"\" & \"A,\";\nB", {{"A", 1, 1}, {",", 1, 1}, {"B", 2, 2}}},
-        {"nothing but an empty piece", "\"\";\nB", {{"B", 2, 2}}},
+         {{"A", 2, "1:2-3"},
+          {",", 2, "1:3-4"},
+          {"B", 3, "3:1-2"},
+          {",", 3, "3:2-3"},
+          {"D", 4, "4:1-2"}}},
+        {"empty pieces are dropped",
+         "\"A\" & \"\" & \"E\" & \"B,\";",
+         {{"AB", 1, "1:2-20"}, {",", 1, "1:20-21"}}},
+        {"an empty first piece",
+         "\"\" & \"A,\";\nB",
+         {{"A", 1, "1:7-8"}, {",", 1, "1:8-9"}, {"B", 2, "2:1-2"}}},
+        {"nothing but an empty piece", "\"\";\nB", {{"B", 2, "2:1-2"}}},
         {"a comment goes on into the file",
          "\"A, -- x\" & \"B\"; C\nD",
-         {{"A", 1, 1}, {",", 1, 1}, {"D", 2, 2}}},
-        {"a comment with a line end", "\"A -- x\nB,\";", {{"A", 2, 1}, {"B", 2, 2}, {",", 2, 2}}},
+         {{"A", 1, "1:2-3"}, {",", 1, "1:3-4"}, {"D", 2, "2:1-2"}}},
+        {"a comment with a line end",
+         "\"A -- x\nB,\";",
+         {{"A", 2, "1:2-3"}, {"B", 2, "2:1-2"}, {",", 2, "2:2-3"}}},
     };
     for (const auto &row : CASES) {
         SCOPED_TRACE(row.name);
@@ -328,7 +365,7 @@ TEST(Rescan, TokensAndLines)
         for (size_t i = 0; i < seen.size(); i++) {
             EXPECT_EQ(seen[i].text, row.seen[i].text) << i;
             EXPECT_EQ(seen[i].line, row.seen[i].line) << seen[i].text;
-            EXPECT_EQ(seen[i].source_line, row.seen[i].source_line) << seen[i].text;
+            EXPECT_EQ(seen[i].place, row.seen[i].place) << seen[i].text;
         }
     }
 }

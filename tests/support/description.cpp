@@ -193,7 +193,8 @@ void Reading::sink(void *data, BsdlMessage *message)
     const char *file = bsdlMessageFile();
     Messages &messages = static_cast<Reading *>(data)->messages_;
     messages.push_back({message->level, message->verbosity, message->text, bsdlMessageLine(),
-                        rule ? rule : "", file ? file : ""});
+                        rule ? rule : "", file ? file : "", bsdlMessageColumn(),
+                        bsdlMessageEndLine(), bsdlMessageEndColumn()});
     expect_in_catalogue(messages.back());
 }
 

@@ -91,6 +91,9 @@ struct Message {
     int line = 0;
     std::string rule;
     std::string file;
+    int column = 0;
+    int end_line = 0;
+    int end_column = 0;
 };
 
 // Rows of expected messages: level and text; the verbosity is compared when it is given.
