@@ -3,6 +3,7 @@
 #include "aio/aio.h"
 #include "diagnosis/unsaid.h"
 #include "frame/model.h"
+#include "frame/reader.h"
 #include "frame/reader_state.h"
 #include "isc/isc.h"
 
@@ -21,24 +22,30 @@ struct Collector {
 
 } // namespace
 
+Said said_now(const BsdlMessage *message)
+{
+    const char *rule = bsdlMessageRule();
+    const char *file = bsdlMessageFile();
+    return {.level = message->level,
+            .verbosity = message->verbosity,
+            .rule = rule ? rule : "",
+            .file = file ? file : "",
+            .line = bsdlMessageLine(),
+            .column = bsdlMessageColumn(),
+            .end_line = bsdlMessageEndLine(),
+            .end_column = bsdlMessageEndColumn(),
+            .text = message->text,
+            .sums_up = reader_state.message.sums_up,
+            .searched = {},
+            .pin_map = {}};
+}
+
 // Called from the library, which knows no exceptions.
 static void collect(void *data, BsdlMessage *message) noexcept
 {
     auto *collector = static_cast<Collector *>(data);
-    const char *rule = bsdlMessageRule();
-    const char *file = bsdlMessageFile();
     try {
-        collector->messages.push_back({.level = message->level,
-                                       .verbosity = message->verbosity,
-                                       .rule = rule ? rule : "",
-                                       .file = file ? file : "",
-                                       .line = bsdlMessageLine(),
-                                       .column = bsdlMessageColumn(),
-                                       .end_line = bsdlMessageEndLine(),
-                                       .end_column = bsdlMessageEndColumn(),
-                                       .text = message->text,
-                                       .sums_up = reader_state.message.sums_up,
-                                       .searched = {}});
+        collector->messages.push_back(said_now(message));
     } catch (const std::bad_alloc &) {
         collector->out_of_memory = true;
     }
@@ -63,19 +70,22 @@ static void run_checks(CheckedText &result)
         run(BSDL_CHECKED_AIO, bsdl_check_aio);
 }
 
-CheckedText check_text(std::string_view text, const ReadingOptions &options)
+Bsdl *read_with(const SourceTexts &source, const ReadingOptions &options, BsdlContext *context)
 {
-    Collector collector;
-    BsdlContext context = {collect, &collector, ALL_MESSAGES};
     std::vector<GSList> dirs(options.package_dirs.size());
     for (size_t i = 0; i < dirs.size(); i++)
         dirs[i] = {.data = const_cast<char *>(options.package_dirs[i].c_str()),
                    .next = i + 1 < dirs.size() ? &dirs[i + 1] : nullptr};
+    return read_source(&source, options.file_name.c_str(), options.package, dirs.data(),
+                       options.flags, context);
+}
 
+CheckedText check_text(std::string_view text, const ReadingOptions &options)
+{
+    Collector collector;
+    BsdlContext context = {collect, &collector, ALL_MESSAGES};
     CheckedText result;
-    result.bsdl.reset(readBsdlText(text.data(), text.size(), options.file_name.c_str(),
-                                   options.package, dirs.data(), options.flags, &context,
-                                   options.packages.data(), options.packages.size()));
+    result.bsdl.reset(read_with({.text = text, .packages = options.packages}, options, &context));
     if (result.bsdl) {
         run_checks(result);
         // Queries may run a check again, when the collector is gone.

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "scan/scan_state.h"
 #include "tarnlet/diagnosis.h"
 
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -22,6 +24,7 @@ struct Said {
     std::string text;
     bool sums_up = false;              // the verdict on all checks of a family
     std::vector<std::string> searched; // folders, for a package that was not found
+    std::string pin_map;               // that it is about, where several were checked
 };
 
 struct ReleaseBsdl {
@@ -37,6 +40,8 @@ struct CheckedText {
 
 // How the texts of one diagnosis are read.
 struct ReadingOptions {
+    // Texts that stand for packages that were not found, so that the reading goes on.
+    std::deque<std::string> stand_ins;
     std::string file_name;
     const char *package; // NULL for the default of the description
     std::vector<std::string> package_dirs;
@@ -45,3 +50,8 @@ struct ReadingOptions {
 };
 
 CheckedText check_text(std::string_view text, const ReadingOptions &options);
+
+// Reads a text without its checks; NULL as readBsdlText().
+Bsdl *read_with(const SourceTexts &source, const ReadingOptions &options, BsdlContext *context);
+// For a sink: the message in hand with its place.
+Said said_now(const BsdlMessage *message);

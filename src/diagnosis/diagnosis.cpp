@@ -1,6 +1,6 @@
-// The exports of a diagnosis, and the way from a text to its findings.
+// The exports of a diagnosis.
 
-#include "diagnosis/checked_text.h"
+#include "diagnosis/find.h"
 #include "frame/reader_state.h"
 
 #include <deque>
@@ -10,17 +10,18 @@
 #include <vector>
 
 struct BsdlDiagnosis {
-    std::string text;
     ReadingOptions reading;
-    std::vector<std::string> package_names;
-    CheckedText checked;
+    Found found; // holds the texts of the findings
     std::vector<BsdlFinding> findings;
-    std::deque<std::vector<BsdlRelated>> related; // of the findings
-    uint32_t verbosity;                           // of the messages that are findings as well
+    std::deque<std::vector<BsdlEdit>> edits;
+    std::deque<std::vector<BsdlRelated>> related;
 };
 
 namespace
 {
+
+// About how much two seconds read; one mistake in an ordinary file takes a quarter of it at most.
+constexpr size_t BYTES_OF_WORK = size_t{256} << 20;
 
 // A diagnosis is no reading of its thread: it starts as if nothing had been read, and nothing of it
 // stays.
@@ -40,7 +41,8 @@ class OwnState
 
 static ReadingOptions reading_options(const char *file_name, const BsdlDiagnosisOptions &options)
 {
-    ReadingOptions reading = {.file_name = file_name,
+    ReadingOptions reading = {.stand_ins = {},
+                              .file_name = file_name,
                               .package = options.package,
                               .package_dirs = {},
                               .packages = {},
@@ -51,42 +53,40 @@ static ReadingOptions reading_options(const char *file_name, const BsdlDiagnosis
     return reading;
 }
 
-static BsdlPlace place_of(const Said &said)
+static BsdlPlace exported(const FoundPlace &place)
 {
-    return {said.file.c_str(), said.line, said.column, said.end_line, said.end_column};
+    return {place.file.c_str(), place.line, place.column, place.end_line, place.end_column};
 }
 
-static void relate_folders(BsdlDiagnosis *diagnosis, const Said &said, BsdlFinding &finding)
+static const char *text_or_null(const std::string &text)
 {
-    if (said.searched.empty())
-        return;
-    std::vector<BsdlRelated> &related = diagnosis->related.emplace_back();
-    for (const std::string &folder : said.searched)
-        related.push_back({.place = {.file = folder.c_str()}, .text = "searched in this folder"});
-    finding.related = related.data();
-    finding.related_count = static_cast<uint32_t>(related.size());
+    return text.empty() ? nullptr : text.c_str();
 }
 
-static void make_findings(BsdlDiagnosis *diagnosis)
+static void export_findings(BsdlDiagnosis *diagnosis)
 {
-    const auto is_wanted = [&](const Said &said) {
-        const bool tells_a_mistake = said.level <= BSDL_LEVEL_WARNING && !said.rule.empty();
-        return diagnosis->verbosity ? said.verbosity <= diagnosis->verbosity : tells_a_mistake;
-    };
-    for (const Said &said : diagnosis->checked.messages) {
-        if (!is_wanted(said))
-            continue;
-        BsdlFinding finding = {.severity = said.rule.empty() ? BSDL_SEVERITY_NOTE
-                                           : said.level > BSDL_LEVEL_WARNING
-                                               ? BSDL_SEVERITY_NOTE
-                                               : said.level, // the two codes are the same
-                               .rule = said.rule.c_str(),
-                               .place = place_of(said),
-                               .text = said.text.c_str(),
-                               .because = -1,
-                               .count = 1};
-        relate_folders(diagnosis, said, finding);
-        diagnosis->findings.push_back(finding);
+    for (const Finding &found : diagnosis->found.findings) {
+        auto &edits = diagnosis->edits.emplace_back();
+        for (const FindingEdit &edit : found.edits)
+            edits.push_back({exported(edit.place), edit.text.c_str()});
+        auto &related = diagnosis->related.emplace_back();
+        for (const FindingRelated &each : found.related)
+            related.push_back({exported(each.place), each.text.c_str()});
+        diagnosis->findings.push_back({.severity = found.severity,
+                                       .rule = found.rule.c_str(),
+                                       .place = exported(found.place),
+                                       .text = found.text.c_str(),
+                                       .hint = text_or_null(found.hint),
+                                       .fix = text_or_null(found.fix),
+                                       .edits = edits.empty() ? nullptr : edits.data(),
+                                       .edit_count = static_cast<uint32_t>(edits.size()),
+                                       .fix_sure = found.sure,
+                                       .related = related.empty() ? nullptr : related.data(),
+                                       .related_count = static_cast<uint32_t>(related.size()),
+                                       .because = found.because,
+                                       .count = found.count,
+                                       .suppressed = found.suppressed,
+                                       .pin_map = text_or_null(found.pin_map)});
     }
 }
 
@@ -97,13 +97,18 @@ BsdlDiagnosis *bsdlDiagnose(const char *text, size_t length, const char *file_na
         return nullptr;
     const OwnState own;
     try {
+        const BsdlDiagnosisOptions how = options ? *options : BsdlDiagnosisOptions{};
         auto diagnosis = std::make_unique<BsdlDiagnosis>();
-        diagnosis->text.assign(text ? text : "", length);
-        diagnosis->reading =
-            reading_options(file_name, options ? *options : BsdlDiagnosisOptions{});
-        diagnosis->checked = check_text(diagnosis->text, diagnosis->reading);
-        diagnosis->verbosity = options && options->as_read ? options->verbosity : 0;
-        make_findings(diagnosis.get());
+        diagnosis->reading = reading_options(file_name, how);
+        const std::string_view source = {text ? text : "", length};
+        Work work = {.bytes_left = BYTES_OF_WORK,
+                     .cancelled = how.cancelled,
+                     .cancel_data = how.cancel_data};
+        diagnosis->found = how.as_read ? found_as_read(source, diagnosis->reading, how.verbosity)
+                                       : find(source, &diagnosis->reading, &work);
+        if (work.was_cancelled)
+            return nullptr;
+        export_findings(diagnosis.get());
         return diagnosis.release();
     } catch (const std::bad_alloc &) {
         return nullptr;
@@ -125,22 +130,21 @@ const BsdlFinding *bsdlFindingAt(const BsdlDiagnosis *diagnosis, uint32_t index)
 const char *bsdlDiagnosisText(const BsdlDiagnosis *diagnosis, size_t *length)
 {
     if (length)
-        *length = diagnosis ? diagnosis->text.size() : 0;
-    return diagnosis ? diagnosis->text.c_str() : nullptr;
+        *length = diagnosis ? diagnosis->found.text.size() : 0;
+    return diagnosis ? diagnosis->found.text.c_str() : nullptr;
 }
 
 Bsdl *bsdlDiagnosisBsdl(const BsdlDiagnosis *diagnosis)
 {
-    return diagnosis ? diagnosis->checked.bsdl.get() : nullptr;
+    return diagnosis ? diagnosis->found.checked.bsdl.get() : nullptr;
 }
 
 const char *bsdlDiagnosisUnchecked(const BsdlDiagnosis *diagnosis)
 {
-    (void)diagnosis;
-    return nullptr;
+    return diagnosis ? text_or_null(diagnosis->found.unchecked) : nullptr;
 }
 
 uint32_t bsdlDiagnosisChecked(const BsdlDiagnosis *diagnosis)
 {
-    return diagnosis ? diagnosis->checked.checked : 0;
+    return diagnosis ? diagnosis->found.checked.checked : 0;
 }

@@ -161,13 +161,20 @@ void statement_skipped(Bsdl *bsdl, const char *text)
     bsdl->scan_mode = SCAN_MODE_NONE;
 }
 
+static void count_error(Bsdl *bsdl)
+{
+    bsdl->error_count++;
+    if (reading_is_over(bsdl))
+        end_reading(bsdl, 0);
+}
+
 void syntax_error(Bsdl *bsdl, const Rule &rule, const char *format, ...)
 {
     va_list arguments;
     va_start(arguments, format);
     send(BSDL_LEVEL_ERROR, 1, rule, format, arguments);
     va_end(arguments);
-    bsdl->error_count++;
+    count_error(bsdl);
 }
 
 bool parse_refused(Bsdl *bsdl, const char *rule, const char *format, ...)
@@ -176,7 +183,7 @@ bool parse_refused(Bsdl *bsdl, const char *rule, const char *format, ...)
     va_start(arguments, format);
     send(BSDL_LEVEL_ERROR, 1, at_hand(bsdl, rule), format, arguments);
     va_end(arguments);
-    bsdl->error_count++;
+    count_error(bsdl);
     return false;
 }
 

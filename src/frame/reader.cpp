@@ -123,8 +123,8 @@ static bool read_file(Bsdl *bsdl, ScanState *reading)
     return bsdl->data->component_name != nullptr;
 }
 
-static Bsdl *read_source(const SourceTexts *source, const char *file_name, const char *package,
-                         const GSList *package_dirs, uint32_t flags, BsdlContext *context)
+Bsdl *read_source(const SourceTexts *source, const char *file_name, const char *package,
+                  const GSList *package_dirs, uint32_t flags, BsdlContext *context)
 {
     Bsdl *bsdl = new_handle(file_name, package, package_dirs, flags, context);
     if (!bsdl)

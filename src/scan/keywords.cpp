@@ -312,6 +312,10 @@ constexpr KeywordTable<std::size(ATTRIBUTES), 256> ATTRIBUTE_TABLE(ATTRIBUTES);
 
 } // namespace
 
+std::span<const Keyword> all_keywords() { return KEYWORDS; }
+
+std::span<const Keyword> all_attributes() { return ATTRIBUTES; }
+
 const Keyword *find_keyword(const char *word, size_t length, uint64_t hash)
 {
     return KEYWORD_TABLE.find(word, length, hash);

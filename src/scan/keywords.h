@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 // The sets of words, one for each issue of a standard. One is in force at a time.
 enum RuleSet : uint32_t {
@@ -32,6 +33,10 @@ struct Keyword {
     uint32_t flags = 0;
     int with_all = 0; // in every rule set, the token of the word, any one character and ALL
 };
+
+// All rows, for those who look for a word that is meant.
+std::span<const Keyword> all_keywords();
+std::span<const Keyword> all_attributes();
 
 // The row of a word, in any case; NULL when it is none. `hash` is its text_hash().
 const Keyword *find_keyword(const char *word, size_t length, uint64_t hash);

@@ -40,6 +40,7 @@ struct StringStore {
 struct SourceTexts {
     std::string_view text;
     std::span<const BsdlPackageText> packages;
+    const bool *over = nullptr; // once true, the reading stops behind the next syntax error
 };
 
 // The state of the scanner while one file is read.

@@ -798,6 +798,12 @@ void scan_place_set(Bsdl *bsdl, Place place) { bsdl->reading->place = place; }
 
 bool scan_stopped(const Bsdl *bsdl) { return bsdl->reading->stopped; }
 
+bool reading_is_over(const Bsdl *bsdl)
+{
+    const SourceTexts *source = bsdl->reading->source;
+    return source && source->over && *source->over;
+}
+
 void end_reading(Bsdl *bsdl, int status)
 {
     if (!bsdl->reading->source)

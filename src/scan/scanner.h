@@ -55,6 +55,8 @@ bool scan_stopped(const Bsdl *bsdl);
 // A failure after which a reading of a file ends the process with this status. A reading from
 // memory comes back and stops at its next token.
 void end_reading(Bsdl *bsdl, int status);
+// Whether who reads from memory has seen enough.
+bool reading_is_over(const Bsdl *bsdl);
 
 // ------------------------------------------------------------------------------ the string store
 

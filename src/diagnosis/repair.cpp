@@ -1,0 +1,440 @@
+#include "diagnosis/repair.h"
+
+#include "boundary/boundary.h"
+#include "diagnosis/near_words.h"
+#include "header/header.h"
+#include "ports/ports.h"
+#include "registers/registers.h"
+
+#include <algorithm>
+#include <iterator>
+#include <map>
+#include <set>
+
+namespace
+{
+
+// What a name in the text may stand for.
+enum class NameKind : uint8_t { PORT, CELL, INSTRUCTION, REGISTER, PIN_MAP };
+
+// Rules about a name that nothing declares.
+struct NameRule {
+    std::string_view rule;
+    NameKind kind;
+    const char *noun;
+};
+
+constexpr NameRule NAME_RULES[] = {
+    {"mapped-port-undeclared", NameKind::PORT, "port"},
+    {"representative-port-missing", NameKind::PORT, "port"},
+    {"associated-port-missing", NameKind::PORT, "port"},
+    {"scan-port-missing", NameKind::PORT, "port"},
+    {"compliance-port-missing", NameKind::PORT, "port"},
+    {"cell-port-undefined", NameKind::PORT, "port"},
+    {"duration-port-no-clock", NameKind::PORT, "port"},
+    {"aio-port-unknown", NameKind::PORT, "port"},
+    {"isc-fixed-pin-unknown", NameKind::PORT, "port"},
+    {"cell-name-unknown", NameKind::CELL, "cell"},
+    {"register-instruction-unknown", NameKind::INSTRUCTION, "instruction"},
+    {"isc-illegal-exit-unknown", NameKind::INSTRUCTION, "instruction"},
+    {"isc-activity-instruction-unknown", NameKind::INSTRUCTION, "instruction"},
+    {"register-length-missing", NameKind::REGISTER, "register"},
+    {"pin-mapping-missing", NameKind::PIN_MAP, "pin map"},
+    {"pin-mapping-unknown", NameKind::PIN_MAP, "pin map"},
+};
+
+// Where names of a kind are declared.
+struct Declarations {
+    NameKind kind;
+    std::string_view statement; // the word that its statement begins with, behind "attribute"
+};
+
+constexpr Declarations DECLARED_IN[] = {{NameKind::PORT, "PORT"},
+                                        {NameKind::INSTRUCTION, "INSTRUCTION_OPCODE"}};
+
+// Registers that need no declaration.
+constexpr const char *STANDARD_REGISTERS[] = {"BOUNDARY", "BYPASS", "DEVICE_ID"};
+
+struct Proposal {
+    std::vector<TextEdit> edits;
+    std::string hint;
+    std::string fix;
+    int slips;
+};
+
+constexpr size_t MOST_PROPOSALS = 6; // for one finding
+
+// A row of the boundary register table: its number, and all of it.
+struct Row {
+    TextRange number;
+    TextRange whole;
+};
+
+// What messages say, to be compared before and after an edit.
+using Messages = std::multiset<std::string>;
+
+class Repairs
+{
+  public:
+    Repairs(const RepairScene &where, Drafts &all) : scene(where), text(where.text), drafts(all) {}
+    void run();
+
+  private:
+    void repair_names();
+    void repair_numbers();
+    void repair_lengths();
+    bool prove(Draft &draft, std::vector<Proposal> &proposals);
+    std::vector<Proposal> name_proposals(const Draft &draft, const NameRule &rule);
+    const std::vector<std::string> &names(NameKind kind);
+    TextRange statement_of(std::string_view word) const;
+    void declared_words(NameKind kind, std::string_view word, std::vector<RawToken> *found) const;
+    std::multimap<long, Row> rows() const;
+    bool worth_trying() const { return scene.work->bytes_left > 3 * text.size(); }
+
+    const RepairScene &scene;
+    std::string_view text;
+    Drafts &drafts;
+    Messages said_before;
+    std::map<NameKind, std::vector<std::string>> names_of;
+};
+
+} // namespace
+
+static bool counts(const Said &said)
+{
+    return said.level <= BSDL_LEVEL_WARNING && !said.rule.empty() && said.rule != "check-failed";
+}
+
+static Messages messages_of(const CheckedText &checked)
+{
+    Messages messages;
+    for (const Said &said : checked.messages)
+        if (counts(said))
+            messages.insert(said.rule + '\n' + said.text);
+    return messages;
+}
+
+// ------------------------------------------------------------------------------------------- names
+
+const std::vector<std::string> &Repairs::names(NameKind kind)
+{
+    const auto [place, is_new] = names_of.try_emplace(kind);
+    std::vector<std::string> &names = place->second;
+    const Bsdl *bsdl = scene.checked.bsdl.get();
+    if (!is_new || !bsdl || !bsdl->data)
+        return names;
+    const BsdlData *data = bsdl->data;
+    const auto add = [&](const char *name) {
+        if (name)
+            names.emplace_back(name);
+    };
+    switch (kind) {
+    case NameKind::PORT:
+        for (const PinSpec *spec : items<PinSpec>(data->logical_ports))
+            for (const char *name : items<char>(spec->names))
+                add(name);
+        break;
+    case NameKind::CELL:
+        for (const CellDesc *cell : items<CellDesc>(data->cell_descs))
+            add(cell->name);
+        break;
+    case NameKind::INSTRUCTION:
+        for (const InstructionEntry *entry :
+             items<InstructionEntry>(data->instruction_register->opcode_table))
+            add(entry->name);
+        break;
+    case NameKind::REGISTER:
+        for (const RegisterEntry *entry : items<RegisterEntry>(data->register_access))
+            add(entry->name);
+        for (const char *name : STANDARD_REGISTERS)
+            add(name);
+        break;
+    case NameKind::PIN_MAP:
+        for (const PinMapEntry *map : items<PinMapEntry>(data->pin_maps))
+            if (map)
+                add(map->name);
+        break;
+    }
+    return names;
+}
+
+TextRange Repairs::statement_of(std::string_view word) const
+{
+    RawToken token;
+    bool quoted = false;
+    for (size_t at = 0; next_raw_token(text, at, &token); at = token.end) {
+        quoted ^= text[token.begin] == '"';
+        if (!quoted && slips_between(token.in(text), word, 0) == 0)
+            return statement_around(text, token.begin);
+    }
+    return {0, 0};
+}
+
+// All places of the statement that declares names of this kind at which the word stands.
+void Repairs::declared_words(NameKind kind, std::string_view word,
+                             std::vector<RawToken> *found) const
+{
+    for (const Declarations &row : DECLARED_IN) {
+        if (row.kind != kind)
+            continue;
+        TextRange statement = statement_of(row.statement);
+        // The port clause has semicolons of its own.
+        if (kind == NameKind::PORT)
+            statement.end = std::min(statement_of("USE").begin, text.size());
+        RawToken token;
+        for (size_t at = statement.begin;
+             next_raw_token(text, at, &token) && token.begin < statement.end; at = token.end)
+            if (slips_between(token.in(text), word, 0) == 0)
+                found->push_back(token);
+    }
+}
+
+std::vector<Proposal> Repairs::name_proposals(const Draft &draft, const NameRule &rule)
+{
+    const std::string word(draft.name_in(text));
+    const int most = slips_allowed(word.size());
+    std::vector<std::pair<int, std::string>> near;
+    for (const std::string &name : names(rule.kind)) {
+        const int slips = slips_between(word, name, most);
+        if (slips > 0 && slips <= most)
+            near.emplace_back(slips, name);
+    }
+    std::sort(near.begin(), near.end());
+    near.erase(std::unique(near.begin(), near.end()), near.end());
+
+    std::vector<Proposal> proposals;
+    for (const auto &[slips, name] : near) {
+        const std::string unknown = std::string("there is no ") + rule.noun + " " + word;
+        Proposal here = {.edits = {{draft.begin, draft.end, name}},
+                         .hint = unknown + "; " + name + "?",
+                         .fix = "replace '" + word + "' with '" + name + "'",
+                         .slips = slips};
+        for (const TextRange &place : draft.alike)
+            if (place.begin > here.edits.back().end)
+                here.edits.push_back({place.begin, place.end, name});
+        proposals.push_back(std::move(here));
+        // Or the declaration is what is misspelt.
+        std::vector<RawToken> declared;
+        declared_words(rule.kind, name, &declared);
+        if (declared.size() == 1)
+            proposals.push_back({.edits = {{declared.front().begin, declared.front().end, word}},
+                                 .hint = name + " is used as " + word + " elsewhere; " + word + "?",
+                                 .fix = "replace '" + name + "' with '" + word + "'",
+                                 .slips = slips});
+    }
+    if (proposals.size() > MOST_PROPOSALS)
+        proposals.resize(MOST_PROPOSALS);
+    return proposals;
+}
+
+// ------------------------------------------------------------------------------------------- proof
+
+// Tries the proposals. The one that leaves the fewest findings goes into the draft, and the drafts
+// that it does away with follow from this one. False when none holds.
+bool Repairs::prove(Draft &draft, std::vector<Proposal> &proposals)
+{
+    const std::string own = draft.said.rule + '\n' + draft.said.text;
+    const Proposal *best = nullptr;
+    Messages left;
+    bool tie = false;
+    for (const Proposal &proposal : proposals) {
+        if (!worth_trying())
+            break;
+        scene.work->spend(3 * text.size()); // it is checked too
+        const Messages now =
+            messages_of(check_text(apply_edits(text, proposal.edits), scene.options));
+        const bool gone = now.count(own) < said_before.count(own);
+        if (!gone || (draft.count > 1 && now.count(own)) ||
+            !std::includes(said_before.begin(), said_before.end(), now.begin(), now.end()))
+            continue;
+        tie = best && now.size() == left.size();
+        if (!best || now.size() < left.size()) {
+            best = &proposal;
+            left = now;
+        }
+    }
+    if (!best)
+        return false;
+    draft.edits = best->edits;
+    draft.hint = best->hint;
+    draft.fix = best->fix;
+    if (tie)
+        draft.sure = false;
+    const TextRange own_place = {draft.begin, draft.end};
+    if (best->edits.front().begin != draft.begin) {
+        draft.related.emplace_back(own_place, "told of this");
+        draft.begin = best->edits.front().begin;
+        draft.end = best->edits.front().end;
+    }
+    Messages gone;
+    std::set_difference(said_before.begin(), said_before.end(), left.begin(), left.end(),
+                        std::inserter(gone, gone.end()));
+    for (const auto &other : drafts) {
+        const auto message = gone.find(other->said.rule + '\n' + other->said.text);
+        if (other.get() == &draft || other->because || !other->edits.empty() ||
+            message == gone.end())
+            continue;
+        gone.erase(message);
+        other->because = &draft;
+    }
+    return true;
+}
+
+void Repairs::repair_names()
+{
+    for (const NameRule &rule : NAME_RULES)
+        for (const auto &draft : drafts) {
+            if (draft->said.rule != rule.rule || draft->because || !draft->has_place() ||
+                !draft->edits.empty())
+                continue;
+            std::vector<Proposal> proposals = name_proposals(*draft, rule);
+            if (proposals.empty() || prove(*draft, proposals))
+                continue;
+            draft->hint = "there is no " + std::string(rule.noun) + " " +
+                          std::string(draft->name_in(text)) + "; " +
+                          proposals.front().edits.front().text + "?";
+        }
+}
+
+// ----------------------------------------------------------------------------------------- numbers
+
+static bool is_number(std::string_view word)
+{
+    return !word.empty() && word.size() < 10 &&
+           std::all_of(word.begin(), word.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+// The rows by number: a number in front of a parenthesis, behind a quotation mark or a comma.
+std::multimap<long, Row> Repairs::rows() const
+{
+    std::multimap<long, Row> rows;
+    const TextRange statement = statement_of("BOUNDARY_REGISTER");
+    RawToken token;
+    RawToken behind;
+    int depth = 0;
+    Row *open = nullptr;
+    for (size_t at = statement.begin;
+         next_raw_token(text, at, &token) && token.begin < statement.end; at = token.end) {
+        const char mark = text[token.begin];
+        if (mark == '(')
+            depth++;
+        if (mark == ')' && depth > 0 && --depth == 0 && open)
+            open->whole.end = token.end;
+        const std::string_view word = token.in(text);
+        if (depth == 0 && is_number(word) && next_raw_token(text, token.end, &behind) &&
+            text[behind.begin] == '(') {
+            const TextRange number = {token.begin, token.end};
+            open = &rows.emplace(std::stol(std::string(word)), Row{number, number})->second;
+        }
+    }
+    return rows;
+}
+
+static std::string_view first_number(std::string_view message)
+{
+    const size_t begin = message.find_first_of("0123456789");
+    if (begin == std::string_view::npos)
+        return {};
+    return message.substr(begin, message.find_first_not_of("0123456789", begin) - begin);
+}
+
+// A cell number without a row: another row has it by mistake, or the row is gone.
+void Repairs::repair_numbers()
+{
+    std::multimap<long, Row> table;
+    for (const auto &draft : drafts) {
+        if (draft->said.rule != "cell-number-missing" || draft->because)
+            continue;
+        if (table.empty())
+            table = rows();
+        const std::string missing(first_number(draft->said.text));
+        const long number = is_number(missing) ? std::stol(missing) : -1;
+        const auto before = table.find(number - 1);
+        const auto behind = table.find(number + 1);
+        // The finding stands where the row should.
+        const auto stand_at = [&](const Row &row) {
+            draft->begin = row.whole.begin;
+            draft->end = row.whole.end;
+        };
+        std::vector<Proposal> proposals;
+        for (auto row = table.begin(); row != table.end(); ++row) {
+            if (table.count(row->first) < 2 || proposals.size() == MOST_PROPOSALS)
+                continue;
+            const std::string twice(text.substr(row->second.number.begin,
+                                                row->second.number.end - row->second.number.begin));
+            proposals.push_back(
+                {.edits = {{row->second.number.begin, row->second.number.end, missing}},
+                 .hint = "two rows have the number " + twice + ", and none has " + missing,
+                 .fix = "replace " + twice + " with " + missing,
+                 .slips = 0});
+        }
+        if (prove(*draft, proposals))
+            continue;
+        draft->hint = "the table has no row " + missing;
+        if (before != table.end())
+            stand_at(before->second);
+        else if (behind != table.end())
+            stand_at(behind->second);
+    }
+}
+
+// A length that the table, or all opcodes, speak against.
+void Repairs::repair_lengths()
+{
+    const auto length_token = [&](std::string_view statement, RawToken *token) {
+        const TextRange range = statement_of(statement);
+        bool behind_is = false;
+        for (size_t at = range.begin; next_raw_token(text, at, token) && token->begin < range.end;
+             at = token->end) {
+            if (behind_is && is_number(token->in(text)))
+                return true;
+            behind_is |= slips_between(token->in(text), "IS", 0) == 0;
+        }
+        return false;
+    };
+    for (const auto &draft : drafts) {
+        const bool of_table =
+            draft->said.rule == "cell-number-range" || draft->said.rule == "cell-number-missing";
+        const bool of_opcodes =
+            draft->said.rule == "opcode-length" || draft->said.rule == "instruction-capture-length";
+        RawToken token;
+        if (draft->because || !draft->edits.empty() || (!of_table && !of_opcodes) ||
+            !length_token(of_table ? "BOUNDARY_LENGTH" : "INSTRUCTION_LENGTH", &token))
+            continue;
+        std::vector<Proposal> proposals;
+        const auto propose = [&](const std::string &length, const std::string &why) {
+            if (length != token.in(text))
+                proposals.push_back(
+                    {.edits = {{token.begin, token.end, length}},
+                     .hint = why,
+                     .fix = "replace " + std::string(token.in(text)) + " with " + length,
+                     .slips = 0});
+        };
+        if (of_table) {
+            const std::multimap<long, Row> table = rows();
+            if (!table.empty())
+                propose(std::to_string(table.rbegin()->first + 1),
+                        "the table ends with row " + std::to_string(table.rbegin()->first));
+        } else {
+            // "... should have length": the number in front is that of the opcode's digits.
+            const size_t open = draft->said.text.find('(');
+            const size_t close = draft->said.text.find(')', open);
+            if (open != std::string::npos && close != std::string::npos)
+                propose(std::to_string(close - open - 1),
+                        "the opcodes have " + std::to_string(close - open - 1) + " bits");
+        }
+        prove(*draft, proposals);
+    }
+}
+
+void Repairs::run()
+{
+    said_before = messages_of(scene.checked);
+    if (said_before.empty())
+        return;
+    repair_names();
+    repair_lengths();
+    repair_numbers();
+}
+
+void repair_findings(const RepairScene &scene, Drafts &drafts) { Repairs(scene, drafts).run(); }
