@@ -1,6 +1,8 @@
 #include "ask.h"
 #include "targets.h"
 
+#include "frame/reader_state.h"
+
 #include <csetjmp>
 #include <cstdio>
 #include <cstdlib>
@@ -107,6 +109,7 @@ bool survives(void (*step)(void *), void *data)
     taken_count = 0;
     if (setjmp(way_back) != 0) {
         guarded = false;
+        reader_state.call = nullptr; // its end was jumped over
         if (installed)
             while (taken_count)
                 std::free(const_cast<void *>(taken[--taken_count]));
