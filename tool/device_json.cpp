@@ -6,10 +6,12 @@
 #include "diagnosed_file.h"
 #include "idcode.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <functional>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 // ------------------------------------------------------------------------------------ values
@@ -70,26 +72,42 @@ std::string folded(std::string name)
 
 // ---------------------------------------------------------------------------- ports and pins
 
-Json pins_of(Bsdl *bsdl)
+// The same for all references to a port bit; empty for none.
+static std::string port_key(const PortId *port)
 {
-    std::unordered_map<std::string, Json> cells_of_port;
-    for (CellEntry *cell = bsdlGetFirstCellEntry(bsdl); cell; cell = bsdlGetNextCellEntry(bsdl)) {
-        const Json port = port_value(bsdlGetCellPort(cell));
-        if (!port.is_null())
-            cells_of_port[folded(port)].push_back(bsdlGetCellNumber(cell));
-    }
-    Json pins = Json::array();
-    for (PinEntry *pin = bsdlGetFirstPin(bsdl); pin; pin = bsdlGetNextPin(bsdl)) {
-        const Json port = port_value(bsdlGetPinPortID(pin));
-        const auto cells = port.is_null() ? cells_of_port.end() : cells_of_port.find(folded(port));
-        pins.push_back({{"port", port},
-                        {"number", text_value(bsdlGetPinPhysicalName(pin))},
-                        {"type", word_value(pin_type_word(bsdlGetPinType(pin)))},
-                        {"function", word_value(pin_function_word(bsdlGetPinFunction(pin)))},
-                        {"cells", cells == cells_of_port.end() ? Json::array() : cells->second}});
-    }
-    return pins;
+    if (!port || !port->name)
+        return {};
+    std::string key = folded(port->name);
+    if (port->subscripted)
+        key += "(" + std::to_string(port->subscript) + ")";
+    return key;
 }
+
+static void each_pin(Bsdl *bsdl, const TakeRow &take)
+{
+    std::unordered_map<std::string, std::vector<int32_t>> cells_of_port;
+    for (CellEntry *cell = bsdlGetFirstCellEntry(bsdl); cell; cell = bsdlGetNextCellEntry(bsdl))
+        cells_of_port[port_key(bsdlGetCellPort(cell))].push_back(bsdlGetCellNumber(cell));
+    cells_of_port.erase("");
+    for (PinEntry *pin = bsdlGetFirstPin(bsdl); pin; pin = bsdlGetNextPin(bsdl)) {
+        const PortId *port = bsdlGetPinPortID(pin);
+        const auto cells = cells_of_port.find(port_key(port));
+        take({{"port", port_value(port)},
+              {"number", text_value(bsdlGetPinPhysicalName(pin))},
+              {"type", word_value(pin_type_word(bsdlGetPinType(pin)))},
+              {"function", word_value(pin_function_word(bsdlGetPinFunction(pin)))},
+              {"cells", cells == cells_of_port.end() ? Json::array() : Json(cells->second)}});
+    }
+}
+
+static Json all_rows(Bsdl *bsdl, void (*each_row)(Bsdl *bsdl, const TakeRow &take))
+{
+    Json rows = Json::array();
+    each_row(bsdl, [&](Json row) { rows.push_back(std::move(row)); });
+    return rows;
+}
+
+Json pins_of(Bsdl *bsdl) { return all_rows(bsdl, each_pin); }
 
 static Json pin_maps_of(Bsdl *bsdl)
 {
@@ -199,23 +217,22 @@ Json idcodes_of(Bsdl *bsdl)
 
 // -------------------------------------------------------------------------- boundary register
 
-Json cells_of(Bsdl *bsdl)
+static void each_cell(Bsdl *bsdl, const TakeRow &take)
 {
-    Json cells = Json::array();
     for (CellEntry *cell = bsdlGetFirstCellEntry(bsdl); cell; cell = bsdlGetNextCellEntry(bsdl)) {
         const int32_t result = bsdlGetCellDisableResult(cell);
-        cells.push_back(
-            {{"number", bsdlGetCellNumber(cell)},
-             {"cell", text_value(bsdlGetCellName(cell))},
-             {"port", port_value(bsdlGetCellPort(cell))},
-             {"function", word_value(cell_function_word(bsdlGetCellFunction(cell)))},
-             {"safe", word_value(safe_bit_word(bsdlGetCellSafeBit(cell)))},
-             {"control", number_value(bsdlGetCellControlCell(cell), 0)},
-             {"disable_value", word_value(disable_value_word(bsdlGetCellDisableValue(cell)))},
-             {"disable_result", word_value(disable_result_word(result))}});
+        take({{"number", bsdlGetCellNumber(cell)},
+              {"cell", text_value(bsdlGetCellName(cell))},
+              {"port", port_value(bsdlGetCellPort(cell))},
+              {"function", word_value(cell_function_word(bsdlGetCellFunction(cell)))},
+              {"safe", word_value(safe_bit_word(bsdlGetCellSafeBit(cell)))},
+              {"control", number_value(bsdlGetCellControlCell(cell), 0)},
+              {"disable_value", word_value(disable_value_word(bsdlGetCellDisableValue(cell)))},
+              {"disable_result", word_value(disable_result_word(result))}});
     }
-    return cells;
 }
+
+Json cells_of(Bsdl *bsdl) { return all_rows(bsdl, each_cell); }
 
 static Json cell_descriptions_of(Bsdl *bsdl)
 {
@@ -251,7 +268,8 @@ Json standards_of(Bsdl *bsdl)
             {"conformance", word_value(conformance_word(bsdlConformance(bsdl)))}};
 }
 
-Json device_of(Bsdl *bsdl)
+// Without the rows of pins and cells, which may be very many.
+static Json device_without_rows(Bsdl *bsdl)
 {
     Json json;
     json["packages"] = {
@@ -259,7 +277,7 @@ Json device_of(Bsdl *bsdl)
         {"files", texts_of(bsdl, bsdlGetFirstDotALLFileSpec, bsdlGetNextDotALLFileSpec)}};
     json["pin_map"] = text_value(bsdlGetDefaultDevicePackage(bsdl));
     json["pin_maps"] = pin_maps_of(bsdl);
-    json["pins"] = pins_of(bsdl);
+    json["pins"] = nullptr;
     json["port_groups"] = port_groups_of(bsdl);
     json["tap"] = tap_of(bsdl);
     json["compliance"] = compliance_of(bsdl);
@@ -270,8 +288,7 @@ Json device_of(Bsdl *bsdl)
     json["registers"] = registers_of(json["instructions"]);
     json["idcodes"] = idcodes_of(bsdl);
     json["usercodes"] = texts_of(bsdl, bsdlGetFirstUsercodePattern, bsdlGetNextUsercodePattern);
-    json["boundary"] = {{"length", number_value(bsdlGetBSRLength(bsdl), 1)},
-                        {"cells", cells_of(bsdl)}};
+    json["boundary"] = {{"length", number_value(bsdlGetBSRLength(bsdl), 1)}, {"cells", nullptr}};
     json["cell_descriptions"] = cell_descriptions_of(bsdl);
     json["design_warning"] = text_value(bsdlDesignWarning(bsdl));
     json["isc"] = bsdlIs1532(bsdl) ? isc_of(bsdl) : Json();
@@ -280,9 +297,41 @@ Json device_of(Bsdl *bsdl)
     return json;
 }
 
+// ------------------------------------------------------------------------- rows, counted
+
+void WordCounts::add(const char *word)
+{
+    const auto [found, is_new] = places_.try_emplace(word ? word : "", counts.size());
+    if (is_new)
+        counts.emplace_back(word_value(nullptr), 0);
+    if (is_new && word)
+        counts.back().first = text_value(word);
+    counts[found->second].second++;
+}
+
+static void count_rows(Bsdl *bsdl, RowCounts &rows)
+{
+    std::unordered_set<std::string> observed;
+    for (CellEntry *cell = bsdlGetFirstCellEntry(bsdl); cell; cell = bsdlGetNextCellEntry(bsdl)) {
+        rows.cells++;
+        rows.cell_functions.add(cell_function_word(bsdlGetCellFunction(cell)));
+        rows.cell_names.add(bsdlGetCellName(cell));
+        observed.insert(port_key(bsdlGetCellPort(cell)));
+    }
+    observed.erase("");
+    for (PinEntry *pin = bsdlGetFirstPin(bsdl); pin; pin = bsdlGetNextPin(bsdl)) {
+        rows.pins++;
+        rows.pin_types.add(pin_type_word(bsdlGetPinType(pin)));
+        rows.pin_functions.add(pin_function_word(bsdlGetPinFunction(pin)));
+        rows.pins_with_cells += observed.count(port_key(bsdlGetPinPortID(pin)));
+        rows.pins_without_number += !bsdlGetPinPhysicalName(pin);
+    }
+}
+
 // ------------------------------------------------------------------------------ from the file
 
-Json document_of(Bsdl *bsdl, const std::string &path)
+// Of a description without rows.
+static Json document_without_rows(Bsdl *bsdl, const std::string &path)
 {
     const bool is_prg = bsdlIsPrg(bsdl) != 0;
     Json json = {{"schema", "tarnlet-info-1"},
@@ -295,7 +344,21 @@ Json document_of(Bsdl *bsdl, const std::string &path)
     if (is_prg)
         json["prg"] = prg_of(bsdl);
     else
-        json.update(device_of(bsdl));
+        json.update(device_without_rows(bsdl));
+    return json;
+}
+
+static void add_rows(Bsdl *bsdl, Json &json)
+{
+    json["pins"] = pins_of(bsdl);
+    json["boundary"]["cells"] = cells_of(bsdl);
+}
+
+Json document_of(Bsdl *bsdl, const std::string &path)
+{
+    Json json = document_without_rows(bsdl, path);
+    if (!bsdlIsPrg(bsdl))
+        add_rows(bsdl, json);
     return json;
 }
 
@@ -340,14 +403,42 @@ static bool read_and_check(const std::string &path, const ReadOptions &options, 
     return true;
 }
 
+static void describe(Bsdl *bsdl, const std::string &path, Model &model)
+{
+    model.json = document_without_rows(bsdl, path);
+    model.json["syntax_errors"] = model.syntax_errors;
+    model.json["check"] = {{"passed", model.syntax_errors == 0 && model.errors == 0},
+                           {"errors", model.errors},
+                           {"warnings", model.warnings}};
+}
+
+static void print_with_rows(Bsdl *bsdl, const Json &json);
+
+bool read_summary(const std::string &path, const ReadOptions &options, Model &model)
+{
+    return read_and_check(path, options, model, [&](Bsdl *bsdl) {
+        describe(bsdl, path, model);
+        count_rows(bsdl, model.rows);
+    });
+}
+
 bool read_model(const std::string &path, const ReadOptions &options, Model &model)
 {
     return read_and_check(path, options, model, [&](Bsdl *bsdl) {
-        model.json = document_of(bsdl, path);
-        model.json["syntax_errors"] = model.syntax_errors;
-        model.json["check"] = {{"passed", model.syntax_errors == 0 && model.errors == 0},
-                               {"errors", model.errors},
-                               {"warnings", model.warnings}};
+        describe(bsdl, path, model);
+        if (!model.is_prg)
+            add_rows(bsdl, model.json);
+    });
+}
+
+bool print_model(const std::string &path, const ReadOptions &options, Model &model)
+{
+    return read_and_check(path, options, model, [&](Bsdl *bsdl) {
+        describe(bsdl, path, model);
+        if (model.is_prg)
+            print_json(model.json);
+        else
+            print_with_rows(bsdl, model.json);
     });
 }
 
@@ -366,6 +457,54 @@ void note_syntax_errors(const std::string &path, const Model &model)
         complain(escaped(path) + ": " +
                  counted(static_cast<size_t>(model.syntax_errors), "syntax error") +
                  ", so what is shown may not be all; the first: " + model.first_error);
+}
+
+// As a part of a larger document: each line but the first goes to the right.
+static void print_indented(const Json &json, size_t blanks)
+{
+    const std::string text = json.dump(2, ' ', true);
+    const std::string indentation(blanks, ' ');
+    for (size_t at = 0; at < text.size();) {
+        const size_t end = std::min(text.find('\n', at), text.size() - 1) + 1;
+        std::fwrite(text.data() + at, 1, end - at, stdout);
+        if (end < text.size())
+            std::fwrite(indentation.data(), 1, blanks, stdout);
+        at = end;
+    }
+}
+
+// One row after the other, so that no more than one is held.
+static void print_rows(Bsdl *bsdl, void (*each_row)(Bsdl *bsdl, const TakeRow &take), size_t blanks)
+{
+    const char *between = "[";
+    each_row(bsdl, [&](const Json &row) {
+        std::printf("%s\n%*s", between, static_cast<int>(blanks) + 2, "");
+        print_indented(row, blanks + 2);
+        between = ",";
+    });
+    if (*between == '[')
+        std::fputs("[]", stdout);
+    else
+        std::printf("\n%*s]", static_cast<int>(blanks), "");
+}
+
+static void print_with_rows(Bsdl *bsdl, const Json &json)
+{
+    const char *between = "{";
+    for (const auto &[key, value] : json.items()) {
+        std::printf("%s\n  \"%s\": ", between, key.c_str());
+        between = ",";
+        if (key == "pins") {
+            print_rows(bsdl, each_pin, 2);
+        } else if (key == "boundary") {
+            std::printf("{\n    \"length\": %s,\n    \"cells\": ", value["length"].dump().c_str());
+            print_rows(bsdl, each_cell, 4);
+            std::fputs("\n  }", stdout);
+        } else {
+            print_indented(value, 2);
+        }
+    }
+    std::fputs("\n}\n", stdout);
 }
 
 void print_json(const Json &json)

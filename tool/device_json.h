@@ -4,12 +4,39 @@
 
 #include <nlohmann/json.hpp>
 
+#include <functional>
 #include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
 
 // What a file holds, as the exports give it. Every command that shows or compares a device takes it
 // from here, so that all of them, and docs/schemas/info.schema.json, speak of the same names and
 // values. A value that a description does not give is null.
 using Json = nlohmann::ordered_json;
+
+using TakeRow = std::function<void(Json row)>;
+
+// How many rows have each word, in the order in which the words come up; null for none.
+struct WordCounts {
+    void add(const char *word);
+    std::vector<std::pair<Json, size_t>> counts;
+
+  private:
+    std::unordered_map<std::string, size_t> places_;
+};
+
+// What a summary says of the rows of a device.
+struct RowCounts {
+    size_t pins = 0;
+    size_t pins_with_cells = 0;
+    size_t pins_without_number = 0;
+    size_t cells = 0;
+    WordCounts pin_types;
+    WordCounts pin_functions;
+    WordCounts cell_functions;
+    WordCounts cell_names;
+};
 
 // A device after its checks.
 Json pins_of(Bsdl *bsdl);
@@ -18,8 +45,6 @@ Json instructions_of(Bsdl *bsdl);
 Json registers_of(const Json &instructions);
 Json idcodes_of(Bsdl *bsdl);
 Json standards_of(Bsdl *bsdl);
-// The whole of it.
-Json device_of(Bsdl *bsdl);
 
 // Families of their own; null when the file has nothing of the kind.
 Json isc_of(Bsdl *bsdl);
@@ -48,9 +73,13 @@ struct Model {
     int warnings = 0;
     std::string first_error; // its text, with its line
     Json json;               // what was asked for
+    RowCounts rows;          // of a summary
 };
 
-// The document of `tarnlet info --json`.
+// Prints the document of `tarnlet info --json`, row by row; pins and cells are not kept.
+bool print_model(const std::string &path, const ReadOptions &options, Model &model);
+// The same document; in a summary without pins and cells, which are counted.
+bool read_summary(const std::string &path, const ReadOptions &options, Model &model);
 bool read_model(const std::string &path, const ReadOptions &options, Model &model);
 // Of a description only what `part` takes from it, of a data file nothing. Both give false when the
 // file cannot be read, which has been said then.

@@ -42,25 +42,14 @@ class Summary
 
 static std::string in_line(const Json &value) { return value_text(value, "-", ", "); }
 
-// "12 in, 3 out": how many rows have each of the values, in the order in which they come up.
-static std::string tally(const Json &rows, const char *field, const char *nothing)
+// "12 in, 3 out", rows without a word under `nothing`, or left out.
+static std::string tally(const WordCounts &words, const char *nothing)
 {
-    std::vector<std::pair<std::string, size_t>> counts;
-    for (const Json &row : rows) {
-        const Json &value = row[field];
-        if (value.is_null() && !nothing)
-            continue;
-        const std::string word = value_text(value, nothing ? nothing : "", " ");
-        auto count = counts.begin();
-        while (count != counts.end() && count->first != word)
-            ++count;
-        if (count == counts.end())
-            count = counts.insert(count, {word, 0});
-        count->second++;
-    }
     std::string text;
-    for (const auto &[word, count] : counts)
-        text += (text.empty() ? "" : ", ") + std::to_string(count) + " " + word;
+    for (const auto &[word, count] : words.counts)
+        if (!word.is_null() || nothing)
+            text += (text.empty() ? "" : ", ") + std::to_string(count) + " " +
+                    value_text(word, nothing ? nothing : "", " ");
     return text;
 }
 
@@ -99,25 +88,20 @@ static void add_check(Summary &summary, const Json &json)
     summary.add("Check", line);
 }
 
-static void add_pins(Summary &summary, const Json &json)
+static void add_pins(Summary &summary, const Json &json, const RowCounts &rows)
 {
     if (!json["pin_map"].is_null() || !json["pin_maps"].empty())
         summary.add("Pin map",
                     in_line(json["pin_map"]) + " (there are: " + in_line(json["pin_maps"]) + ")");
-    const Json &pins = json["pins"];
-    const std::string types = tally(pins, "type", "of unknown type");
-    summary.add("Pins", std::to_string(pins.size()) + (types.empty() ? "" : ": " + types));
-    if (const std::string functions = tally(pins, "function", nullptr); !functions.empty())
+    const std::string types = tally(rows.pin_types, "of unknown type");
+    summary.add("Pins", std::to_string(rows.pins) + (types.empty() ? "" : ": " + types));
+    if (const std::string functions = tally(rows.pin_functions, nullptr); !functions.empty())
         summary.add("", functions);
-    size_t unmapped = 0;
-    size_t observed = 0;
-    for (const Json &pin : pins) {
-        unmapped += pin["number"].is_null();
-        observed += !pin["cells"].empty();
-    }
-    summary.add("",
-                std::to_string(observed) + " with boundary cells" +
-                    (unmapped ? ", " + std::to_string(unmapped) + " without a physical pin" : ""));
+    summary.add(
+        "", std::to_string(rows.pins_with_cells) + " with boundary cells" +
+                (rows.pins_without_number
+                     ? ", " + std::to_string(rows.pins_without_number) + " without a physical pin"
+                     : ""));
     for (const Json &group : json["port_groups"])
         summary.add("Differential", in_line(group["representative"]) + ", " +
                                         in_line(group["associated"]) + " (" +
@@ -185,17 +169,16 @@ static void add_instructions(Summary &summary, const Json &json)
             instructions, {"name", "opcodes", "class", "register", "length", "capture"}, "  "));
 }
 
-static void add_boundary(Summary &summary, const Json &json)
+static void add_boundary(Summary &summary, const Json &json, const RowCounts &rows)
 {
-    const Json &cells = json["boundary"]["cells"];
     const Json &length = json["boundary"]["length"];
     std::string line = length.is_null() ? "no length" : counted(length, "cell");
-    line += " in " + counted(cells.size(), "row");
+    line += " in " + counted(rows.cells, "row");
     summary.add("Boundary", line);
-    if (cells.empty())
+    if (rows.cells == 0)
         return;
-    summary.add("", tally(cells, "function", "of unknown function"));
-    summary.add("", tally(cells, "cell", "without a cell type"));
+    summary.add("", tally(rows.cell_functions, "of unknown function"));
+    summary.add("", tally(rows.cell_names, "without a cell type"));
 }
 
 static void add_isc(Summary &summary, const Json &isc)
@@ -237,18 +220,18 @@ static std::string in_one_line(const std::string &text)
     return escaped_line(line);
 }
 
-static void add_device(Summary &summary, const Json &json)
+static void add_device(Summary &summary, const Json &json, const RowCounts &rows)
 {
     if (!json["packages"]["names"].empty())
         summary.add("Packages", in_line(json["packages"]["names"]));
-    add_pins(summary, json);
+    add_pins(summary, json, rows);
     add_tap(summary, json);
     add_idcodes(summary, json);
     add_instructions(summary, json);
     summary.add("Registers", std::to_string(json["registers"].size()));
     if (!json["registers"].empty())
         summary.add_block(table_text(json["registers"], {"name", "length", "instructions"}, "  "));
-    add_boundary(summary, json);
+    add_boundary(summary, json, rows);
     if (!json["isc"].is_null())
         add_isc(summary, json["isc"]);
     if (!json["aio"].is_null())
@@ -282,12 +265,10 @@ static void add_prg(Summary &summary, const Json &prg)
 static int run(const InfoJob &job)
 {
     Model model;
-    if (!read_model(job.path, job.read, model))
+    if (!(job.json ? print_model : read_summary)(job.path, job.read, model))
         return STATUS_UNUSABLE;
     note_syntax_errors(job.path, model);
-    if (job.json) {
-        print_json(model.json);
-    } else {
+    if (!job.json) {
         Summary summary;
         summary.add(model.is_prg ? "Design" : "Component", in_line(model.json["component"]));
         summary.add("File", in_line(model.json["file"]));
@@ -296,7 +277,7 @@ static int run(const InfoJob &job)
         if (model.is_prg)
             add_prg(summary, model.json["prg"]);
         else
-            add_device(summary, model.json);
+            add_device(summary, model.json, model.rows);
         summary.print();
     }
     return model.syntax_errors ? STATUS_FINDINGS : STATUS_CLEAN;
