@@ -156,7 +156,7 @@ const char *instruction_type_word(int32_t type)
 {
     static constexpr Word WORDS[] = {
         {INSTRUCTION_TYPE_PUBLIC, "public"},
-        {INSTRUCTION_TYPE_MANDATORY, "mandatory"},
+        {INSTRUCTION_TYPE_MANDATORY, "standard"},
         {INSTRUCTION_TYPE_PRIVATE, "private"},
     };
     return word_of(WORDS, type);

@@ -40,6 +40,8 @@ constexpr const char *EXIT_STATUS =
     "or for a file that cannot be read or written.";
 
 std::function<int()> set_up_check(CLI::App &app);
+std::function<int()> set_up_explain(CLI::App &app);
+std::function<int()> set_up_find(CLI::App &app);
 std::function<int()> set_up_ebst(CLI::App &app);
 std::function<int()> set_up_manual(CLI::App &app);
 std::function<int()> set_up_completion(CLI::App &app);

@@ -155,6 +155,14 @@ static Json compliance_of(Bsdl *bsdl)
 
 // ---------------------------------------------------------------------- instructions, registers
 
+// The bypass register captures 0, whether the file says so or leaves it to the standard.
+static Json capture_of(InstructionEntry *entry, const Json &reg)
+{
+    const Json capture = text_value(bsdlGetInstrCaptureValue(entry));
+    const bool bypass = reg.is_string() && folded(reg) == "bypass";
+    return capture.is_null() && bypass ? Json("0") : capture;
+}
+
 Json instructions_of(Bsdl *bsdl)
 {
     Json instructions = Json::array();
@@ -168,7 +176,7 @@ Json instructions_of(Bsdl *bsdl)
              {"preload", bsdlIsInstrPreload(entry) != 0},
              {"register", text_value(name)},
              {"length", name ? number_value(bsdlGetInstrRegisterLength(entry), 0) : Json()},
-             {"capture", text_value(bsdlGetInstrCaptureValue(entry))}});
+             {"capture", capture_of(entry, text_value(name))}});
     }
     return instructions;
 }
@@ -399,6 +407,7 @@ static bool read_and_check(const std::string &path, const ReadOptions &options, 
         return false;
     }
     model.is_prg = bsdlIsPrg(bsdl) != 0;
+    model.component = text_value(bsdlComponentName(bsdl));
     describe(bsdl);
     return true;
 }

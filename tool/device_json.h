@@ -72,6 +72,7 @@ struct Model {
     int errors = 0; // of rules
     int warnings = 0;
     std::string first_error; // its text, with its line
+    Json component;          // its name
     Json json;               // what was asked for
     RowCounts rows;          // of a summary
 };

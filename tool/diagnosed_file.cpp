@@ -1,6 +1,7 @@
 #include "diagnosed_file.h"
 
 #include "findings.h"
+#include "package_file.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -32,7 +33,8 @@ static bool is_standard_input(const std::string &path)
 }
 
 DiagnosisHandle diagnose_text(const std::string &text, const std::string &name,
-                              const DiagnosisChoice &choice)
+                              const DiagnosisChoice &choice,
+                              const std::vector<BsdlPackageText> &packages)
 {
     std::vector<const char *> dirs;
     for (const std::string &dir : choice.read.package_dirs)
@@ -42,6 +44,8 @@ DiagnosisHandle diagnose_text(const std::string &text, const std::string &name,
         .package = choice.read.package.empty() ? nullptr : choice.read.package.c_str(),
         .package_dirs = dirs.data(),
         .package_dir_count = dirs.size(),
+        .packages = packages.data(),
+        .package_count = packages.size(),
         .flags = (choice.read.strict ? +BSDL_FLAG_STRICT : 0u) |
                  (choice.read.fast_read ? +BSDL_FLAG_FAST_READ : 0u),
         .as_read = choice.as_read || choice.read.fast_read,
@@ -56,15 +60,37 @@ DiagnosedFile::DiagnosedFile(const std::string &given, const DiagnosisChoice &ch
         cannot_read(FileState::NOT_OPENED, "file-not-opened", "Could not open file '" + name + "'");
         return;
     }
-    diagnosis = diagnose_text(text, name, choice);
+    const std::string package = package_name(text);
+    is_package = !package.empty();
+    if (is_package)
+        diagnose_package(package, choice);
+    else
+        diagnosis = diagnose_text(text, name, choice);
     if (!diagnosis) {
         cannot_read(FileState::ENDED, RULE_PROCESS_ENDED, "Memory ran out while it was read");
         return;
     }
     const uint32_t count = bsdlFindingCount(diagnosis.get());
     findings.reserve(count);
-    for (uint32_t i = 0; i < count; i++)
-        findings.push_back(bsdlFindingAt(diagnosis.get(), i));
+    for (uint32_t i = 0; i < count; i++) {
+        const BsdlFinding *found = bsdlFindingAt(diagnosis.get(), i);
+        if (!is_package || name == file_of(found->place))
+            findings.push_back(found);
+    }
+}
+
+// The description stands beside the package, so that it finds the same packages. What is found in
+// the description is no matter of the file.
+void DiagnosedFile::diagnose_package(const std::string &package, const DiagnosisChoice &choice)
+{
+    const std::string asked_for = package + ".all";
+    DiagnosisChoice as_it_is = choice;
+    as_it_is.as_read = true;
+    diagnosis = diagnose_text(description_using(package), name + ".user.bsd", as_it_is,
+                              {{.name = asked_for.c_str(),
+                                .file_name = name.c_str(),
+                                .text = text.data(),
+                                .length = text.size()}});
 }
 
 void DiagnosedFile::cannot_read(FileState why, const char *rule, std::string reason)
@@ -82,6 +108,8 @@ void DiagnosedFile::cannot_read(FileState why, const char *rule, std::string rea
 
 std::string DiagnosedFile::device() const
 {
+    if (is_package)
+        return {};
     const char *device = bsdlComponentName(bsdlDiagnosisBsdl(diagnosis.get()));
     return device ? device : "";
 }

@@ -31,6 +31,7 @@ class DiagnosedFile
     const std::string name; // for people: the path, or <stdin>
     FileState state = FileState::READ;
     std::string text; // the bytes of the file
+    bool is_package = false;
     DiagnosisHandle diagnosis;
     std::vector<const BsdlFinding *> findings;
 
@@ -44,6 +45,7 @@ class DiagnosedFile
     }
 
   private:
+    void diagnose_package(const std::string &package, const DiagnosisChoice &choice);
     void cannot_read(FileState why, const char *rule, std::string reason);
 
     std::string problem_text;
@@ -52,7 +54,8 @@ class DiagnosedFile
 
 // Diagnoses a text that is to take the place of that of the file.
 DiagnosisHandle diagnose_text(const std::string &text, const std::string &name,
-                              const DiagnosisChoice &choice);
+                              const DiagnosisChoice &choice,
+                              const std::vector<BsdlPackageText> &packages = {});
 
 // The bytes of a file; "-" is standard input, which can be read again. False with errno set.
 bool read_bytes(const std::string &path, std::string &bytes);

@@ -1,6 +1,7 @@
 #include "findings.h"
 
 #include "console.h"
+#include "fingerprint.h"
 
 #include <algorithm>
 #include <utility>
@@ -30,7 +31,22 @@ std::string place_text(const BsdlPlace &place)
     return text;
 }
 
+std::string message_text(const BsdlFinding &found)
+{
+    std::string_view text = found.text;
+    text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
+    text = text.substr(0, text.find_last_not_of(" \t\r\n") + 1);
+    return std::string(text) + (found.hint ? " (" + std::string(found.hint) + ")" : "");
+}
+
 // ------------------------------------------------------------------------------------- selection
+
+bool is_never_off(std::string_view rule)
+{
+    constexpr std::string_view REASONS[] = {"syntax-error", "file-not-opened", "unreadable-input",
+                                            "memory-error", RULE_PROCESS_ENDED};
+    return std::find(std::begin(REASONS), std::end(REASONS), rule) != std::end(REASONS);
+}
 
 static Severity severity_of(const BsdlFinding &found, const Selection &selection)
 {
@@ -51,39 +67,83 @@ class Selecting
 {
   public:
     Selecting(const DiagnosedFile &file, const Selection &how)
-        : all(file.findings), selection(how), result{.file = file}
+        : all(file.findings), selection(how), sources(file), result{.file = file}
     {
     }
     FileFindings run();
 
   private:
     void judge_by_itself(size_t index);
+    void accept(Finding &finding);
+    void count(Finding &finding);
     bool is_shown(size_t index) const;
 
     const std::vector<const BsdlFinding *> &all;
     const Selection &selection;
+    Sources sources;
     FileFindings result;
-    std::vector<Finding> judged; // those that are not to be shown are off
+    std::vector<Finding> judged;        // those that are not to be shown are off
+    std::map<std::string, size_t> seen; // fingerprints
 };
 
 } // namespace
 
-void Selecting::judge_by_itself(size_t index)
+void Selecting::accept(Finding &finding)
 {
-    Finding finding = {.found = all[index], .severity = severity_of(*all[index], selection)};
-    if (finding.found->because < 0) {
-        result.warnings += finding.severity == Severity::WARNING;
-        if (finding.severity == Severity::ERROR && ++result.errors > selection.error_limit &&
-            selection.error_limit) {
-            result.withheld++;
-            finding.severity = Severity::OFF;
-        }
-    }
-    judged.push_back(finding);
+    const BsdlFinding &found = *finding.found;
+    if (is_never_off(found.rule))
+        return;
+    if (found.suppressed)
+        finding.accepted = Accepted::BY_COMMENT;
+    else if (selection.baseline &&
+             seen[finding.fingerprint]++ <
+                 selection.baseline->count(result.file.path, finding.fingerprint))
+        finding.accepted = Accepted::BY_BASELINE;
 }
 
-// What follows from a finding that is not shown is not shown either. The way to the cause has no
-// more steps than there are findings.
+// Follow-ups do not count, whatever becomes of what they follow from.
+void Selecting::count(Finding &finding)
+{
+    if (finding.accepted != Accepted::NO) {
+        result.accepted++;
+        return;
+    }
+    result.warnings += finding.severity == Severity::WARNING;
+    result.errors += finding.severity == Severity::ERROR;
+    if (finding.severity == Severity::ERROR && selection.error_limit &&
+        result.errors > selection.error_limit) {
+        result.withheld++;
+        finding.severity = Severity::OFF;
+    }
+}
+
+void Selecting::judge_by_itself(size_t index)
+{
+    const BsdlFinding &found = *all[index];
+    Finding finding = {.found = &found, .severity = severity_of(found, selection)};
+    if (finding.severity != Severity::OFF && *found.rule) {
+        finding.fingerprint = fingerprint_of(found, sources);
+        accept(finding);
+        if (found.because < 0)
+            count(finding);
+    }
+    judged.push_back(std::move(finding));
+}
+
+// The finding that stands for itself behind it. The way there has no more steps than there are
+// findings.
+static size_t root_of(const FileFindings &file, int32_t from)
+{
+    for (size_t steps = 0; steps < file.findings.size(); steps++) {
+        const int32_t because = file.findings[static_cast<size_t>(from)].because;
+        if (because < 0)
+            break;
+        from = because;
+    }
+    return static_cast<size_t>(from);
+}
+
+// What follows from a finding that is not shown is not shown either.
 bool Selecting::is_shown(size_t index) const
 {
     for (size_t steps = 0; steps < all.size(); steps++) {
@@ -112,6 +172,9 @@ FileFindings Selecting::run()
             finding.because = place[static_cast<size_t>(because)];
             result.follow_ups++;
         }
+    for (Finding &finding : result.findings)
+        if (finding.because >= 0)
+            finding.accepted = result.findings[root_of(result, finding.because)].accepted;
     return std::move(result);
 }
 
@@ -122,15 +185,9 @@ FileFindings select_findings(const DiagnosedFile &file, const Selection &selecti
 
 size_t follow_ups_of(const FileFindings &file, size_t index)
 {
-    const auto root_of = [&](size_t from) {
-        for (size_t steps = 0; steps < file.findings.size() && file.findings[from].because >= 0;
-             steps++)
-            from = static_cast<size_t>(file.findings[from].because);
-        return from;
-    };
     size_t count = 0;
     for (size_t i = 0; i < file.findings.size(); i++)
-        count += i != index && root_of(i) == index;
+        count += i != index && root_of(file, static_cast<int32_t>(i)) == index;
     return count;
 }
 
@@ -143,9 +200,11 @@ void add_to_totals(Totals &totals, const FileFindings &file)
     totals.warnings += file.warnings;
     totals.files_with_findings += file.errors + file.warnings > 0;
     totals.not_read += file.file.state != FileState::READ;
-    const uint32_t checked = file.file.checked();
+    totals.packages += file.file.is_package;
+    const uint32_t checked = file.file.is_package ? 0 : file.file.checked();
     totals.with_isc += (checked & BSDL_CHECKED_ISC) != 0;
     totals.with_aio += (checked & BSDL_CHECKED_AIO) != 0;
+    totals.accepted += file.accepted;
     totals.prg += (checked & BSDL_CHECKED_PRG) != 0;
 }
 
@@ -166,12 +225,17 @@ std::string closing_line(const Totals &totals)
     add_kind(totals.with_isc, "with IEEE 1532");
     add_kind(totals.with_aio, "with IEEE 1149.6");
     add_kind(totals.prg, "PPC/PRG");
+    add_kind(totals.packages, "read as a package");
     if (!kinds.empty())
         line += " (" + kinds + ")";
     line += ": " + counted_or_no(totals.errors, "error") + ", " +
             counted_or_no(totals.warnings, "warning");
     if (totals.files > 1 && totals.files_with_findings)
         line += " in " + counted(totals.files_with_findings, "file");
+    if (totals.accepted)
+        line += "; " + std::to_string(totals.accepted) + " accepted";
+    if (totals.excluded)
+        line += "; " + counted(totals.excluded, "file") + " left out by the settings";
     if (totals.not_read)
         line += "; " + counted(totals.not_read, "file") + " could not be read";
     return line;

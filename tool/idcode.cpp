@@ -1,60 +1,10 @@
 #include "idcode.h"
 
+#include "manufacturers.h"
+
+#include <cctype>
 #include <cstdint>
-
-namespace
-{
-
-struct Manufacturer {
-    uint8_t bank;
-    uint8_t number;
-    const char *name;
-};
-
-// Of the JEDEC list of manufacturers (JEP106) those whose devices come with descriptions most.
-constexpr Manufacturer MANUFACTURERS[] = {
-    {1, 0x01, "AMD"},
-    {1, 0x04, "Fujitsu"},
-    {1, 0x07, "Hitachi"},
-    {1, 0x09, "Intel"},
-    {1, 0x0E, "Freescale (Motorola)"},
-    {1, 0x0F, "National"},
-    {1, 0x10, "NEC"},
-    {1, 0x15, "NXP (Philips)"},
-    {1, 0x17, "Texas Instruments"},
-    {1, 0x18, "Toshiba"},
-    {1, 0x1A, "Zilog"},
-    {1, 0x1C, "Mitsubishi"},
-    {1, 0x1F, "Atmel"},
-    {1, 0x20, "STMicroelectronics"},
-    {1, 0x21, "Lattice"},
-    {1, 0x24, "IBM"},
-    {1, 0x29, "Microchip"},
-    {1, 0x2C, "Micron"},
-    {1, 0x2F, "Actel"},
-    {1, 0x33, "IDT"},
-    {1, 0x34, "Cypress"},
-    {1, 0x36, "LSI Logic"},
-    {1, 0x41, "Infineon (Siemens)"},
-    {1, 0x49, "Xilinx"},
-    {1, 0x4E, "Samsung"},
-    {1, 0x65, "Analog Devices"},
-    {1, 0x66, "PMC-Sierra"},
-    {1, 0x6E, "Altera"},
-    {1, 0x70, "Qualcomm"},
-    {1, 0x71, "Sony"},
-    {5, 0x3B, "ARM"},
-};
-
-} // namespace
-
-static const char *manufacturer_name(unsigned bank, unsigned number)
-{
-    for (const Manufacturer &manufacturer : MANUFACTURERS)
-        if (manufacturer.bank == bank && manufacturer.number == number)
-            return manufacturer.name;
-    return nullptr;
-}
+#include <cstdio>
 
 static std::optional<unsigned> bits_value(std::string_view bits)
 {
@@ -95,4 +45,34 @@ std::string pattern_hex(std::string_view pattern)
         hex += digit ? "0123456789ABCDEF"[*digit] : 'X';
     }
     return hex;
+}
+
+std::optional<std::string> idcode_pattern(std::string_view text)
+{
+    constexpr size_t BITS = 32;
+    if (text.starts_with("0x") || text.starts_with("0X"))
+        text.remove_prefix(2);
+    std::string digits;
+    for (const char c : text)
+        if (c != '_')
+            digits += static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    if (digits.size() == BITS)
+        return digits.find_first_not_of("01X") == digits.npos ? std::optional(digits)
+                                                              : std::nullopt;
+    if (digits.size() != BITS / 4 || digits.find_first_not_of("0123456789ABCDEFX") != digits.npos)
+        return {};
+    std::string pattern;
+    for (const char digit : digits) {
+        const unsigned value = digit <= '9' ? digit - '0' : digit - 'A' + 10;
+        for (unsigned bit = 8; bit; bit /= 2)
+            pattern += digit == 'X' ? 'X' : value & bit ? '1' : '0';
+    }
+    return pattern;
+}
+
+std::string jedec_text(unsigned bank, unsigned number)
+{
+    char text[40];
+    std::snprintf(text, sizeof text, "bank %u, number 0x%02X", bank, number);
+    return text;
 }

@@ -20,5 +20,12 @@ struct Idcode {
 // Nothing for a pattern that has not 32 bits.
 std::optional<Idcode> decode_idcode(std::string_view pattern);
 
+// The 32 bits that somebody asks for: "0x06415041", "06415041" or the bits themselves, X for what
+// is not known, "_" between digits as one likes. Nothing for another text.
+std::optional<std::string> idcode_pattern(std::string_view text);
+
+// "bank 1, number 0x49": how every output names a manufacturer by its JEDEC code.
+std::string jedec_text(unsigned bank, unsigned number);
+
 // "0x369252D": every group of four bits as a hexadecimal digit, "X" where one is not known.
 std::string pattern_hex(std::string_view pattern);

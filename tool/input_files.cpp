@@ -6,8 +6,10 @@
 #include <cerrno>
 #include <cstring>
 #include <dirent.h>
+#include <set>
 #include <strings.h>
 #include <sys/stat.h>
+#include <utility>
 
 static bool has_known_ending(const char *name)
 {
@@ -93,6 +95,17 @@ static void collect_folder(const std::string &top, std::vector<std::string> &fil
     }
 }
 
+// A file that is named twice, through a link or another folder, is there once.
+static void drop_repeated(std::vector<std::string> &files)
+{
+    std::set<std::pair<dev_t, ino_t>> seen;
+    std::erase_if(files, [&](const std::string &path) {
+        struct stat status;
+        return path != "-" && stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
+               !seen.emplace(status.st_dev, status.st_ino).second;
+    });
+}
+
 std::vector<std::string> collect_files(const std::vector<std::string> &paths, bool *all_read)
 {
     std::vector<std::string> files;
@@ -103,6 +116,7 @@ std::vector<std::string> collect_files(const std::vector<std::string> &paths, bo
         else
             files.push_back(path);
     }
+    drop_repeated(files);
     if (files.empty() && *all_read) {
         complain("there are no .bsd, .bsdl, .bsm, .ppc or .prg files in " + escaped(paths[0]) +
                  (paths.size() > 1 ? " and the other folders" : ""));

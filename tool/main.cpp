@@ -2,6 +2,7 @@
 
 #include "command.h"
 #include "console.h"
+#include "near_name.h"
 #include "option_table.h"
 
 #include <CLI/CLI.hpp>
@@ -21,10 +22,12 @@ constexpr const char *EXIT_STATUS_OF_QUERIES =
     "0 when all is well, 1 when a file has syntax errors, 2 for a usage error or a file that "
     "cannot be read.";
 constexpr const char *EXIT_STATUS_OF_DIFF = "0 when nothing differs, 1 when something does, 2 for "
-                                             "a usage error or a file that cannot be read.";
+                                            "a usage error or a file that cannot be read.";
 constexpr const char *EXIT_STATUS_OF_REPORT =
     "0 when the pages are written, whatever the files hold, 2 for a usage error or a file that "
     "cannot be read or written.";
+constexpr const char *EXIT_STATUS_OF_FIND = "0 when there is one, 1 when there is none, 2 for a "
+                                            "usage error or a file that cannot be read.";
 constexpr const char *EXIT_STATUS_OF_TEXTS = "0 when all is well, 2 for a usage error.";
 
 constexpr const char *EXIT_STATUS_OF_SERVER =
@@ -38,10 +41,15 @@ constexpr Command COMMANDS[] = {
      {{"tarnlet check -j 4 parts/", "Check all files below a folder, four at a time."},
       {"tarnlet check --strict -I packages device.bsd",
        "Look for package files in a folder of the user's, and be strict."},
-      {"tarnlet check --format sarif parts/ > check.sarif",
-       "Write a report that code hosts can show."},
+      {"tarnlet check --format sarif --output check.sarif parts/",
+       "Write a report that code hosts can show, and the text to the terminal."},
       {"tarnlet check --rule pin-without-cell=error --rule opcode-duplicate=off device.bsd",
        "Make a warning an error, and leave another out."}}},
+    {"explain",
+     "Tell what a rule means and how to fix a file",
+     EXIT_STATUS_OF_TEXTS,
+     set_up_explain,
+     {{"tarnlet explain pin-without-cell", "Read about the rule that a finding names."}}},
     {"ebst",
      "Write the EBST file of a description",
      EXIT_STATUS,
@@ -62,7 +70,8 @@ constexpr Command COMMANDS[] = {
      "List the cells of the boundary register",
      EXIT_STATUS_OF_QUERIES,
      set_up_cells,
-     {{"tarnlet cells --csv device.bsd > cells.csv", "Write them for a spreadsheet."}}},
+     {{"tarnlet cells --csv device.bsd > cells.csv", "Write them for a spreadsheet."},
+      {"tarnlet cells --sort port device.bsd", "Read them port by port."}}},
     {"instructions",
      "List the instructions with their opcodes and registers",
      EXIT_STATUS_OF_QUERIES,
@@ -100,6 +109,12 @@ constexpr Command COMMANDS[] = {
       {"tarnlet report parts/ -o pages", "Write a page for each file of a folder, and an index."},
       {"tarnlet report --diff old.bsd new.bsd -o diff.html",
        "Show both packages with what differs."}}},
+    {"find",
+     "Find the descriptions of an IDCODE",
+     EXIT_STATUS_OF_FIND,
+     set_up_find,
+     {{"tarnlet find 0x06415041 parts/", "Find what a chain has answered."},
+      {"tarnlet find 0xX6415041 parts/", "Find it whatever the version."}}},
     {"manual",
      "Print a manual page",
      EXIT_STATUS_OF_TEXTS,
@@ -122,12 +137,33 @@ constexpr const char *SUMMARY = "Reads, checks and queries boundary scan descrip
 
 std::span<const Command> all_commands() { return COMMANDS; }
 
+static std::string near_command(std::string_view name)
+{
+    std::vector<std::string> names;
+    for (const Command &command : COMMANDS)
+        names.emplace_back(command.name);
+    return did_you_mean(name, names);
+}
+
 static const Command *find_command(std::string_view name)
 {
     for (const Command &command : COMMANDS)
         if (name == command.name)
             return &command;
     return nullptr;
+}
+
+// For the first of the arguments that nobody wants.
+static std::string near_option(const CLI::App &app)
+{
+    std::vector<std::string> names;
+    for (const CLI::Option *option : app.get_options())
+        for (const std::string &name : option->get_lnames())
+            names.push_back("--" + name);
+    for (const std::string &rest : app.remaining())
+        if (rest.starts_with("--"))
+            return did_you_mean(rest.substr(0, rest.find('=')), names);
+    return {};
 }
 
 static int run(const Command &command, int argc, char **argv)
@@ -141,7 +177,8 @@ static int run(const Command &command, int argc, char **argv)
             print_command_help(command);
             return STATUS_CLEAN;
         }
-        complain(escaped(error.what()) + "\nRun with --help for more information.");
+        complain(escaped(error.what()) + near_option(app) +
+                 "\nRun with --help for more information.");
         return STATUS_UNUSABLE;
     }
     return action();
@@ -187,7 +224,7 @@ int main(int argc, char **argv)
         status = run(*command, argc - 1, argv + 1);
     } else {
         if (argc > 1)
-            std::fprintf(stderr, "tarnlet: there is no command '%s'\n\n", escaped(first).c_str());
+            complain("there is no command '" + escaped(first) + "'" + near_command(first) + "\n");
         print_help(stderr);
         return STATUS_UNUSABLE;
     }

@@ -1,5 +1,7 @@
 #include "source_lines.h"
 
+#include "input_files.h"
+
 #include <algorithm>
 
 static bool ends_line(std::string_view text, size_t at)
@@ -30,6 +32,19 @@ size_t SourceLines::offset(int32_t line, int32_t column) const
         return text.size();
     const size_t start = starts[static_cast<size_t>(line) - 1];
     return std::min(start + static_cast<size_t>(std::max(column, 1) - 1), text.size());
+}
+
+const SourceLines &Sources::of(const BsdlPlace &place)
+{
+    const std::string_view name = file.file_of(place);
+    if (const auto found = sources.find(name); found != sources.end())
+        return found->second.lines;
+    Source &source = sources[std::string(name)];
+    const bool is_package = file.name != name;
+    // A pipe has been read.
+    if (is_package && is_file(std::string(name)))
+        read_bytes(std::string(name), source.text);
+    return source.lines = SourceLines(is_package ? source.text : file.text);
 }
 
 Mark mark_of(std::string_view line, const BsdlPlace &place)

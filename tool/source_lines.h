@@ -1,9 +1,10 @@
 #pragma once
 
-#include "tarnlet/diagnosis.h"
+#include "diagnosed_file.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,6 +24,26 @@ class SourceLines
   private:
     std::string_view text;
     std::vector<size_t> starts;
+};
+
+// The lines of a file that was diagnosed and of the package files that it uses, read when they are
+// first asked for.
+class Sources
+{
+  public:
+    explicit Sources(const DiagnosedFile &diagnosed) : file(diagnosed) {}
+    // Of the file that a place names.
+    const SourceLines &of(const BsdlPlace &place);
+    std::string_view line_of(const BsdlPlace &place) { return of(place).line(place.line); }
+
+  private:
+    struct Source {
+        std::string text;
+        SourceLines lines;
+    };
+
+    const DiagnosedFile &file;
+    std::map<std::string, Source, std::less<>> sources;
 };
 
 // A part of a line, in bytes.

@@ -4,7 +4,7 @@
 set -eu
 cd "$(dirname "$0")/.."
 packages="g++ cmake ninja-build bison python3 pkg-config libglib2.0-dev libgtest-dev libcli11-dev
-    nlohmann-json3-dev python3-jsonschema"
+    nlohmann-json3-dev libtomlplusplus-dev python3-jsonschema"
 
 command -v dpkg-query > /dev/null || {
     echo "This is no Debian: README.md names what has to be there."

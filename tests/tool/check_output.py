@@ -45,9 +45,11 @@ def compare_forms(*options):
     schemas.expect_valid("sarif", log, "sarif")
     results = log["runs"][0]["results"]
     rules = log["runs"][0]["tool"]["driver"]["rules"]
-    expect([(r["ruleId"], r["level"], r["message"]["text"]) for r in results] ==
-           [(m["rule"], m["severity"], m["text"]) for m in messages if m["rule"]],
-           f"sarif and json differ {options}")
+    ruled = [message for message in messages if message["rule"]]
+    expect([(r["ruleId"], r["level"]) for r in results] ==
+           [(m["rule"], m["severity"]) for m in ruled], f"sarif and json differ {options}")
+    expect(all(r["message"]["text"].startswith(m["text"].strip())
+               for r, m in zip(results, ruled)), f"texts of sarif {options}")
     expect(all(rules[r["ruleIndex"]]["id"] == r["ruleId"] for r in results), "indexes of rules")
 
     gcc_status, text = run("gcc", *options)

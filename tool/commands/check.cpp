@@ -1,11 +1,13 @@
-// tarnlet check: reads files, runs the checks that are for them and reports what they say.
+// tarnlet check: diagnoses files and reports what is found, in one format or several at once.
 
 #include "command.h"
 #include "commands/rule_listing.h"
 #include "console.h"
+#include "fixes.h"
 #include "formats/reporter.h"
+#include "in_order.h"
 #include "input_files.h"
-#include "tarnlet/diagnosis.h"
+#include "new_file.h"
 
 #include <CLI/CLI.hpp>
 
@@ -17,14 +19,28 @@ namespace
 {
 
 constexpr uint32_t ALL_MESSAGES = 4;
+constexpr int MOST_JOBS = 1024;
+
+// A format and where it goes.
+struct Output {
+    std::string format;
+    std::string path; // empty: standard output
+};
 
 struct CheckOptions {
     std::vector<std::string> paths;
     ReadOptions read;
-    std::string format = "text";
+    std::vector<std::string> formats;
+    std::vector<std::string> output_paths;
+    std::vector<Output> outputs; // of both, as they stood on the command line
     std::string colour = "auto";
     std::vector<std::string> rules;
     std::string explain;
+    std::string fix; // "", "sure", "all"
+    std::string baseline;
+    std::string new_baseline;
+    std::string settings_of;
+    bool diff = false;
     bool list_rules = false;
     int verbosity = 0;
     bool verbose = false;
@@ -33,7 +49,7 @@ struct CheckOptions {
     bool quiet = false;
     bool werror = false;
     unsigned error_limit = 0;
-    unsigned jobs = 0;
+    int jobs = 0;
 };
 
 // What is written on the terminal while many files are read.
@@ -70,6 +86,18 @@ class Progress
     std::chrono::steady_clock::time_point last;
 };
 
+// A file on its way through the check.
+struct Work {
+    std::string path;
+    DiagnosisChoice choice;
+    const Settings *settings;
+};
+
+struct Done {
+    std::unique_ptr<DiagnosedFile> file;
+    FixedText fixed;
+};
+
 class CheckRun
 {
   public:
@@ -79,16 +107,28 @@ class CheckRun
   private:
     bool set_rules();
     void set_choice();
-    void make_reporter();
-    bool take(const DiagnosedFile &file);
+    bool make_reporters();
+    bool collect_work();
+    Done check(const Work &work) const;
+    bool take(const Work &work, Done done);
+    void take_fixed(const Work &work, Done &done);
+    int show_settings() const;
+    bool close();
     int status() const;
 
     const CheckOptions &options;
     DiagnosisChoice choice;
+    FixChoice fix = FixChoice::NONE;
     Selection selection;
-    std::unique_ptr<Reporter> reporter;
+    std::unique_ptr<Baseline> baseline;
+    std::unique_ptr<Baseline> new_baseline;
+    SettingsFinder settings;
+    std::vector<Work> work;
+    std::vector<std::unique_ptr<NewFile>> output_files;
+    std::vector<std::unique_ptr<Reporter>> reporters;
     Totals totals;
     bool all_found = true;
+    bool all_written = true;
 };
 
 } // namespace
@@ -99,22 +139,28 @@ bool CheckRun::set_rules()
 {
     for (const std::string &rule : options.rules) {
         const size_t equals = rule.find('=');
-        const std::string value = equals == std::string::npos ? "" : rule.substr(equals + 1);
-        if (value != "off" && value != "warning" && value != "error") {
+        if (equals == std::string::npos) {
             complain("--rule " + escaped(rule) + ": ID=off, ID=warning or ID=error is expected");
             return false;
         }
         const std::string id = rule.substr(0, equals);
-        if (!bsdlFindRule(id.c_str())) {
-            complain("--rule: there is no rule '" + escaped(id) + "'; --list-rules names them all");
+        const std::optional<Severity> level = severity_word(rule.substr(equals + 1));
+        if (const std::string wrong = rule_level_problem(id, level); !wrong.empty()) {
+            complain("--rule " + escaped(rule) + ": " + escaped(wrong));
             return false;
         }
-        selection.rules[id] = value == "off"       ? Severity::OFF
-                              : value == "warning" ? Severity::WARNING
-                                                   : Severity::ERROR;
+        selection.rules[id] = *level;
     }
     selection.warnings_are_errors = options.werror;
     selection.error_limit = options.error_limit;
+    if (!options.baseline.empty()) {
+        baseline = std::make_unique<Baseline>(options.baseline);
+        selection.baseline = baseline.get();
+        if (!baseline->read())
+            return false;
+    }
+    if (!options.new_baseline.empty())
+        new_baseline = std::make_unique<Baseline>(options.new_baseline);
     return true;
 }
 
@@ -126,50 +172,184 @@ void CheckRun::set_choice()
     if (listing)
         choice.verbosity =
             options.verbosity > 0 ? static_cast<uint32_t>(options.verbosity) : ALL_MESSAGES;
+    if (options.fix == "all")
+        fix = FixChoice::ALL;
+    else if (!options.fix.empty() || options.diff)
+        fix = FixChoice::SURE;
 }
 
-void CheckRun::make_reporter()
+static std::unique_ptr<Reporter> reporter_of(const std::string &format, const TextStyle &style,
+                                             Writer write)
 {
-    const bool to_terminal = options.format == "text";
-    const TextStyle style = {.colour = to_terminal && colour_wanted(options.colour),
-                             .closing_line = !options.quiet,
-                             .clean_files = choice.verbosity > 0,
-                             .follow_ups = options.all};
-    const Writer write = standard_writer();
-    if (options.format == "gcc")
-        reporter = gcc_reporter(style, write);
-    else if (options.format == "json")
-        reporter = json_reporter(write);
-    else if (options.format == "sarif")
-        reporter = sarif_reporter(write);
-    else
-        reporter = text_reporter(style, write);
+    if (format == "gcc")
+        return gcc_reporter(style, std::move(write));
+    if (format == "json")
+        return json_reporter(std::move(write));
+    if (format == "sarif")
+        return sarif_reporter(std::move(write));
+    if (format == "junit")
+        return junit_reporter(std::move(write));
+    if (format == "gitlab")
+        return code_quality_reporter(std::move(write));
+    return text_reporter(style, std::move(write));
+}
+
+// Each --output is for the --format ahead of it; what goes to no file goes to standard output, and
+// text does when all others go to files.
+bool CheckRun::make_reporters()
+{
+    std::vector<Output> outputs = options.outputs;
+    const auto to_standard_output = [](const Output &each) { return each.path.empty(); };
+    const auto count = std::count_if(outputs.begin(), outputs.end(), to_standard_output);
+    if (count > 1) {
+        complain("one format goes to standard output; give the others a file with --output");
+        return false;
+    }
+    if (count == 0)
+        outputs.insert(outputs.begin(), {"text", ""});
+    for (const Output &output : outputs) {
+        const bool here = output.path.empty();
+        const bool patch_here = here && options.diff; // a diff is all that is to be read there
+        TextStyle style = {.colour = here && output.format == "text" && !options.diff &&
+                                     colour_wanted(options.colour),
+                           .closing_line = here && !options.quiet && !options.diff,
+                           .clean_files = choice.verbosity > 0,
+                           .follow_ups = options.all};
+        if (patch_here)
+            continue;
+        Writer write = standard_writer();
+        if (!here) {
+            NewFile *file = output_files.emplace_back(std::make_unique<NewFile>(output.path)).get();
+            write = [file](std::string_view text) { file->write(text); };
+        }
+        reporters.push_back(reporter_of(output.format, style, std::move(write)));
+    }
+    return true;
 }
 
 // ------------------------------------------------------------------------------------------- run
 
-bool CheckRun::take(const DiagnosedFile &file)
+// The command line wins over the settings.
+static DiagnosisChoice with_settings(DiagnosisChoice choice, const Settings &settings)
 {
-    const FileFindings findings = select_findings(file, selection);
+    ReadOptions &read = choice.read;
+    read.package_dirs.insert(read.package_dirs.end(), settings.package_dirs.begin(),
+                             settings.package_dirs.end());
+    if (read.package.empty())
+        read.package = settings.package.value_or("");
+    read.strict |= settings.strict.value_or(false);
+    return choice;
+}
+
+bool CheckRun::collect_work()
+{
+    for (const std::string &path : collect_files(options.paths, &all_found)) {
+        std::string problem;
+        const Settings *found = settings.settings_of(path, problem);
+        if (!found) {
+            complain(escaped(problem));
+            return false;
+        }
+        if (found->excludes(path))
+            totals.excluded++;
+        else
+            work.push_back({path, with_settings(choice, *found), found});
+    }
+    return true;
+}
+
+Done CheckRun::check(const Work &each) const
+{
+    Done done = {std::make_unique<DiagnosedFile>(each.path, each.choice), {}};
+    if (fix != FixChoice::NONE && done.file->state == FileState::READ)
+        done.fixed = fix_text(*done.file, each.choice, fix);
+    return done;
+}
+
+// From here on the file is what the edits have made of it.
+void CheckRun::take_fixed(const Work &each, Done &done)
+{
+    const FixedText &fixed = done.fixed;
+    if (options.diff) {
+        const std::string diff = unified_diff(done.file->name, done.file->text, fixed.text);
+        std::fwrite(diff.data(), 1, diff.size(), stdout);
+        return;
+    }
+    if (fixed.refused)
+        complain(escaped(done.file->name) + ": " + counted(fixed.refused, "fix") +
+                 " left out: what came of it was not better");
+    if (!fixed.mended)
+        return;
+    if (!replace_file(*done.file, fixed.text)) {
+        all_written = false;
+        return;
+    }
+    if (!options.quiet)
+        std::fprintf(stderr, "%s: %s mended\n", escaped(done.file->name).c_str(),
+                     counted(fixed.mended, "finding").c_str());
+    done.file = std::make_unique<DiagnosedFile>(each.path, each.choice);
+}
+
+bool CheckRun::take(const Work &each, Done done)
+{
+    if (fix != FixChoice::NONE && done.file->state == FileState::READ)
+        take_fixed(each, done);
+    Selection chosen = selection;
+    chosen.rules.insert(each.settings->rules.begin(), each.settings->rules.end());
+    const FileFindings findings = select_findings(*done.file, chosen);
     add_to_totals(totals, findings);
-    reporter->file(findings);
+    for (const auto &reporter : reporters)
+        reporter->file(findings);
+    if (new_baseline)
+        for (const Finding &finding : findings.findings)
+            if (*finding.found->rule && finding.because < 0 && !is_never_off(finding.found->rule) &&
+                finding.accepted != Accepted::BY_COMMENT)
+                new_baseline->add(each.path, finding.found->rule, finding.fingerprint);
     return !output_failed();
+}
+
+bool CheckRun::close()
+{
+    for (const auto &reporter : reporters)
+        reporter->end(totals);
+    for (const auto &file : output_files)
+        all_written &= file->commit();
+    if (new_baseline)
+        all_written &= new_baseline->write();
+    return all_written;
 }
 
 int CheckRun::status() const
 {
-    if (totals.not_read || !all_found)
+    if (totals.not_read || !all_found || !all_written)
         return STATUS_UNUSABLE;
     return totals.errors ? STATUS_FINDINGS : STATUS_CLEAN;
 }
 
+int CheckRun::show_settings() const
+{
+    SettingsFinder finder;
+    std::string problem;
+    const Settings *found = finder.settings_of(options.settings_of, problem);
+    if (!found) {
+        complain(escaped(problem));
+        return STATUS_UNUSABLE;
+    }
+    const std::string text = settings_text(*found);
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    return STATUS_CLEAN;
+}
+
 int CheckRun::run()
 {
+    const std::string format = options.outputs.empty() ? "text" : options.outputs[0].format;
     if (options.list_rules)
-        return list_rules(options.format);
+        return list_rules(format);
     if (!options.explain.empty())
         return explain_rule(options.explain);
-    if (options.format == "markdown") {
+    if (!options.settings_of.empty())
+        return show_settings();
+    if (format == "markdown") {
         complain("the format markdown is for --list-rules");
         return STATUS_UNUSABLE;
     }
@@ -177,24 +357,44 @@ int CheckRun::run()
         complain("no files are given; 'tarnlet check --help' has the use");
         return STATUS_UNUSABLE;
     }
-    if (!set_rules())
-        return STATUS_UNUSABLE;
     set_choice();
-    make_reporter();
-
-    const std::vector<std::string> files = collect_files(options.paths, &all_found);
-
-    Progress progress(files.size(), !options.quiet);
-    size_t done = 0;
-    for (const std::string &path : files) {
-        progress.show(done++, path);
-        const DiagnosedFile file(path, choice);
-        progress.clear();
-        if (!take(file))
-            break;
+    const auto is_standard_input = [](const std::string &path) { return path == "-"; };
+    if (fix != FixChoice::NONE && !options.diff &&
+        std::any_of(options.paths.begin(), options.paths.end(), is_standard_input)) {
+        complain("standard input cannot be mended; --diff prints what would be changed");
+        return STATUS_UNUSABLE;
     }
-    reporter->end(totals);
+    if (!set_rules() || !collect_work() || !make_reporters())
+        return STATUS_UNUSABLE;
+
+    Progress progress(work.size(), !options.quiet);
+    const auto check_one = [&](size_t index) { return check(work[index]); };
+    const auto take_one = [&](size_t index, Done done) {
+        progress.clear();
+        const bool go_on = take(work[index], std::move(done));
+        progress.show(index + 1, work[index].path);
+        return go_on;
+    };
+    do_in_order<Done>(work.size(), static_cast<size_t>(options.jobs), check_one, take_one);
+    progress.clear();
+    close();
     return status();
+}
+
+// Which --output belongs to which --format.
+static void pair_outputs(const CLI::App &app, const CLI::Option *format, const CLI::Option *output,
+                         CheckOptions &options)
+{
+    size_t formats = 0;
+    size_t paths = 0;
+    for (const CLI::Option *each : app.parse_order())
+        if (each == format)
+            options.outputs.push_back({options.formats[formats++], ""});
+        else if (each == output &&
+                 (options.outputs.empty() || !options.outputs.back().path.empty()))
+            throw CLI::ValidationError("--output", "the --format of the file has to stand ahead");
+        else if (each == output)
+            options.outputs.back().path = options.output_paths[paths++];
 }
 
 std::function<int()> set_up_check(CLI::App &app)
@@ -203,19 +403,42 @@ std::function<int()> set_up_check(CLI::App &app)
     app.add_option("FILE", options->paths,
                    "Files, folders of .bsd, .bsdl, .bsm, .ppc and .prg files, or - for standard "
                    "input");
-    app.add_option("--format", options->format,
-                   "How messages are written; markdown is for --list-rules alone")
-        ->check(CLI::IsMember({"text", "gcc", "json", "sarif", "markdown"}))
-        ->type_name("FORMAT");
+    const CLI::Option *format =
+        app.add_option("--format", options->formats,
+                       "How findings are written, text by default; may be repeated, with an "
+                       "--output for each; markdown is for --list-rules alone")
+            ->check(CLI::IsMember({"text", "gcc", "json", "sarif", "junit", "gitlab", "markdown"}))
+            ->type_name("FORMAT")
+            ->allow_extra_args(false);
+    const CLI::Option *output =
+        app.add_option("--output", options->output_paths,
+                       "File for the format ahead of it, instead of standard output")
+            ->type_name("OUT")
+            ->allow_extra_args(false);
     add_read_options(app, options->read);
     app.add_flag("--fast-read", options->read.fast_read,
                  "Stop reading behind the identification and instruction registers");
+    app.add_flag("--fix{sure}", options->fix,
+                 "Mend the files with the fixes that are sure; --fix=all also with those that are "
+                 "guesses")
+        ->check(CLI::IsMember({"sure", "all"}));
+    app.add_flag("--diff", options->diff,
+                 "Print what --fix would change as a unified diff instead");
     app.add_option("--rule", options->rules, "Set a rule to off, warning or error; may be repeated")
         ->type_name("ID=LEVEL")
         ->allow_extra_args(false);
+    app.add_option("--baseline", options->baseline,
+                   "Accept the findings of this file, which --write-baseline has written")
+        ->type_name("BASELINE");
+    app.add_option("--write-baseline", options->new_baseline,
+                   "Write all findings to this file, to be accepted from now on")
+        ->type_name("BASELINE");
+    app.add_option("--show-settings", options->settings_of,
+                   "Show instead what .tarnlet.toml says for a file")
+        ->type_name("FILE");
     app.add_flag("--list-rules", options->list_rules, "List all rules instead");
     app.add_option("--explain", options->explain,
-                   "Tell instead what a rule means and how to mend a file")
+                   "Tell instead what a rule means and how to fix a file, as 'tarnlet explain'")
         ->type_name("ID");
     app.add_flag("--werror", options->werror, "Take warnings as errors");
     app.add_flag("--all", options->all, "Show also what only follows from another finding");
@@ -223,6 +446,7 @@ std::function<int()> set_up_check(CLI::App &app)
                  "Show the messages of the reading and nothing else: no hints, no fixes");
     app.add_option("--error-limit", options->error_limit,
                    "Show at most so many errors of a file; 0 shows all")
+        ->check(CLI::NonNegativeNumber)
         ->type_name("N");
     app.add_flag("--quiet,-q", options->quiet, "Leave out the progress and the closing line");
     app.add_flag("--verbose", options->verbose, "Show all messages, also of what passed");
@@ -231,10 +455,12 @@ std::function<int()> set_up_check(CLI::App &app)
         ->check(CLI::Range(1, 9))
         ->type_name("LEVEL");
     app.add_option("-j,--jobs", options->jobs,
-                   "Read so many files at a time; by default one for each processor")
+                   "Check so many files at a time; 0 stands for one on each processor")
+        ->check(CLI::Range(0, MOST_JOBS))
         ->type_name("N");
     app.add_option("--color", options->colour, "Whether to colour the text format")
         ->check(CLI::IsMember({"auto", "always", "never"}))
         ->type_name("WHEN");
+    app.callback([&app, format, output, options] { pair_outputs(app, format, output, *options); });
     return [options] { return CheckRun(*options).run(); };
 }

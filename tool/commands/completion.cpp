@@ -30,7 +30,7 @@ static ValueKind kind_of(const OptionEntry &option)
         return ValueKind::RULE;
     if (option.value == "NAME,...")
         return ValueKind::FIELDS;
-    if (option.value == "OUT" || option.value == "FILE")
+    if (option.value == "OUT" || option.value == "FILE" || option.value == "BASELINE")
         return ValueKind::FILE;
     return ValueKind::NONE;
 }

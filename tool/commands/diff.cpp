@@ -5,6 +5,7 @@
 #include "command.h"
 #include "console.h"
 #include "formats/table.h"
+#include "near_name.h"
 
 #include <CLI/CLI.hpp>
 
@@ -364,13 +365,23 @@ static void print_text(const DiffJob &job, const Json &changes)
         return;
     std::string text = "--- " + escaped(job.path_a) + "\n+++ " + escaped(job.path_b) + "\n";
     std::string section;
+    std::map<std::string, size_t> counts;
     for (const Json &change : changes) {
         if (change["section"] != section) {
             section = change["section"];
             text += section + "\n";
         }
         text += change_line(change);
+        counts[change["change"].get<std::string>()]++;
     }
+    text += counted(changes.size(), "difference") + ": ";
+    const char *joint = "";
+    for (const char *kind : {"added", "removed", "changed"})
+        if (const size_t count = counts[kind]) {
+            text += joint + std::to_string(count) + " " + kind;
+            joint = ", ";
+        }
+    text += "\n";
     std::fwrite(text.data(), 1, text.size(), stdout);
 }
 
@@ -413,7 +424,8 @@ std::function<int()> set_up_diff(CLI::App &app)
             const std::vector<std::string> known = ignorable();
             return std::find(known.begin(), known.end(), what) != known.end()
                        ? std::string()
-                       : "there is nothing that is called " + escaped(what);
+                       : "there is nothing that is called '" + escaped(what) + "'" +
+                             did_you_mean(what, known);
         });
     app.add_flag("--json", job->json, "Print the changes as JSON");
     return [job] { return run(*job); };

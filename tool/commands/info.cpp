@@ -3,6 +3,7 @@
 #include "command.h"
 #include "console.h"
 #include "formats/table.h"
+#include "idcode.h"
 
 #include <CLI/CLI.hpp>
 
@@ -102,10 +103,11 @@ static void add_pins(Summary &summary, const Json &json, const RowCounts &rows)
                 (rows.pins_without_number
                      ? ", " + std::to_string(rows.pins_without_number) + " without a physical pin"
                      : ""));
+    WordCounts pairs;
     for (const Json &group : json["port_groups"])
-        summary.add("Differential", in_line(group["representative"]) + ", " +
-                                        in_line(group["associated"]) + " (" +
-                                        in_line(group["type"]) + ")");
+        pairs.add(group["type"].is_null() ? nullptr : group["type"].get<std::string>().c_str());
+    if (const size_t count = json["port_groups"].size())
+        summary.add("Differential", counted(count, "pair") + ": " + tally(pairs, "-"));
 }
 
 static void add_tap(Summary &summary, const Json &json)
@@ -132,22 +134,21 @@ static void add_idcodes(Summary &summary, const Json &json)
 {
     for (const Json &idcode : json["idcodes"]) {
         summary.add("IDCODE", in_line(idcode["hex"]) + " = " + in_line(idcode["pattern"]));
-        char line[160];
         const Json &manufacturer = idcode["manufacturer"];
         std::string parts;
         if (!idcode["version"].is_null())
             parts += "version " + in_line(idcode["version"]);
         if (!idcode["part"].is_null()) {
+            char line[20];
             std::snprintf(line, sizeof line, "part 0x%04X", idcode["part"].get<unsigned>());
             parts += (parts.empty() ? "" : ", ") + std::string(line);
         }
         if (!manufacturer.is_null()) {
-            std::snprintf(
-                line, sizeof line, "manufacturer %s%sJEDEC bank %u, number 0x%02X%s",
-                manufacturer["name"].is_null() ? "" : in_line(manufacturer["name"]).c_str(),
-                manufacturer["name"].is_null() ? "" : " (", manufacturer["bank"].get<unsigned>(),
-                manufacturer["number"].get<unsigned>(), manufacturer["name"].is_null() ? "" : ")");
-            parts += (parts.empty() ? "" : ", ") + std::string(line);
+            const std::string code = jedec_text(manufacturer["bank"], manufacturer["number"]);
+            parts += (parts.empty() ? "manufacturer " : ", manufacturer ") +
+                     (manufacturer["name"].is_null()
+                          ? "JEDEC " + code
+                          : in_line(manufacturer["name"]) + " (JEDEC " + code + ")");
         }
         if (!parts.empty())
             summary.add("", parts);

@@ -5,7 +5,9 @@
 #include "command.h"
 #include "console.h"
 #include "formats/table.h"
+#include "idcode.h"
 #include "input_files.h"
+#include "near_name.h"
 
 #include <CLI/CLI.hpp>
 
@@ -70,7 +72,7 @@ static Json manufacturers(Bsdl *bsdl)
         else if (!code["name"].is_null())
             values.push_back(code["name"]);
         else
-            values.push_back("bank " + code["bank"].dump() + " number " + code["number"].dump());
+            values.push_back("JEDEC " + jedec_text(code["bank"], code["number"]));
     }
     return values;
 }
@@ -165,9 +167,14 @@ static const Field *find_field(std::string_view name)
 static std::string known_field(const std::string &name)
 {
     const bool is_opcode = name.size() > OPCODE_OF.size() && name.starts_with(OPCODE_OF);
-    return is_opcode || find_field(name)
-               ? std::string()
-               : "there is no field '" + escaped(name) + "'; --list-fields shows all";
+    if (is_opcode || find_field(name))
+        return {};
+    std::vector<std::string> names;
+    for (const Field &field : FIELDS)
+        names.emplace_back(field.name);
+    const std::string near = did_you_mean(name, names);
+    return "there is no field '" + escaped(name) + "'" +
+           (near.empty() ? "; --list-fields shows all" : near);
 }
 
 static Json opcodes_of(Bsdl *bsdl, const char *instruction)

@@ -1,10 +1,13 @@
-// --list-rules and --explain.
+// check --list-rules, check --explain and explain.
 
 #include "commands/rule_listing.h"
 
 #include "command.h"
 #include "console.h"
+#include "near_name.h"
 #include "tarnlet/diagnosis.h"
+
+#include <CLI/CLI.hpp>
 
 #include <cstdio>
 #include <nlohmann/json.hpp>
@@ -123,7 +126,12 @@ int explain_rule(const std::string &id)
 {
     const BsdlRule *rule = bsdlFindRule(id.c_str());
     if (!rule) {
-        complain("there is no rule '" + escaped(id) + "'; --list-rules names them all");
+        std::vector<std::string> names;
+        for (const BsdlRule *each : all_rules())
+            names.emplace_back(each->id);
+        const std::string near = did_you_mean(id, names);
+        complain("there is no rule '" + escaped(id) + "'" +
+                 (near.empty() ? "; 'tarnlet check --list-rules' names them all" : near));
         return STATUS_UNUSABLE;
     }
     std::printf("%s: %s\n", rule->id, level_words(rule->level));
@@ -135,4 +143,20 @@ int explain_rule(const std::string &id)
     if (rule->clause)
         std::printf("\nSource:\n  %s\n", rule->clause);
     return STATUS_CLEAN;
+}
+
+std::function<int()> set_up_explain(CLI::App &app)
+{
+    auto rules = std::make_shared<std::vector<std::string>>();
+    app.add_option("RULE", *rules, "Identifiers of rules, as they stand behind findings")
+        ->required();
+    return [rules] {
+        int status = STATUS_CLEAN;
+        for (const std::string &rule : *rules) {
+            if (&rule != &rules->front())
+                std::putchar('\n');
+            status = std::max(status, explain_rule(rule));
+        }
+        return status;
+    };
 }

@@ -16,7 +16,7 @@ class GccReporter : public Reporter
     void file(const FileFindings &file) override
     {
         for (const Finding &finding : file.findings)
-            if (finding.because < 0 || style.follow_ups)
+            if (finding.accepted == Accepted::NO && (finding.because < 0 || style.follow_ups))
                 show(finding, file.file);
         const BsdlPlace whole = {.file = file.file.name.c_str()};
         if (file.withheld)

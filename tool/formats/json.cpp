@@ -6,8 +6,11 @@
 
 using nlohmann::ordered_json;
 
-static ordered_json checks_of(uint32_t checked)
+static ordered_json checks_of(const DiagnosedFile &file)
 {
+    if (file.is_package)
+        return ordered_json::array({"package"});
+    const uint32_t checked = file.checked();
     ordered_json names = ordered_json::array();
     for (const auto &[bit, name] : {std::pair{BSDL_CHECKED_GENERAL, "bsdl"},
                                     {BSDL_CHECKED_ISC, "isc"},
@@ -68,6 +71,9 @@ ordered_json message_of(const Finding &finding, const DiagnosedFile &file)
     message["fix"] = fix_of(found);
     message["because"] = finding.because < 0 ? ordered_json() : ordered_json(finding.because);
     message["count"] = found.count;
+    message["accepted"] = finding.accepted == Accepted::BY_COMMENT    ? ordered_json("comment")
+                          : finding.accepted == Accepted::BY_BASELINE ? ordered_json("baseline")
+                                                                      : ordered_json();
     ordered_json &related = message["related"] = ordered_json::array();
     for (uint32_t i = 0; i < found.related_count; i++) {
         ordered_json other = {{"file", file.file_of(found.related[i].place)}};
@@ -100,11 +106,12 @@ class JsonReporter : public Reporter
             {"file", file.name},
             {"device", device.empty() ? ordered_json() : ordered_json(device)},
             {"state", state_name(file.state)},
-            {"checks", checks_of(file.checked())},
+            {"checks", checks_of(file)},
             {"unchecked", unchecked.empty() ? ordered_json() : ordered_json(unchecked)},
             {"errors", found.errors},
             {"warnings", found.warnings},
             {"follow_ups", found.follow_ups},
+            {"accepted", found.accepted},
             {"withheld", found.withheld},
             {"messages", std::move(messages)}};
         write(object.dump(-1, ' ', true, ordered_json::error_handler_t::replace) + "\n");

@@ -32,6 +32,8 @@ std::unique_ptr<Reporter> text_reporter(const TextStyle &style, Writer write);
 std::unique_ptr<Reporter> gcc_reporter(const TextStyle &style, Writer write);
 std::unique_ptr<Reporter> json_reporter(Writer write);
 std::unique_ptr<Reporter> sarif_reporter(Writer write);
+std::unique_ptr<Reporter> junit_reporter(Writer write);
+std::unique_ptr<Reporter> code_quality_reporter(Writer write);
 
 // As they stand in JSON.
 const char *state_name(FileState state);

@@ -2,11 +2,9 @@
 
 #include "console.h"
 #include "formats/reporter.h"
-#include "input_files.h"
 #include "source_lines.h"
 
 #include <algorithm>
-#include <map>
 
 namespace
 {
@@ -37,20 +35,17 @@ class TextReporter : public Reporter
     {
         return severity == Severity::ERROR ? RED : severity == Severity::WARNING ? YELLOW : CYAN;
     }
+    bool is_shown(const Finding &finding) const
+    {
+        return finding.accepted == Accepted::NO && (finding.because < 0 || style.follow_ups);
+    }
     void heading(const FileFindings &file);
-    void finding(const FileFindings &file, size_t index);
-    bool source_line(const Finding &finding, const DiagnosedFile &file, const std::string &remark);
-    const SourceLines &source(const DiagnosedFile &file, const char *name);
+    void finding(const FileFindings &file, size_t index, Sources &sources);
+    bool source_line(const Finding &finding, Sources &sources, const std::string &remark);
 
     TextStyle style;
     Writer write;
     bool first = true;
-    // The lines of the file at hand and of the package files that it uses.
-    struct Source {
-        std::string text;
-        SourceLines lines;
-    };
-    std::map<std::string, Source> sources;
 };
 
 } // namespace
@@ -66,18 +61,6 @@ void TextReporter::heading(const FileFindings &found)
             kinds += (kinds.empty() ? "" : ", ") + std::string(name);
     write(painted(BOLD, escaped(found.file.name)) +
           (kinds.empty() ? "" : " " + painted(DIM, "(" + kinds + ")")) + "\n");
-}
-
-const SourceLines &TextReporter::source(const DiagnosedFile &file, const char *name)
-{
-    auto [at, added] = sources.try_emplace(name);
-    if (added) {
-        const bool is_package = file.name != name;
-        if (is_package && is_file(name))
-            read_bytes(name, at->second.text);
-        at->second.lines = SourceLines(is_package ? at->second.text : file.text);
-    }
-    return at->second.lines;
 }
 
 // A blank for a tab, so that the mark stands below what it marks.
@@ -117,11 +100,10 @@ static std::string last_columns(std::string_view text, size_t columns)
 
 // A window of a long line, with the mark in it and the remark beside the mark. False when there is
 // nothing to mark.
-bool TextReporter::source_line(const Finding &finding, const DiagnosedFile &file,
-                               const std::string &remark)
+bool TextReporter::source_line(const Finding &finding, Sources &sources, const std::string &remark)
 {
     const BsdlPlace &place = finding.found->place;
-    const std::string_view line = source(file, file.file_of(place)).line(place.line);
+    const std::string_view line = sources.line_of(place);
     const Mark mark = mark_of(line, place);
     if (mark.length == 0)
         return false;
@@ -130,12 +112,12 @@ bool TextReporter::source_line(const Finding &finding, const DiagnosedFile &file
     // Behind the last character there is a blank.
     const std::string marked =
         mark.at < line.size() ? first_columns(line.substr(mark.at, mark.length), room) : " ";
-    room -= std::min(columns_of(marked), room);
+    room -= columns_of(marked);
     const std::string behind =
         first_columns(line.substr(std::min(mark.at + mark.length, line.size())), room);
     // What they leave is for more of the left.
-    const std::string before = last_columns(
-        left, WIDEST_LINE - std::min(columns_of(marked) + columns_of(behind), WIDEST_LINE / 2));
+    const std::string before =
+        last_columns(left, WIDEST_LINE - columns_of(marked) - columns_of(behind));
     const std::string number = std::to_string(place.line);
     const std::string bar = " " + painted(DIM, "|") + " ";
     const std::string text = before + marked + behind;
@@ -168,7 +150,7 @@ static std::string listed_place(const BsdlPlace &place, const DiagnosedFile &fil
     return text;
 }
 
-void TextReporter::finding(const FileFindings &file, size_t index)
+void TextReporter::finding(const FileFindings &file, size_t index, Sources &sources)
 {
     const Finding &finding = file.findings[index];
     const BsdlFinding &found = *finding.found;
@@ -189,7 +171,7 @@ void TextReporter::finding(const FileFindings &file, size_t index)
         return;
 
     const std::string remark = remark_of(found);
-    if (!(found.place.line > 0 && source_line(finding, file.file, remark)) && !remark.empty())
+    if (!(found.place.line > 0 && source_line(finding, sources, remark)) && !remark.empty())
         write("  " + painted(DIM, "|") + " " + remark + "\n");
     if (found.fix)
         write((found.fix_sure ? "  fix: " : "  possible fix: ") + escaped_line(found.fix) + "\n");
@@ -219,9 +201,10 @@ void TextReporter::file(const FileFindings &file)
             write("\n");
         heading(file);
     }
+    Sources sources(file.file);
     for (size_t i = 0; i < file.findings.size(); i++)
-        if (file.findings[i].because < 0 || style.follow_ups) {
-            finding(file, i);
+        if (is_shown(file.findings[i])) {
+            finding(file, i, sources);
             first = false;
         }
     if (file.withheld)
@@ -230,7 +213,6 @@ void TextReporter::file(const FileFindings &file)
     if (const std::string unchecked = file.file.unchecked(); !unchecked.empty())
         write(escaped(file.file.name) + ": " + escaped_line(unchecked) + "\n");
     first &= !style.clean_files;
-    sources.clear();
 }
 
 void TextReporter::end(const Totals &totals)

@@ -1,3 +1,4 @@
 #!/bin/sh
 # builds the library and the tool as they are installed, and tests them
+# packages: i2c-tools
 exec tools/test_preset.sh release
