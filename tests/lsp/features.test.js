@@ -269,7 +269,7 @@ test('completion at ten places', () =>
     await has('BC_4, CLK', '|, CLK', 'BC_1', 'BC_7');
     const celled = await has('BC_4, CLK', 'BC_4, |', 'CLK', 'DATA');
     assert.ok(celled.indexOf('CLK') < celled.indexOf('DATA'), 'a port without a cell comes first');
-    await has('DATA(7),  BIDIR', 'DATA(7),  b|', 'bidir', 'output3');
+    await has('DATA(7),  BIDIR', 'DATA(7),  b|', 'bidir', 'observe_only');
     await has('DATA(7),  BIDIR,        X,   10', 'DATA(7),  BIDIR,        X,   |', '10');
     await has('X,   10,    0,     Z', 'X,   10,    0,     |', 'Z', 'PULL1');
     await has(

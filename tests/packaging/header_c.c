@@ -1,6 +1,7 @@
 // The public header as a C11 host sees it. It stands first, so that it has to bring along all
 // that it needs. Nothing here is run: compiling is the test.
 #include <tarnlet/bsdl.h>
+#include <tarnlet/symbols.h>
 
 #include "header_layout.h"
 

@@ -2,6 +2,11 @@
 
 #include "code_words.h"
 
+#include <cstdlib>
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 namespace lsp
 {
 
@@ -159,6 +164,14 @@ bool Analysis::take(Job &job, bool &as_read)
     return true;
 }
 
+// The model of a large description is many times its text, and is not needed until the next edit.
+static void give_back_memory()
+{
+#ifdef __GLIBC__
+    malloc_trim(0);
+#endif
+}
+
 void Analysis::run()
 {
     Job job;
@@ -169,6 +182,7 @@ void Analysis::run()
                     : diagnose(job, false, [this] { return something_fresh.load(); });
         if (findings) {
             done(std::move(findings));
+            give_back_memory();
             continue;
         }
         // Another file's text came between: this one is mended after it.

@@ -21,6 +21,9 @@ enum ItemKind {
     ITEM_STRUCT = 22
 };
 
+// Nobody reads on; the client asks again when more has been typed.
+static constexpr size_t MOST_ITEMS = 300;
+
 namespace
 {
 
@@ -29,6 +32,7 @@ class Completing
   public:
     Completing(Workspace &in, const Document &of, uint32_t at, bool with_snippets);
     json run();
+    bool is_incomplete() const { return more; }
 
   private:
     void add(std::string label, int kind, std::string detail = {}, int rank = 5);
@@ -49,7 +53,10 @@ class Completing
     const bool snippets;
     uint32_t word_begin;
     uint32_t word_end;
+    std::string typed; // of the word so far, in capitals
+    json replaced;     // the range of the word
     json items = json::array();
+    bool more = false; // than are given
     std::set<std::string> seen;
 };
 
@@ -65,17 +72,23 @@ Completing::Completing(Workspace &in, const Document &of, uint32_t at, bool with
         word_begin--;
     while (word_end < text.size() && in_word(text[word_end]))
         word_end++;
+    typed = upper(document.raw(word_begin, offset));
+    replaced = document.range(word_begin, word_end);
 }
 
 void Completing::add(std::string label, int kind, std::string detail, int rank)
 {
-    if (!seen.insert(upper(label)).second)
+    const std::string folded = upper(label);
+    if (folded.find(typed) == std::string::npos || !seen.insert(folded).second)
         return;
-    json item = {
-        {"label", label},
-        {"kind", kind},
-        {"sortText", std::to_string(rank) + label},
-        {"textEdit", {{"range", document.range(word_begin, word_end)}, {"newText", label}}}};
+    if (items.size() >= MOST_ITEMS) {
+        more = true;
+        return;
+    }
+    json item = {{"label", label},
+                 {"kind", kind},
+                 {"sortText", std::to_string(rank) + label},
+                 {"textEdit", {{"range", replaced}, {"newText", label}}}};
     if (!detail.empty())
         item["detail"] = std::move(detail);
     items.push_back(std::move(item));
@@ -162,7 +175,7 @@ void Completing::attributes(bool with_keyword)
                     ";$0";
             item["insertTextFormat"] = 2;
         }
-        item["textEdit"] = {{"range", document.range(word_begin, word_end)}, {"newText", text}};
+        item["textEdit"] = {{"range", replaced}, {"newText", text}};
         items.push_back(std::move(item));
     }
 }
@@ -372,8 +385,9 @@ json Completing::run()
 
 json completion(Workspace &workspace, const Document &document, uint32_t offset, bool snippets)
 {
-    return {{"isIncomplete", false},
-            {"items", Completing(workspace, document, offset, snippets).run()}};
+    Completing completing(workspace, document, offset, snippets);
+    json items = completing.run();
+    return {{"isIncomplete", completing.is_incomplete()}, {"items", std::move(items)}};
 }
 
 } // namespace lsp
