@@ -1,6 +1,8 @@
 // The exports of a diagnosis.
 
 #include "diagnosis/find.h"
+#include "diagnosis/suppressions.h"
+#include "diagnosis/unreadable_text.h"
 #include "frame/reader_state.h"
 
 #include <deque>
@@ -108,6 +110,12 @@ BsdlDiagnosis *bsdlDiagnose(const char *text, size_t length, const char *file_na
                                        : find(source, &diagnosis->reading, &work);
         if (work.was_cancelled)
             return nullptr;
+        if (!how.as_read) {
+            if (is_utf16(source))
+                explain_utf16(&diagnosis->found);
+            suppress(source, diagnosis->reading.file_name, diagnosis->found.unchecked.empty(),
+                     &diagnosis->found.findings);
+        }
         export_findings(diagnosis.get());
         return diagnosis.release();
     } catch (const std::bad_alloc &) {

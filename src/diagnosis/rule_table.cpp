@@ -1145,6 +1145,19 @@ constexpr BsdlRule RULES[] = {
      "A check did not pass and gave no rule as its reason, mostly because a statement that it "
      "needs is missing. The text names the check.",
      "Look for the statement in the description."},
+    {"suppression-unknown", WARNING, nullptr,
+     "There is no rule '%s' to be turned off\n"
+     "This comment for tarnlet is not understood",
+     "A comment '-- tarnlet: ...' names a rule that does not exist, or is not written as "
+     "'tarnlet: off RULE' or 'tarnlet: off-file RULE'.",
+     "Correct the name; 'tarnlet check --list-rules' has them all. Part rules by commas, and write "
+     "the reason behind a colon."},
+    {"suppression-unused", WARNING, nullptr,
+     "'%s' is turned off here, but there is nothing of it\n"
+     "'%s' cannot be turned off",
+     "A comment '-- tarnlet: off ...' turns off a rule that finds nothing there, or one that tells "
+     "why the file could not be read.",
+     "Remove the comment, or move it to the line of the finding or above it."},
     {"process-ended", ERROR, nullptr,
      "",
      "The process that read the file came to an end before the check was through: memory ran "
