@@ -175,8 +175,8 @@ TEST(Places, LinesOfAnyLengthAndNumber)
 TEST(Places, OfAPackageFileAndOfNothing)
 {
     Options options;
-    options.files = {{"CELLS", "package CELLS is\nuse STD_1149_1_2001.all;\n"
-                               "constant NEW_1 : ;\nend CELLS;\n"}};
+    options.files = {{"CELLS.all", "package CELLS is\nuse STD_1149_1_2001.all;\n"
+                                   "constant NEW_1 : ;\nend CELLS;\n"}};
     Reading reading(Description().with(USES, "use CELLS.all;"), options);
     bool found = false;
     for (const Message &message : reading.messages()) {
@@ -230,9 +230,9 @@ std::string expected_in(const std::string &text)
 
 TEST(Places, ExpectedTokensAreComplete)
 {
-    EXPECT_EQ(expected_in("entity 5;"), "IDENTIFIER=- ");
+    EXPECT_EQ(expected_in("entity ;"), "IDENTIFIER=- ");
     EXPECT_EQ(expected_in("entity DEV is generic (PHYSICAL_PIN_MAP string"), "':'=: ");
-    EXPECT_EQ(expected_in("entity DEV is port (A : 7"),
+    EXPECT_EQ(expected_in("entity DEV is generic (PHYSICAL_PIN_MAP : string); port (A : ;"),
               "Y_IN=IN Y_OUT=OUT BUFFER=BUFFER INOUT=INOUT LINKAGE=LINKAGE ");
     EXPECT_EQ(bsdlMessageExpected(nullptr), nullptr);
 }
