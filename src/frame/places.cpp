@@ -28,14 +28,6 @@ struct SourceFile {
     uint32_t length;
 };
 
-// The highest bit of each byte that is the character.
-static uint64_t bytes_equal(uint64_t word, char c)
-{
-    constexpr uint64_t LOW_BITS = 0x7F7F7F7F7F7F7F7F;
-    word ^= 0x0101010101010101 * static_cast<unsigned char>(c);
-    return ~(((word & LOW_BITS) + LOW_BITS) | word | LOW_BITS);
-}
-
 // The begins of the lines whose line ends stand in [from, end), as offsets from `from`.
 static uint32_t find_lines(const char *text, size_t length, size_t from, size_t end,
                            uint16_t *begins)
@@ -44,13 +36,15 @@ static uint32_t find_lines(const char *text, size_t length, size_t from, size_t 
     for (size_t at = from; at < end; at += sizeof(uint64_t)) {
         uint64_t word;
         std::memcpy(&word, text + at, sizeof word);
-        uint64_t found = bytes_equal(word, '\n') | bytes_equal(word, '\r');
-        for (; found; found &= found - 1) {
-            size_t behind = at + static_cast<size_t>(std::countr_zero(found)) / 8 + 1;
+        for (uint64_t found = control_bits(word); found; found &= found - 1) {
+            const size_t behind = at + static_cast<size_t>(std::countr_zero(found)) / 8 + 1;
             if (behind > end)
                 break;
-            if (text[behind - 1] == '\r' && behind < length && text[behind] == '\n')
+            const char last = text[behind - 1];
+            if (last == '\r' && behind < length && text[behind] == '\n')
                 continue; // the newline ends the line
+            if (last != '\n' && last != '\r')
+                continue;
             begins[count++] = static_cast<uint16_t>(behind - from);
         }
     }

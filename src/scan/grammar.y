@@ -41,12 +41,22 @@
 #include <algorithm>
 #include <cstdlib>
 
-// From the begin of the first part that has any text to the end of the last. The strings of a
-// statement are read behind its ';', so that may be the end of an earlier part.
 #define YYLLOC_DEFAULT(current, rhs, n) \
     scan_place_set(bsdl, (current) = joined_place(&YYRHSLOC(rhs, 0), n))
 
-static Place joined_place(const Place *parts, long count);
+// From the begin of the first part that has any text to the end of the last. The strings of a
+// statement are read behind its ';': then the part before them, an empty one, holds its end.
+static inline Place joined_place(const Place *parts, long count)
+{
+    if (count == 0)
+        return {parts[0].end, parts[0].end};
+    if (count == 1)
+        return parts[1];
+    long first = 1;
+    while (first < count && !has_text(parts[first]))
+        first++;
+    return {parts[first].begin, std::max(parts[count].end, parts[count - 1].end)};
+}
 
 #define YYINITDEPTH 200
 #define YYMAXDEPTH reader_state.parser_depth

@@ -1,21 +1,5 @@
 %%
 
-static Place joined_place(const Place *parts, long count)
-{
-    if (count == 0)
-        return {parts[0].end, parts[0].end};
-    Place joined = parts[1];
-    for (long i = 2; i <= count; i++) {
-        if (!has_text(parts[i]))
-            continue;
-        if (!has_text(joined))
-            joined = parts[i];
-        else if (parts[i].end > joined.end)
-            joined.end = parts[i].end;
-    }
-    return joined;
-}
-
 static void bsdl_yyerror(const Place *place, Bsdl *bsdl, const char *text)
 {
     // The skeleton calls this on its own account only when the stack cannot grow.

@@ -4,6 +4,7 @@
 #include "scan/scan_state.h"
 #include "scan/scanner.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
@@ -187,9 +188,19 @@ void input_count_line_end(ScanState *reading, const char *at)
 
 void input_count_line_ends(ScanState *reading, const char *at, const char *end)
 {
-    for (; at < end; at++)
-        if (*at == '\n' || (*at == '\r' && at[1] != '\n'))
-            input_count_line_end(reading, at);
+    while (at < end) {
+        // Eight at a time, for most strings have no line end.
+        uint64_t word;
+        std::memcpy(&word, at, sizeof word);
+        const char *behind = at + std::min<ptrdiff_t>(end - at, sizeof word);
+        if (!control_bits(word)) {
+            at = behind;
+            continue;
+        }
+        for (; at < behind; at++)
+            if (*at == '\n' || (*at == '\r' && at[1] != '\n'))
+                input_count_line_end(reading, at);
+    }
 }
 
 void input_line_of_last_looked_at(ScanState *reading, const char *last)

@@ -209,7 +209,7 @@ static double real_value(const char *at, const char *end)
     return negative ? -value : value;
 }
 
-static void stop(ScanState *reading, const char *fatal, Place place)
+[[gnu::noinline]] static void stop(ScanState *reading, const char *fatal, Place place)
 {
     reading->place = place;
     reading->stopped = true;
@@ -241,19 +241,25 @@ static uint32_t pick_rule_set(const Bsdl *bsdl)
 
 enum : int { NO_TOKEN = -1 }; // what was matched is passed over
 
-static int finish(ScanState *reading, const char *start, const char *end, int looked_ahead,
-                  int token)
+// Kept apart: few tokens end their piece, and what ends all of them has to be short.
+[[gnu::noinline]] static void finish_beyond_piece(ScanState *reading, const char *end,
+                                                  int looked_ahead)
+{
+    input_line_of_last_looked_at(reading, end - 1 + looked_ahead);
+    reading->place.end = input_place(reading, reading->token, end).end;
+}
+
+// Every token ends here, so it is part of each of its callers.
+[[gnu::always_inline]] static inline int finish(ScanState *reading, const char *start,
+                                                const char *end, int looked_ahead, int token)
 {
     reading->token = start;
     reading->token_length = static_cast<uint32_t>(end - start);
     reading->looked_ahead = looked_ahead != 0;
     reading->at = end;
-    reading->place.begin = low_half(start) - reading->origin;
     reading->place.end = reading->place.begin + reading->token_length;
-    if (end - 1 + looked_ahead >= reading->piece_end) {
-        input_line_of_last_looked_at(reading, end - 1 + looked_ahead);
-        reading->place = input_place(reading, start, end);
-    }
+    if (end - 1 + looked_ahead >= reading->piece_end)
+        finish_beyond_piece(reading, end, looked_ahead);
     if (reading->token_length >= TOKEN_SIZE) {
         stop(reading, "token too large, exceeds YYLMAX", reading->place);
         return BSDL_YYEOF;
@@ -757,6 +763,7 @@ int scan_token(BSDL_YYSTYPE *value, Place *place, Bsdl *bsdl)
         }
         if (at >= reading->piece_end)
             input_pass_pieces(reading, at);
+        reading->place.begin = low_half(at) - reading->origin;
         int token = NO_TOKEN;
         if (reading->rules == RULES_PRG &&
             (bsdl->scan_mode == SCAN_MODE_PART_NAME || bsdl->scan_mode == SCAN_MODE_FILE_NAME))
@@ -768,9 +775,11 @@ int scan_token(BSDL_YYSTYPE *value, Place *place, Bsdl *bsdl)
                 memory_ran_out(bsdl);
                 return BSDL_YYEOF;
             }
+            const Place found = reading->place;
+            *place = found;
+            // Values in quotes are marked token by token, when they are read.
             if (token != QUOTED_STRING && token != '&' && token != BSDL_YYEOF)
-                mark_token(reading->base, reading->place);
-            *place = reading->place;
+                mark_token(reading->base, found);
             return token;
         }
         at = reading->at;
