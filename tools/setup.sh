@@ -10,8 +10,11 @@ command -v dpkg-query > /dev/null || {
     echo "This is no Debian: README.md names what has to be there."
     exit 0
 }
+# What answers to the name of its package is there, wherever it came from: Node.js brings npm along in
+# other packages than Debian's.
 missing=
 for package in $packages "$@"; do
+    ! command -v "$package" > /dev/null || continue
     case $(dpkg-query -W -f '${Status}' "$package" 2>/dev/null) in
     "install ok installed") ;;
     *) missing="$missing $package" ;;
