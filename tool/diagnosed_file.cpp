@@ -3,30 +3,6 @@
 #include "findings.h"
 #include "package_file.h"
 
-#include <cerrno>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-bool read_bytes(const std::string &path, std::string &bytes)
-{
-    const int file = open(path == "-" ? standard_input_file() : path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (file < 0)
-        return false;
-    struct stat status;
-    if (fstat(file, &status) == 0 && S_ISREG(status.st_mode))
-        bytes.reserve(static_cast<size_t>(status.st_size));
-    char buffer[1 << 16];
-    ssize_t got;
-    while ((got = read(file, buffer, sizeof buffer)) > 0 || (got < 0 && errno == EINTR))
-        if (got > 0)
-            bytes.append(buffer, static_cast<size_t>(got));
-    const int reason = errno;
-    close(file);
-    errno = reason;
-    return got == 0;
-}
-
 static bool is_standard_input(const std::string &path)
 {
     return path == "-" || path == "/dev/stdin";

@@ -56,6 +56,3 @@ class DiagnosedFile
 DiagnosisHandle diagnose_text(const std::string &text, const std::string &name,
                               const DiagnosisChoice &choice,
                               const std::vector<BsdlPackageText> &packages = {});
-
-// The bytes of a file; "-" is standard input, which can be read again. False with errno set.
-bool read_bytes(const std::string &path, std::string &bytes);

@@ -58,23 +58,6 @@ void check_file(const std::string &path, const CheckJob &job, FileReport &report
     report.state = FileState::READ;
 }
 
-// Never released: it is needed after the end of main().
-static std::function<int()> &end_handler()
-{
-    static auto *handler = new std::function<int()>;
-    return *handler;
-}
-
-void if_process_ends(std::function<int()> handler)
-{
-    static const int registered = std::atexit([] {
-        if (end_handler())
-            _exit(end_handler()());
-    });
-    (void)registered;
-    end_handler() = std::move(handler);
-}
-
 std::string installed_package_folder()
 {
     Dl_info library;

@@ -22,7 +22,6 @@ enum class FileState : uint8_t {
 struct FileReport {
     std::string path; // as on the command line
     std::string device;
-    std::string end_reason; // of ENDED
     uint32_t checks = 0;
     FileState state = FileState::ENDED;
     int32_t syntax_errors = 0;
@@ -41,13 +40,8 @@ struct CheckJob {
     std::function<void(Reading &reading, FileReport &report)> afterwards;
 };
 
-// Reads and checks a file in this process. The report grows while the file is read, so that it
-// holds what was said when the process has to end.
+// Reads and checks a file.
 void check_file(const std::string &path, const CheckJob &job, FileReport &report);
-
-// The library ends the process where the memory for a scan or a package search runs out. This is
-// then called and gives the exit status; an empty handler is none.
-void if_process_ends(std::function<int()> handler);
 
 // The package folder that is installed with the library, empty when it is not known.
 std::string installed_package_folder();

@@ -2,7 +2,10 @@
 
 #include <CLI/CLI.hpp>
 
+#include <cerrno>
+#include <fcntl.h>
 #include <sys/mman.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
 
@@ -42,6 +45,25 @@ const char *standard_input_file()
     return NAME;
 }
 
+bool read_bytes(const std::string &path, std::string &bytes)
+{
+    const int file = open(path == "-" ? standard_input_file() : path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (file < 0)
+        return false;
+    struct stat status;
+    if (fstat(file, &status) == 0 && S_ISREG(status.st_mode))
+        bytes.reserve(static_cast<size_t>(status.st_size));
+    char buffer[1 << 16];
+    ssize_t got;
+    while ((got = read(file, buffer, sizeof buffer)) > 0 || (got < 0 && errno == EINTR))
+        if (got > 0)
+            bytes.append(buffer, static_cast<size_t>(got));
+    const int reason = errno;
+    close(file);
+    errno = reason;
+    return got == 0;
+}
+
 static uint32_t flags_of(const ReadOptions &options)
 {
     return (options.strict ? BSDL_FLAG_STRICT : 0) | (options.fast_read ? BSDL_FLAG_FAST_READ : 0);
@@ -54,9 +76,15 @@ Reading::Reading(const std::string &path, const ReadOptions &options, uint32_t v
     GSList *dirs = nullptr;
     for (auto dir = options.package_dirs.rbegin(); dir != options.package_dirs.rend(); ++dir)
         dirs = g_slist_prepend(dirs, const_cast<char *>(dir->c_str()));
-    bsdl = readBsdl(path == "-" ? standard_input_file() : path.c_str(),
-                    options.package.empty() ? nullptr : options.package.c_str(), dirs,
-                    flags_of(options), &context);
+    const char *file = path == "-" ? standard_input_file() : path.c_str();
+    const char *package = options.package.empty() ? nullptr : options.package.c_str();
+    // From memory, since a reading of a file may end the process; what cannot be opened is said by
+    // the library as well.
+    if (std::string bytes; read_bytes(path, bytes))
+        bsdl = readBsdlText(bytes.data(), bytes.size(), file, package, dirs, flags_of(options),
+                            &context, nullptr, 0);
+    else
+        bsdl = readBsdl(file, package, dirs, flags_of(options), &context);
     g_slist_free(dirs);
 }
 

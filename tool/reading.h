@@ -34,7 +34,7 @@ struct ReadOptions {
 
 void add_read_options(CLI::App &app, ReadOptions &options);
 
-// One file, read on construction. One at a time may be alive: the library has one context.
+// One file, read on construction. One at a time may be alive in a thread, which has one context.
 class Reading
 {
   public:
@@ -64,6 +64,9 @@ class Reading
     bool fast_read;
     Bsdl *bsdl = nullptr;
 };
+
+// The bytes of a file; "-" is standard input, which can be read again. False with errno set.
+bool read_bytes(const std::string &path, std::string &bytes);
 
 // Makes standard input a file that can be read more than once, by the name it gives.
 const char *standard_input_file();

@@ -143,10 +143,6 @@ int EbstRun::run()
 {
     if (!choose_output())
         return STATUS_UNUSABLE;
-    if_process_ends([&] {
-        complain(escaped(options.path) + ": the process that read the file ended");
-        return STATUS_UNUSABLE;
-    });
     show_findings();
     std::string said; // by the writing
     const auto keep = [&](const Message &message) {
@@ -160,7 +156,6 @@ int EbstRun::run()
         said.clear();
         write(reading, passed);
     }
-    if_process_ends({});
 
     if (write_failed && !said.empty())
         complain(escaped_line(said));

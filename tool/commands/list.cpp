@@ -1,11 +1,12 @@
 // tarnlet list: chosen fields of many files, a row for each.
 
-#include "children.h"
 #include "code_words.h"
 #include "command.h"
 #include "console.h"
+#include "file_report.h"
 #include "formats/table.h"
 #include "idcode.h"
+#include "in_order.h"
 #include "input_files.h"
 #include "near_name.h"
 
@@ -230,9 +231,8 @@ static int status_of(const FileReport &report)
         const auto error =
             std::find_if(report.messages.begin(), report.messages.end(),
                          [](const Message &each) { return each.level == BSDL_LEVEL_ERROR; });
-        complain_of(report, error != report.messages.end() ? escaped_line(error->text)
-                            : !report.end_reason.empty()   ? report.end_reason
-                                                           : "cannot be read");
+        complain_of(report,
+                    error != report.messages.end() ? escaped_line(error->text) : "cannot be read");
         return STATUS_UNUSABLE;
     }
     if (report.syntax_errors == 0)
@@ -250,12 +250,18 @@ static int read_rows(const std::vector<std::string> &files, const ListJob &job, 
     reading.afterwards = [&](Reading &file, FileReport &report) {
         report.extract = row_of(file, report, job).dump();
     };
-    check_in_children(files, reading, 0, {.report = [&](const FileReport &report) {
-                          status = std::max(status, status_of(report));
-                          if (!report.extract.empty())
-                              rows.push_back(Json::parse(report.extract));
-                          return true;
-                      }});
+    const auto check = [&](size_t i) {
+        FileReport report;
+        check_file(files[i], reading, report);
+        return report;
+    };
+    const auto take = [&](size_t, const FileReport &report) {
+        status = std::max(status, status_of(report));
+        if (!report.extract.empty())
+            rows.push_back(Json::parse(report.extract));
+        return true;
+    };
+    do_in_order<FileReport>(files.size(), 0, check, take);
     return status;
 }
 

@@ -1,0 +1,242 @@
+// One mistake in a clean description is one finding, at its place, with the edit that mends it.
+
+#include "support/description.h"
+#include "tarnlet/diagnosis.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace
+{
+
+struct Release {
+    void operator()(BsdlDiagnosis *diagnosis) const { bsdlDiagnosisRelease(diagnosis); }
+};
+using Diagnosis = std::unique_ptr<BsdlDiagnosis, Release>;
+
+enum Fix { NONE, GUESS, SURE };
+
+struct MistakeCase {
+    const char *name;
+    const char *right; // stands once in the example
+    const char *wrong;
+    const char *rule;
+    Fix fix;
+    const char *hint; // a part of it
+};
+
+class Mistake : public testing::TestWithParam<MistakeCase>
+{
+};
+
+std::string example()
+{
+    std::ifstream file(TARNLET_SOURCE_DIR "/examples/demo.bsd", std::ios::binary);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+std::string replaced(std::string text, std::string_view right, std::string_view wrong)
+{
+    const size_t at = text.find(right);
+    EXPECT_NE(at, std::string::npos) << right;
+    EXPECT_EQ(text.find(right, at + 1), std::string::npos) << right << " stands twice";
+    return text.replace(at, right.size(), wrong);
+}
+
+Diagnosis diagnose(const std::string &text)
+{
+    return Diagnosis(bsdlDiagnose(text.data(), text.size(), "demo.bsd", nullptr));
+}
+
+std::vector<const BsdlFinding *> findings(const Diagnosis &diagnosis)
+{
+    std::vector<const BsdlFinding *> all;
+    for (uint32_t i = 0; i < bsdlFindingCount(diagnosis.get()); i++)
+        all.push_back(bsdlFindingAt(diagnosis.get(), i));
+    return all;
+}
+
+std::vector<const BsdlFinding *> standing(const Diagnosis &diagnosis)
+{
+    std::vector<const BsdlFinding *> all = findings(diagnosis);
+    std::erase_if(all, [](const BsdlFinding *finding) {
+        return finding->because >= 0 || finding->severity == BSDL_SEVERITY_NOTE;
+    });
+    return all;
+}
+
+size_t offset_of(const std::string &text, int32_t line, int32_t column)
+{
+    size_t at = 0;
+    while (--line > 0)
+        at = text.find('\n', at) + 1;
+    return at + static_cast<size_t>(column) - 1;
+}
+
+std::string with_edits(std::string text, const BsdlFinding *finding)
+{
+    for (uint32_t i = finding->edit_count; i-- > 0;) {
+        const BsdlPlace &place = finding->edits[i].place;
+        const size_t begin = offset_of(text, place.line, place.column);
+        const size_t end = offset_of(text, place.end_line, place.end_column);
+        text.replace(begin, end - begin, finding->edits[i].text);
+    }
+    return text;
+}
+
+std::string without_blanks(std::string text)
+{
+    std::erase_if(text, [](char c) { return c == ' ' || c == '\n'; });
+    return text;
+}
+
+std::string listed(const Diagnosis &diagnosis)
+{
+    std::ostringstream list;
+    for (const BsdlFinding *finding : findings(diagnosis))
+        list << finding->place.line << ':' << finding->place.column << ' ' << finding->rule << ' '
+             << finding->because << ' ' << finding->text << " | "
+             << (finding->hint ? finding->hint : "") << '\n';
+    return list.str();
+}
+
+} // namespace
+
+TEST_P(Mistake, IsOneFinding)
+{
+    const std::string right = example();
+    const std::string wrong = replaced(right, GetParam().right, GetParam().wrong);
+    const Diagnosis diagnosis = diagnose(wrong);
+    const auto found = standing(diagnosis);
+    ASSERT_EQ(found.size(), 1u) << listed(diagnosis);
+    EXPECT_STREQ(found[0]->rule, GetParam().rule);
+    ASSERT_TRUE(found[0]->hint) << listed(diagnosis);
+    EXPECT_NE(std::string(found[0]->hint).find(GetParam().hint), std::string::npos)
+        << found[0]->hint;
+    const size_t first = wrong.find(GetParam().wrong);
+    const size_t place = offset_of(wrong, found[0]->place.line, found[0]->place.column);
+    EXPECT_LE(first, place + 1) << listed(diagnosis);
+    EXPECT_LE(place, first + std::string_view(GetParam().wrong).size()) << listed(diagnosis);
+    ASSERT_EQ(found[0]->edit_count > 0, GetParam().fix != NONE) << listed(diagnosis);
+    if (GetParam().fix == NONE)
+        return;
+    EXPECT_EQ(found[0]->fix_sure != 0, GetParam().fix == SURE);
+    EXPECT_EQ(without_blanks(with_edits(wrong, found[0])), without_blanks(right));
+}
+
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Diagnosis, Mistake, testing::Values(
+    MistakeCase{"comma_between_pins", "\"SDA     : 18, \" &", "\"SDA     : 18\" &", "syntax-error", SURE, "a comma is missing behind 18"},
+    MistakeCase{"comma_between_cells", "CLK,      CLOCK,        X                  ), \" &", "CLK,      CLOCK,        X                  ) \" &", "syntax-error", SURE, "a comma is missing"},
+    MistakeCase{"comma_twice", "\"TCK     : 38, \"", "\"TCK     : 38,, \"", "syntax-error", SURE, "comma does not belong here"},
+    MistakeCase{"ampersand", "\"TDI     : 39, \" &", "\"TDI     : 39, \"", "syntax-error", SURE, "'&' is missing"},
+    MistakeCase{"closing_quotation_mark", "\"TDO     : 40, \" &", "\"TDO     : 40,  &", "syntax-error", SURE, "a quotation mark is missing"},
+    MistakeCase{"semicolon", "INSTRUCTION_LENGTH of tarn_demo : entity is 6;", "INSTRUCTION_LENGTH of tarn_demo : entity is 6", "syntax-error", SURE, "a semicolon is missing behind 6"},
+    MistakeCase{"colon", "TAP_SCAN_MODE  of TMS    : signal", "TAP_SCAN_MODE  of TMS     signal", "syntax-error", SURE, "a colon is missing behind TMS"},
+    MistakeCase{"parenthesis", "\"EXTEST    (000000), \"", "\"EXTEST    000000), \"", "syntax-error", SURE, "parenthesis is missing"},
+    MistakeCase{"keyword", "attribute TAP_SCAN_OUT ", "atribute TAP_SCAN_OUT ", "syntax-error", SURE, "attribute?"},
+    MistakeCase{"attribute_name", "attribute INSTRUCTION_OPCODE of", "attribute INSTRUCTION_OPCOD of", "syntax-error", SURE, "INSTRUCTION_OPCODE?"},
+    MistakeCase{"letter_for_digit", "\"CLAMP     (000100), \"", "\"CLAMP     (00O100), \"", "syntax-error", SURE, "letters stand among the digits"},
+    MistakeCase{"typographic_quotes", "\"FACTORY\";", "\xE2\x80\x9C" "FACTORY\xE2\x80\x9D;", "syntax-error", SURE, "typographic quotation marks"},
+    MistakeCase{"run_together", "SDA      : inout   bit;", "SDA      : inoutbit;", "syntax-error", SURE, "a blank is missing"},
+    MistakeCase{"entity_name", "attribute BOUNDARY_LENGTH of tarn_demo", "attribute BOUNDARY_LENGTH of tarn_dmo", "component-name-mismatch", GUESS, "the entity is called tarn_demo"},
+    MistakeCase{"end", "end tarn_demo;", "", "syntax-error", SURE, "the end of the description is missing"},
+    MistakeCase{"mapped_port", "\"RDY     : 27, \"", "\"RYD     : 27, \"", "mapped-port-undeclared", GUESS, "there is no port RYD; RDY?"},
+    MistakeCase{"register_instruction", "TRIM_READ CAPTURES", "TRIM_RAED CAPTURES", "register-instruction-unknown", GUESS, "TRIM_READ?"},
+    MistakeCase{"boundary_length", "BOUNDARY_LENGTH of tarn_demo : entity is 26", "BOUNDARY_LENGTH of tarn_demo : entity is 27", "cell-number-missing", GUESS, "the table ends with row 25"},
+    MistakeCase{"port_of_a_cell", "\"  5  (  BC_1, OE_N, ", "\"  5  (  BC_1, OEN_, ", "cell-port-undefined", GUESS, "OE_N?"}),
+    [](const auto &param) { return std::string(param.param.name); });
+// clang-format on
+
+TEST(Diagnosis, TwoMistakesAreTwoFindings)
+{
+    std::string text = replaced(example(), "\"SDA     : 18, \" &", "\"SDA     : 18 \" &");
+    text = replaced(text, "entity is 6;", "entity is 6");
+    const Diagnosis diagnosis = diagnose(text);
+    EXPECT_EQ(standing(diagnosis).size(), 2u) << listed(diagnosis);
+    size_t length = 0;
+    const char *mended = bsdlDiagnosisText(diagnosis.get(), &length);
+    EXPECT_EQ(without_blanks({mended, length}), without_blanks(example()));
+}
+
+TEST(Diagnosis, CleanTextHasNoFinding)
+{
+    const Diagnosis diagnosis = diagnose(example());
+    EXPECT_EQ(bsdlFindingCount(diagnosis.get()), 0u) << listed(diagnosis);
+    EXPECT_EQ(bsdlDiagnosisChecked(diagnosis.get()), uint32_t{BSDL_CHECKED_GENERAL});
+    EXPECT_STREQ(bsdlComponentName(bsdlDiagnosisBsdl(diagnosis.get())), "tarn_demo");
+}
+
+TEST(Diagnosis, StatementThatNothingMendsIsSetAside)
+{
+    const Diagnosis diagnosis =
+        diagnose(replaced(example(), "\"(TEST_EN, FUSE_EN) (10, 00)\"", "\"#1 @2 !3 %4 {5} =6\""));
+    const auto found = standing(diagnosis);
+    ASSERT_EQ(found.size(), 1u) << listed(diagnosis);
+    EXPECT_NE(std::string(found[0]->hint).find("set aside"), std::string::npos);
+    EXPECT_EQ(found[0]->edit_count, 0u);
+    EXPECT_EQ(bsdlGetBSRLength(bsdlDiagnosisBsdl(diagnosis.get())), 26);
+}
+
+TEST(Diagnosis, PackageThatIsMissingHidesNothing)
+{
+    const Diagnosis diagnosis = diagnose(replaced(example(), "use STD_1149_1_2001.all;",
+                                                  "use STD_1149_1_2001.all; use NOT_THERE.all;"));
+    const auto found = standing(diagnosis);
+    ASSERT_EQ(found.size(), 1u) << listed(diagnosis);
+    EXPECT_STREQ(found[0]->rule, "package-not-found");
+    EXPECT_GT(found[0]->related_count, 0u);
+}
+
+TEST(Diagnosis, LaterStandardIsReadAsTheNewestKnown)
+{
+    const Diagnosis diagnosis =
+        diagnose(replaced(example(), "use STD_1149_1_2001.all;", "use STD_1149_1_2013.all;"));
+    const auto found = standing(diagnosis);
+    ASSERT_EQ(found.size(), 1u) << listed(diagnosis);
+    EXPECT_STREQ(found[0]->rule, "standard-unknown");
+}
+
+TEST(Diagnosis, OpenPackageIsANoteAndAllPinMapsAreChecked)
+{
+    std::string text = replaced(example(), ":= \"TQFP48\"", ":= \"UNDEFINED\"");
+    text = replaced(text, "\"IRQ_N   : D1, \"", "\"IRQ_N   : D2, \"");
+    const Diagnosis diagnosis = diagnose(text);
+    const auto found = standing(diagnosis);
+    ASSERT_EQ(found.size(), 1u) << listed(diagnosis);
+    EXPECT_STREQ(found[0]->rule, "pin-id-not-unique");
+    EXPECT_STREQ(found[0]->pin_map, "BGA49");
+}
+
+TEST(Diagnosis, WorkIsBoundedWhateverTheText)
+{
+    std::string mistakes = "entity x is\n";
+    for (int i = 0; i < 10000; i++)
+        mistakes += "attribute , of : \"" + std::to_string(i) + ";\n";
+    for (const std::string &text :
+         {std::string(), std::string(1, '\0'), std::string(5000, '"'), std::string(20000, '('),
+          mistakes, example().substr(0, 1000), std::string(100000, 'a')}) {
+        const Diagnosis diagnosis = diagnose(text);
+        EXPECT_TRUE(diagnosis);
+    }
+    EXPECT_EQ(bsdlDiagnose(nullptr, 1, "x", nullptr), nullptr);
+    EXPECT_EQ(bsdlDiagnose("", 0, nullptr, nullptr), nullptr);
+    EXPECT_EQ(bsdlFindingAt(nullptr, 0), nullptr);
+}
+
+TEST(Diagnosis, CallerMayCancel)
+{
+    const std::string text = replaced(example(), "entity is 6;", "entity is 6");
+    const BsdlDiagnosisOptions options = {.size = sizeof options,
+                                          .cancelled = [](void *) -> int32_t { return 1; }};
+    EXPECT_EQ(bsdlDiagnose(text.data(), text.size(), "x", &options), nullptr);
+}
