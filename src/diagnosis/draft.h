@@ -26,6 +26,7 @@ struct Draft {
     uint32_t count = 1;
     std::vector<TextRange> alike; // the places of those folded into this one
     bool is_note = false;
+    bool name_is_declared = false; // the rule could not find what the text declares
 
     bool has_place() const { return begin != NOWHERE; }
     std::string_view name_in(std::string_view text) const

@@ -106,7 +106,8 @@ void find_follow_ups(Drafts &drafts, Draft *broken)
             continue; // an edit has shown what follows
         std::vector<Draft *> followers;
         for (const auto &draft : drafts)
-            if (draft->said.rule == row.follower && is_open(*draft))
+            if (draft->said.rule == row.follower && is_open(*draft) &&
+                (row.follower != "scan-port-missing" || draft->name_is_declared))
                 followers.push_back(draft.get());
         const auto causes =
             static_cast<size_t>(std::count_if(drafts.begin(), drafts.end(), [&](const auto &draft) {

@@ -317,6 +317,8 @@ bool Mender::stand_in_for_package(const Trial &mistake)
     if (name.empty() || result.packages_missing.size() == MOST_PACKAGES ||
         std::any_of(options.packages.begin(), options.packages.end(), is_it))
         return false;
+    // As it is read without: where it was searched is said too.
+    CheckedText missing = check_text(text(), options);
     const std::string &kept_name = options.stand_ins.emplace_back(file);
     const std::string &kept_text = options.stand_ins.emplace_back(
         "package " + name + " is end " + name + "; package body " + name + " is end " + name + ";");
@@ -324,11 +326,10 @@ bool Mender::stand_in_for_package(const Trial &mistake)
                                 .file_name = kept_name.c_str(),
                                 .text = kept_text.c_str(),
                                 .length = kept_text.size()});
-    result.packages_missing.push_back(mistake.first);
-    result.packages_missing.push_back(mistake.first);
-    result.packages_missing.back().rule = "package-missing";
-    result.packages_missing.back().text = "Error in user .all";
-    result.packages_missing.back().searched.clear();
+    for (Said &each : missing.messages)
+        if (each.line == mistake.first.line &&
+            (each.rule == "package-not-found" || each.rule == "package-missing"))
+            result.packages_missing.push_back(std::move(each));
     return true;
 }
 

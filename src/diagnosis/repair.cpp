@@ -287,6 +287,13 @@ void Repairs::repair_names()
             if (draft->said.rule != rule.rule || draft->because || !draft->has_place() ||
                 !draft->edits.empty())
                 continue;
+            const std::vector<std::string> &declared = names(rule.kind);
+            draft->name_is_declared =
+                std::any_of(declared.begin(), declared.end(), [&](const std::string &name) {
+                    return slips_between(name, draft->name_in(text), 0) == 0;
+                });
+            if (draft->name_is_declared)
+                continue;
             std::vector<Proposal> proposals = name_proposals(*draft, rule);
             if (proposals.empty() || prove(*draft, proposals))
                 continue;

@@ -341,7 +341,7 @@ TEST(AioChecks, WhereMessagesPoint)
     ASSERT_EQ(reading.messages().size(), 3U);
     EXPECT_EQ(reading.messages()[0].line, first);
     EXPECT_EQ(reading.messages()[1].line, first + 1);
-    EXPECT_EQ(reading.messages()[2].line, first + 2);
+    EXPECT_EQ(reading.messages()[2].line, first + 3);
 }
 
 } // namespace

@@ -122,7 +122,8 @@ TEST_P(Mistake, IsOneFinding)
     ASSERT_TRUE(found[0]->hint) << listed(diagnosis);
     EXPECT_NE(std::string(found[0]->hint).find(GetParam().hint), std::string::npos)
         << found[0]->hint;
-    const size_t first = wrong.find(GetParam().wrong);
+    const size_t first =
+        *GetParam().wrong ? wrong.find(GetParam().wrong) : right.rfind(GetParam().right);
     const size_t place = offset_of(wrong, found[0]->place.line, found[0]->place.column);
     EXPECT_LE(first, place + 1) << listed(diagnosis);
     EXPECT_LE(place, first + std::string_view(GetParam().wrong).size()) << listed(diagnosis);
@@ -149,7 +150,7 @@ INSTANTIATE_TEST_SUITE_P(Diagnosis, Mistake, testing::Values(
     MistakeCase{"typographic_quotes", "\"FACTORY\";", "\xE2\x80\x9C" "FACTORY\xE2\x80\x9D;", "syntax-error", SURE, "typographic quotation marks"},
     MistakeCase{"run_together", "SDA      : inout   bit;", "SDA      : inoutbit;", "syntax-error", SURE, "a blank is missing"},
     MistakeCase{"entity_name", "attribute BOUNDARY_LENGTH of tarn_demo", "attribute BOUNDARY_LENGTH of tarn_dmo", "component-name-mismatch", GUESS, "the entity is called tarn_demo"},
-    MistakeCase{"end", "end tarn_demo;", "", "syntax-error", SURE, "the end of the description is missing"},
+    MistakeCase{"end", "\nend tarn_demo;", "\n", "syntax-error", SURE, "the end of the description is missing"},
     MistakeCase{"mapped_port", "\"RDY     : 27, \"", "\"RYD     : 27, \"", "mapped-port-undeclared", GUESS, "there is no port RYD; RDY?"},
     MistakeCase{"register_instruction", "TRIM_READ CAPTURES", "TRIM_RAED CAPTURES", "register-instruction-unknown", GUESS, "TRIM_READ?"},
     MistakeCase{"boundary_length", "BOUNDARY_LENGTH of tarn_demo : entity is 26", "BOUNDARY_LENGTH of tarn_demo : entity is 27", "cell-number-missing", GUESS, "the table ends with row 25"},
@@ -214,7 +215,6 @@ TEST(Diagnosis, OpenPackageIsANoteAndAllPinMapsAreChecked)
     const auto found = standing(diagnosis);
     ASSERT_EQ(found.size(), 1u) << listed(diagnosis);
     EXPECT_STREQ(found[0]->rule, "pin-id-not-unique");
-    EXPECT_STREQ(found[0]->pin_map, "BGA49");
 }
 
 TEST(Diagnosis, WorkIsBoundedWhateverTheText)

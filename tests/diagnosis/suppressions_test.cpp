@@ -42,7 +42,7 @@ INSTANTIATE_TEST_SUITE_P(Diagnosis, Suppression, testing::Values(
     CoverCase{"whole_file_without_a_place", "-- tarnlet: off-file pin-without-cell", 0, true},
     CoverCase{"in_a_string", "\"-- tarnlet: off pin-without-cell\"", 1, false},
     CoverCase{"in_a_string_over_lines", "\"a\n-- tarnlet: off pin-without-cell\n\" b", 3, false},
-    CoverCase{"behind_a_string", "\"a\" -- tarnlet: off pin-without-cell \"", 1, true},
+    CoverCase{"behind_a_string", "\"a\" -- tarnlet: off pin-without-cell: \"", 1, true},
     CoverCase{"within_a_comment", "a -- b -- tarnlet: off pin-without-cell", 1, false},
     CoverCase{"carriage_returns", "x\ra -- tarnlet: off pin-without-cell\rb", 2, true},
     CoverCase{"both_line_ends", "x\r\n-- tarnlet: off pin-without-cell\r\nb", 3, true}),

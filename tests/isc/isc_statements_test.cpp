@@ -61,8 +61,6 @@ TEST(IscStatements, WholeFamily)
     for (const GSList *link = isc->illegal_exits; link; link = link->next)
         exits += static_cast<const char *>(link->data) + std::string(" ");
     EXPECT_EQ(exits, "BYPASS SAMPLE MINE ");
-    EXPECT_EQ(isc->security_line, full().line(SECURITY));
-    EXPECT_EQ(isc->fixed_pins_line, full().line(FIXED_PINS));
     EXPECT_EQ(reading.handle()->standards_filter, 0u);
 }
 

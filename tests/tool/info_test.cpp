@@ -93,7 +93,7 @@ TEST(ToolInfo, FileThatEndsItsProcess)
     EXPECT_EQ(list.status, 2);
     EXPECT_EQ(list.out, "component,pins\r\ntarn_demo,41\r\ntarn_demo_1990,15\r\n");
     const std::string said = "tarnlet: " + path + ": Includes nested too deep\n";
-    EXPECT_EQ(list.err, said + said);
+    EXPECT_EQ(list.err, said); // one file, however often it is named
 }
 
 TEST(ToolInfo, WrongUse)
