@@ -64,6 +64,8 @@ static void run_checks(CheckedText &result)
         return;
     }
     run(BSDL_CHECKED_GENERAL, bsdl_check);
+    if (bsdl->fast_read)
+        return;
     if (bsdlIs1532(bsdl) || bsdl->data->isc)
         run(BSDL_CHECKED_ISC, bsdl_check_isc);
     if (bsdlIsAio(bsdl) || bsdl->data->aio)

@@ -350,7 +350,7 @@ void Repairs::repair_numbers()
 {
     std::multimap<long, Row> table;
     for (const auto &draft : drafts) {
-        if (draft->said.rule != "cell-number-missing" || draft->because)
+        if (draft->said.rule != "cell-number-missing" || draft->because || !draft->edits.empty())
             continue;
         if (table.empty())
             table = rows();

@@ -803,7 +803,7 @@ constexpr BsdlRule RULES[] = {
      "An attribute that the standard does not know is used without being declared.",
      "Add 'attribute NAME : BSDL_EXTENSION;', or use the package that declares it."},
     {"design-warning-order", BY_STRICT, ANNEX "8.1",
-     "Wrong ordening of statements \"DESIGN_WARNING\" and BSDL Extensions ",
+     "Wrong ordening of statements \"DESIGN_WARNING\" and BSDL Extensions",
      "DESIGN_WARNING has to be the last statement, behind the extensions.",
      "Move the statement to the end."},
 

@@ -25,7 +25,7 @@ import tempfile
 
 PAGES = ("README.md", "CONTRIBUTING.md", "SECURITY.md", "CHANGELOG.md", "examples/README.md",
          "docs/*.md", "docs/*/*.md")
-LANGUAGES = {"sh", "c", "cpp", "cmake", "json", "yaml", "text"}
+LANGUAGES = {"sh", "c", "cpp", "cmake", "json", "yaml", "text", "toml"}
 NOT_COPIED = shutil.ignore_patterns(".git", "build*", "out", "node_modules", "__pycache__")
 FENCE = re.compile(r"^```(\S*) *(\S*)$")
 LINK = re.compile(r"!?\[[^\]]*\]\(([^)#]*)[^)]*\)", re.S)
