@@ -156,9 +156,6 @@ TEST(ToolReport, WrongUse)
         {"folder without a place", {"report", folder}, "-o DIR is needed"},
         {"several on standard output", {"report", demo, copy, "-o", "-"}, "-o DIR is needed"},
         {"page over its description", {"report", copy, "-o", copy}, "would overwrite"},
-        {"one page for two",
-         {"report", demo, folder + "/demo.bsd", "-o", folder + "/out/"},
-         "two of the files would have the page demo.bsd.html"},
         {"three to compare", {"report", "--diff", demo, copy, copy}, "--diff takes two files"},
         {"missing", {"report", "no/such.bsd"}, "no/such.bsd: Could not open file"},
     };
