@@ -722,7 +722,8 @@ TARNLET_API int32_t bsdlMessageEndColumn(void);
 /** A token that could have stood where a syntax error found another. */
 typedef struct BsdlExpected {
     const char *name; /**< As the texts of messages name it, such as "';'", "IS" or "IDENTIFIER". */
-    const char *text; /**< What one could write, such as ";", "IS"; NULL for names, numbers, ends. */
+    const char
+        *text; /**< What one could write, such as ";", "IS"; NULL for names, numbers, ends. */
 } BsdlExpected;
 
 /** All tokens that the parser could have gone on with, where the message at hand is a syntax
@@ -1162,8 +1163,8 @@ TARNLET_API const char *bsdlGetNextComplPattern(Bsdl *h);
  * Patterns are strings of the characters "01X", most significant bit first. Opcodes are in upper
  * case after bsdl_check_instr_reg(). Before it, and in the patterns of all other statements, an X
  * is as written and may be a small letter; only a pattern that is a lone X is always "X".
- * Instruction and register names are in upper case. The list of instructions may grow and change its order in
- * bsdl_check_instr_reg(); registers are linked by bsdl_check_reg_access().
+ * Instruction and register names are in upper case. The list of instructions may grow and change
+ * its order in bsdl_check_instr_reg(); registers are linked by bsdl_check_reg_access().
  * @{
  */
 

@@ -365,9 +365,9 @@ static int32_t check_times(const AioTimeConstants *constants)
 {
     int32_t result = BSDL_RESULT_OK;
     if (constants->lp_time < 0.0F)
-        result |= rule_error({"aio-lp-time-negative", token_place(constants->lp_place.begin, 2)},
-                             "<LP_time> '%s' should be > 0.0",
-                             scientific_text(constants->lp_time).text);
+        result |=
+            rule_error({"aio-lp-time-negative", token_place(constants->lp_place.begin, 2)},
+                       "<LP_time> '%s' should be > 0.0", scientific_text(constants->lp_time).text);
     if (constants->hp && constants->hp->hp_time < 0.0F)
         result |= rule_error({"aio-hp-time-negative", token_place(constants->hp_place.begin, 2)},
                              "<HP_time> '%s' should be > 0.0",

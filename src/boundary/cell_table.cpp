@@ -98,8 +98,7 @@ void boundary_register_skipped(Bsdl *bsdl)
     statement_skipped(bsdl, "Skipping boundary_register due to errors");
 }
 
-void boundary_register_made(Bsdl *bsdl, int32_t length, List table, Place length_place,
-                            Place place)
+void boundary_register_made(Bsdl *bsdl, int32_t length, List table, Place length_place, Place place)
 {
     auto *record = model_new<BoundaryRegister>(bsdl);
     record->boundary_length = static_cast<uint32_t>(length);

@@ -20,7 +20,7 @@ struct Rule {
     const char *id = nullptr;
     Place place = {};
     ExpectedTokens *expected = nullptr; // of a syntax error
-    bool sums_up = false; // the verdict on all checks of a family
+    bool sums_up = false;               // the verdict on all checks of a family
 };
 
 // Of a statement, counted from its ATTRIBUTE: what stands behind OF, and the first token of the

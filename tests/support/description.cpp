@@ -222,10 +222,7 @@ void expect_clean(Reading &reading)
     expect_messages(errors_and_warnings(reading.messages()), {});
 }
 
-void reset_reader_state()
-{
-    reader_state = {};
-}
+void reset_reader_state() { reader_state = {}; }
 
 std::string read_text(const std::string &path)
 {

@@ -100,16 +100,16 @@ TEST_P(CheckMark, StandsBelowThePlace)
 
 INSTANTIATE_TEST_SUITE_P(
     Tool, CheckMark,
-    testing::Values(
-        MarkCase{"carriage_returns", "-- x\rentity A is\r p q;\r", " p q;", " ^"},
-        MarkCase{"both_line_ends", "-- x\r\nentity A is\r\n p q;\r\n", " p q;", " ^"},
-        MarkCase{"tabs", "entity A is\n\t\"a\tb\" c;\n", " \"a b\" c;", " ^~~~~"},
-        MarkCase{"beyond_ascii", "entity A is\n\"\xC3\xA9\xFF\"; -- \xC3\xA9\n",
-                 "\"\xC3\xA9\\xFF\"; -- \xC3\xA9", "^~~~~~~"},
-        MarkCase{"long_line",
-                 "entity A is\n" + std::string(200, '\t') + "x \xC3\xA9" + std::string(200, '!'),
-                 std::string(60, ' ') + "x \xC3\xA9" + std::string(57, '!'),
-                 std::string(60, ' ') + "^"}),
+    testing::Values(MarkCase{"carriage_returns", "-- x\rentity A is\r p q;\r", " p q;", " ^"},
+                    MarkCase{"both_line_ends", "-- x\r\nentity A is\r\n p q;\r\n", " p q;", " ^"},
+                    MarkCase{"tabs", "entity A is\n\t\"a\tb\" c;\n", " \"a b\" c;", " ^~~~~"},
+                    MarkCase{"beyond_ascii", "entity A is\n\"\xC3\xA9\xFF\"; -- \xC3\xA9\n",
+                             "\"\xC3\xA9\\xFF\"; -- \xC3\xA9", "^~~~~~~"},
+                    MarkCase{"long_line",
+                             "entity A is\n" + std::string(200, '\t') + "x \xC3\xA9" +
+                                 std::string(200, '!'),
+                             std::string(60, ' ') + "x \xC3\xA9" + std::string(57, '!'),
+                             std::string(60, ' ') + "^"}),
     [](const auto &param) { return std::string(param.param.name); });
 
 // --------------------------------------------------------------------- status, what is counted
