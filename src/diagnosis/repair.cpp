@@ -59,7 +59,6 @@ struct Proposal {
     std::vector<TextEdit> edits;
     std::string hint;
     std::string fix;
-    int slips;
 };
 
 constexpr size_t MOST_PROPOSALS = 6; // for one finding
@@ -207,8 +206,7 @@ std::vector<Proposal> Repairs::name_proposals(const Draft &draft, const NameRule
         const std::string unknown = std::string("there is no ") + rule.noun + " " + word;
         Proposal here = {.edits = {{draft.begin, draft.end, name}},
                          .hint = unknown + "; " + name + "?",
-                         .fix = "replace '" + word + "' with '" + name + "'",
-                         .slips = slips};
+                         .fix = "replace '" + word + "' with '" + name + "'"};
         for (const TextRange &place : draft.alike)
             if (place.begin > here.edits.back().end)
                 here.edits.push_back({place.begin, place.end, name});
@@ -219,8 +217,7 @@ std::vector<Proposal> Repairs::name_proposals(const Draft &draft, const NameRule
         if (declared.size() == 1)
             proposals.push_back({.edits = {{declared.front().begin, declared.front().end, word}},
                                  .hint = name + " is used as " + word + " elsewhere; " + word + "?",
-                                 .fix = "replace '" + name + "' with '" + word + "'",
-                                 .slips = slips});
+                                 .fix = "replace '" + name + "' with '" + word + "'"});
     }
     if (proposals.size() > MOST_PROPOSALS)
         proposals.resize(MOST_PROPOSALS);
@@ -236,7 +233,6 @@ bool Repairs::prove(Draft &draft, std::vector<Proposal> &proposals)
     const std::string own = draft.said.rule + '\n' + draft.said.text;
     const Proposal *best = nullptr;
     Messages left;
-    bool tie = false;
     for (const Proposal &proposal : proposals) {
         if (!worth_trying())
             break;
@@ -247,7 +243,6 @@ bool Repairs::prove(Draft &draft, std::vector<Proposal> &proposals)
         if (!gone || (draft.count > 1 && now.count(own)) ||
             !std::includes(said_before.begin(), said_before.end(), now.begin(), now.end()))
             continue;
-        tie = best && now.size() == left.size();
         if (!best || now.size() < left.size()) {
             best = &proposal;
             left = now;
@@ -258,8 +253,6 @@ bool Repairs::prove(Draft &draft, std::vector<Proposal> &proposals)
     draft.edits = best->edits;
     draft.hint = best->hint;
     draft.fix = best->fix;
-    if (tie)
-        draft.sure = false;
     const TextRange own_place = {draft.begin, draft.end};
     if (best->edits.front().begin != draft.begin) {
         draft.related.emplace_back(own_place, "told of this");
@@ -372,8 +365,7 @@ void Repairs::repair_numbers()
             proposals.push_back(
                 {.edits = {{row->second.number.begin, row->second.number.end, missing}},
                  .hint = "two rows have the number " + twice + ", and none has " + missing,
-                 .fix = "replace " + twice + " with " + missing,
-                 .slips = 0});
+                 .fix = "replace " + twice + " with " + missing});
         }
         if (prove(*draft, proposals))
             continue;
@@ -414,8 +406,7 @@ void Repairs::repair_lengths()
                 proposals.push_back(
                     {.edits = {{token.begin, token.end, length}},
                      .hint = why,
-                     .fix = "replace " + std::string(token.in(text)) + " with " + length,
-                     .slips = 0});
+                     .fix = "replace " + std::string(token.in(text)) + " with " + length});
         };
         if (of_table) {
             const std::multimap<long, Row> table = rows();
