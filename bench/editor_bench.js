@@ -1,7 +1,7 @@
 // How fast the language server answers: node bench/editor_bench.js [EDITS]
 //
 // Medians over random edits of a description of 100 KB and one of 2 MB: from a change to the
-// library's findings and to the mended ones, hover and completion, and the memory of the server as
+// library's findings and to those with fixes, hover and completion, and the memory of the server as
 // a multiple of the open text. After `npm ci` in tests/lsp; TARNLET names the program.
 "use strict";
 const fs = require("node:fs");

@@ -390,7 +390,7 @@ void set_ebst_file(Session *session)
     session->call(+[](Bsdl *h) { return bsdlSetEbstFile(h, file.path().c_str()); });
 }
 
-// Never to a file in the folder at hand.
+// Never to a file in the current folder.
 void create_ebst(Session *session)
 {
     set_ebst_file(session);

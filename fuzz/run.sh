@@ -2,7 +2,7 @@
 # run.sh MINUTES [TARGET...]: runs the fuzzers, all without TARGET, so many minutes each, one for
 # each processor at a time. Seeds are the examples, fuzz/corpus, the folder of descriptions that
 # TARNLET_CORPUS names, and what earlier runs have kept in build/fuzz/kept. A fault is left in
-# build/fuzz/faults; once mended it goes to fuzz/corpus. The last lines give executions and
+# build/fuzz/faults; once fixed it goes to fuzz/corpus. The last lines give executions and
 # coverage at start and end.
 set -eu
 cd "$(dirname "$0")/.."

@@ -82,7 +82,7 @@ class Selecting
     const Selection &selection;
     Sources sources;
     FileFindings result;
-    std::vector<Finding> judged;        // those that are not to be shown are off
+    std::vector<Finding> judged;        // severity OFF: not to be shown
     std::map<std::string, size_t> seen; // fingerprints
 };
 
@@ -101,7 +101,7 @@ void Selecting::accept(Finding &finding)
         finding.accepted = Accepted::BY_BASELINE;
 }
 
-// Follow-ups do not count, whatever becomes of what they follow from.
+// Follow-ups never count, even when their cause is not shown.
 void Selecting::count(Finding &finding)
 {
     if (finding.accepted != Accepted::NO) {
@@ -130,8 +130,8 @@ void Selecting::judge_by_itself(size_t index)
     judged.push_back(std::move(finding));
 }
 
-// The finding that stands for itself behind it. The way there has no more steps than there are
-// findings.
+// The first cause of a finding, which follows from no other. The way to it has no more steps than
+// there are findings.
 static size_t root_of(const FileFindings &file, int32_t from)
 {
     for (size_t steps = 0; steps < file.findings.size(); steps++) {

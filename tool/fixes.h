@@ -8,7 +8,7 @@
 // How far --fix goes.
 enum class FixChoice : uint8_t { NONE, SURE, ALL };
 
-// A text with findings mended.
+// A text with findings fixed.
 struct FixedText {
     std::string text;
     size_t mended = 0;  // findings

@@ -31,7 +31,7 @@ constexpr const char *EXIT_STATUS_OF_FIND = "0 when there is one, 1 when there i
 constexpr const char *EXIT_STATUS_OF_TEXTS = "0 when all is well, 2 for a usage error.";
 
 constexpr const char *EXIT_STATUS_OF_SERVER =
-    "0 when the client has shut the server down, 1 when it went away, 2 for wrong use.";
+    "0 when the client has shut the server down, 1 when it went away, 2 for a usage error.";
 
 constexpr Command COMMANDS[] = {
     {"check",

@@ -79,9 +79,9 @@
  *
  * The library prints nothing. Each message is handed to the sink of the context if its verbosity
  * number does not exceed that of the context: 0 is used when memory runs out, 1 for syntax errors,
- * failed checks and what is at hand, 2 for rules that are broken, warnings and notes on packages, 3
- * for statements and checks that passed, 4 for statements that are absent and for each file tried.
- * A few notes stand at another number. A sink may ask bsdlMessageRule(), bsdlMessageFile(),
+ * failed checks and the current step, 2 for rules that are broken, warnings and notes on packages,
+ * 3 for statements and checks that passed, 4 for statements that are absent and for each file
+ * tried. A few notes stand at another number. A sink may ask bsdlMessageRule(), bsdlMessageFile(),
  * bsdlMessageLine() and its like what its message is about.
  *
  * A sink may call every function, on any handle. While a check or a call for the EBST file runs on
@@ -91,8 +91,8 @@
  * context of the latest readBsdl() is in force.
  *
  * Packages that nest deeper than ten files end the process after a message. So does memory that
- * runs out while text is scanned or a package is sought, or again after a call had to fail for want
- * of it.
+ * runs out while text is scanned or a package is searched for, or again after a call had to fail
+ * for want of it.
  */
 
 #include <stddef.h>
@@ -143,7 +143,7 @@ enum BsdlLevel {
     BSDL_LEVEL_WARNING = 1,
     BSDL_LEVEL_INFO = 2,    /**< A statement or a check passed, a statement is absent, a note. */
     BSDL_LEVEL_PHASE = 3,   /**< Heading of a phase. */
-    BSDL_LEVEL_PROGRESS = 4 /**< Which file, package or part is at hand. */
+    BSDL_LEVEL_PROGRESS = 4 /**< The current file, package or part. */
 };
 
 /** Result codes of the checks and of the EBST functions. */
@@ -454,8 +454,8 @@ typedef struct BsdlMessage {
 
 /** Where messages go. The caller owns it and keeps it until no export will be called again. */
 typedef struct BsdlContext {
-    /** Called for each message on the thread of the export at hand; NULL drops all messages. It may
-     * read other files, and check and release those, but must leave the handle at hand as it is. */
+    /** Called for each message on the thread of the running export; NULL drops all messages. It may
+     * call every function, see Messages above. */
     void (*message_sink)(void *sink_data, BsdlMessage *msg);
     void *sink_data;    /**< First argument of message_sink; the library does not look at it. */
     uint32_t verbosity; /**< Messages with a higher number are dropped; may change at any time. */
@@ -623,7 +623,7 @@ typedef struct PrgProgramSpec {
  * @param file_name    File to read; the name is copied.
  * @param package      Name of the pin mapping to use; NULL for the default that the description
  *                     gives. An empty name is a name. Copied.
- * @param package_dirs Directories to search for package files ahead of the places that are
+ * @param package_dirs Directories to search for package files before the places that are
  *                     always searched, a list of strings or NULL; see bsdlUsrPackDirs(). It is
  *                     used during the call only.
  * @param flags        Set of BsdlFlag bits.
@@ -700,9 +700,9 @@ TARNLET_API int32_t bsdlGetNumErrors(Bsdl *h);
 TARNLET_API void bsdl_msg(int32_t level, uint32_t verbosity, const char *format, ...)
     TARNLET_PRINTF(3, 4);
 
-/** Place that the message at hand is about, from its first byte to behind its last: the token that
- * a syntax error found; the name, number, table row or statement that a rule is about. For what is
- * missing, it is that of what demands it. Headings have no place.
+/** Place that the current message is about, from its first byte to the one after its last: the
+ * token that a syntax error found; the name, number, table row or statement that a rule is about.
+ * For what is missing, it is that of what demands it. Headings have no place.
  * @return A line counted from 1; 0 if there is none, and outside a message sink. */
 TARNLET_API int32_t bsdlMessageLine(void);
 
@@ -714,7 +714,7 @@ TARNLET_API int32_t bsdlMessageColumn(void);
  * @return A line counted from 1; 0 without a place, and outside a message sink. */
 TARNLET_API int32_t bsdlMessageEndLine(void);
 
-/** Column behind the last byte of the place; bsdlMessageColumn() for an empty place, such as the
+/** Column after the last byte of the place; bsdlMessageColumn() for an empty place, such as the
  * end of a file.
  * @return A byte of the line counted from 1; 0 without a place, and outside a message sink. */
 TARNLET_API int32_t bsdlMessageEndColumn(void);
@@ -726,19 +726,19 @@ typedef struct BsdlExpected {
         *text; /**< What one could write, such as ";", "IS"; NULL for names, numbers, ends. */
 } BsdlExpected;
 
-/** All tokens that the parser could have gone on with, where the message at hand is a syntax
+/** All tokens that the parser could have gone on with, where the current message is a syntax
  * error; its text names them when they are at most four.
  * @param count Gets their number, 0 without any; may be NULL.
  * @return The tokens, valid during the call of the sink; NULL for other messages, and outside a
  *         message sink. */
 TARNLET_API const BsdlExpected *bsdlMessageExpected(int32_t *count);
 
-/** File that the message at hand is about: the description or a package file.
+/** File that the current message is about: the description or a package file.
  * @return The name, valid during the call of the sink; NULL if there is none, and outside a
  *         message sink. */
 TARNLET_API const char *bsdlMessageFile(void);
 
-/** Identifier of the rule that the message at hand is about, such as "cell-number-missing".
+/** Identifier of the rule that the current message is about, such as "cell-number-missing".
  * Identifiers are stable: a host that looks for certain messages goes by them, not by the texts.
  * @return The identifier, valid during the call of the sink; NULL if there is none, and outside
  *         a message sink. */
@@ -749,7 +749,7 @@ TARNLET_API const char *bsdlMessageRule(void);
 /**
  * @defgroup packages Package files
  *
- * A package is sought in the caller's directories, in the current directory, beside the
+ * A package is searched for in the caller's directories, in the current directory, beside the
  * description, in the directory that the environment variable BST64 names, beside the library,
  * and among the packages that are installed with it.
  * @{
@@ -758,7 +758,7 @@ TARNLET_API const char *bsdlMessageRule(void);
 /**
  * Makes a list of directories for readBsdl(). The strings are not copied.
  *
- * @param first First directory, further ones behind it, and NULL at the end. For a list that is
+ * @param first First directory, further ones after it, and NULL at the end. For a list that is
  *              to be given to bsdlFreeUsrPackDirs() they must come from g_malloc() or malloc().
  * @return A new list, released with bsdlFreeUsrPackDirs(), or with g_slist_free() where the strings
  *         are not to be released; NULL if first is NULL.
@@ -892,7 +892,7 @@ TARNLET_API int32_t bsdlGetNbrOfComponents(GList *list);
  * @return The data; NULL for an empty list. */
 TARNLET_API void *bsdlGetFirstComponent(GList *list);
 
-/** Data of the cell behind a cell.
+/** Data of the next cell.
  * @return The data; NULL at the end and for NULL. */
 TARNLET_API void *bsdlGetNextComponent(GList *cell);
 
@@ -900,7 +900,7 @@ TARNLET_API void *bsdlGetNextComponent(GList *cell);
  * @return The start of the list, which is new if the list was empty. */
 TARNLET_API GList *bsdlAddComponent(GList *list, void *component);
 
-/** Seeks a pointer in a list, as g_list_find().
+/** Finds a pointer in a list, as g_list_find().
  * @return The cell that holds the same pointer, or NULL. */
 TARNLET_API GList *bsdlFindComponent(GList *list, const void *component);
 
@@ -1114,7 +1114,7 @@ TARNLET_API int32_t bsdlGetNbrOfPinMaps(Bsdl *h);
 TARNLET_API const char *bsdlGetFirstPinMap(Bsdl *h);
 
 /** Name of the next pin mapping.
- * @return The name; NULL at the end, and for a mapping with a syntax error, behind which the
+ * @return The name; NULL at the end, and for a mapping with a syntax error, after which the
  *         iteration can go on: count with bsdlGetNbrOfPinMaps(). */
 TARNLET_API const char *bsdlGetNextPinMap(Bsdl *h);
 
@@ -1699,11 +1699,11 @@ TARNLET_API AioPinResult *bsdlAioFirstPinBehavior(Bsdl *h);
  * @return The values; NULL at the end, and before bsdlAioFirstPinBehavior(). */
 TARNLET_API AioPinResult *bsdlAioNextPinBehavior(Bsdl *h);
 
-/** Next port of the description at hand.
+/** Next port of the current description.
  * @return The values; NULL at the end, and before bsdlAioFirstPinBehavior(). */
 TARNLET_API AioPinResult *bsdlAioNextACPort(Bsdl *h);
 
-/** Next bit of the vector at hand, with its input cell if it has one.
+/** Next bit of the current vector, with its input cell if it has one.
  * @return The values; NULL at the end, for a port that is no vector or has a subscript, and
  *         before bsdlAioFirstPinBehavior(). */
 TARNLET_API AioPinResult *bsdlAioNextInputCell(Bsdl *h);
@@ -1776,7 +1776,7 @@ TARNLET_API const D4Partition *btslD4TbicNextPartitions(Bsdl *h);
  */
 
 /** The check of a PPC/PRG file: references, extensions, and the IEEE 1532 statements of each part
- * type. It is the only one to call for such a file, once, and ahead of the queries on IEEE 1532
+ * type. It is the only one to call for such a file, once, and before the queries on IEEE 1532
  * statements: bsdl_check(), an earlier call or such a query would give up the declarations of
  * extensions that this check needs.
  * @return 0, 2 for a NULL handle, 100 if a rule failed; 0 also after freeBsdl(). */

@@ -3,12 +3,12 @@
 
 /**
  * @file
- * @brief Findings: what is wrong in a text, where, and what mends it.
+ * @brief Findings: what is wrong in a text, where, and what fixes it.
  *
  * readBsdl() and the checks tell a host all that the standard has to say about a file, rule by
  * rule. A diagnosis tells a person what to do: each mistake once, at its place, with the edit that
- * mends it. It reads a text, mends mistakes of syntax by trial and reads on, so that mistakes
- * behind the first are found too and the rules are checked on the text as its author meant it.
+ * fixes it. It reads a text, fixes mistakes of syntax by trial and reads on. So mistakes after the
+ * first are found too, and the rules are checked on the text as its author meant it.
  *
  * @code
  * BsdlDiagnosisOptions options = {.size = sizeof options};
@@ -22,7 +22,7 @@
  * @endcode
  *
  * A diagnosis is no reading of its thread: the context, the condition of the scanner and the place
- * of the message at hand are as before when it returns, and what it finds does not depend on what
+ * of the current message are as before when it returns, and what it finds does not depend on what
  * was read before. The work is bounded for each text, in bytes read, so the result does not depend
  * on the machine. Several threads may diagnose at once.
  *
@@ -42,7 +42,7 @@ extern "C" {
 /** How much a finding weighs. */
 enum BsdlSeverity { BSDL_SEVERITY_ERROR = 0, BSDL_SEVERITY_WARNING = 1, BSDL_SEVERITY_NOTE = 2 };
 
-/** A range of a file. Lines and columns count from 1, columns in bytes; the end is behind the last
+/** A range of a file. Lines and columns count from 1, columns in bytes; the end is after the last
  * byte. A line of 0: the finding is about the file as a whole. */
 typedef struct BsdlPlace {
     const char *file; /**< As handed in for the description; the path of a package file. */
@@ -73,7 +73,7 @@ typedef struct BsdlFinding {
     const char *text;      /**< The library's own text, without line ends around it. */
     const char *hint;      /**< What is wrong and what to do, in plain words; NULL for none. */
     const char *fix;       /**< What the edits do; NULL when there are none. */
-    const BsdlEdit *edits; /**< What mends it, in the order of the text; they do not overlap. */
+    const BsdlEdit *edits; /**< What fixes it, in the order of the text; they do not overlap. */
     uint32_t edit_count;
     int32_t fix_sure; /**< 1: the edits are certain to be what was meant; 0: a guess. */
     const BsdlRelated *related;
@@ -95,7 +95,7 @@ typedef struct BsdlDiagnosisOptions {
     const BsdlPackageText *packages; /**< As for readBsdlText(). */
     size_t package_count;
     uint32_t flags;     /**< BSDL_FLAG_STRICT or 0. */
-    uint32_t as_read;   /**< 1: no mending, no hints: the library's messages alone. */
+    uint32_t as_read;   /**< 1: no fixes, no hints: the library's messages alone. */
     uint32_t verbosity; /**< With as_read: not 0: findings are the messages of all levels up to
                              this verbosity; headings and verdicts are notes without a rule. */
     int32_t (*cancelled)(void *data); /**< Asked now and then; not 0 ends the work early. */
@@ -127,10 +127,10 @@ TARNLET_API uint32_t bsdlFindingCount(const BsdlDiagnosis *diagnosis);
 /** A finding, in the order of the text; NULL beyond the last one. */
 TARNLET_API const BsdlFinding *bsdlFindingAt(const BsdlDiagnosis *diagnosis, uint32_t index);
 
-/** The text with all edits of findings that mend a mistake of syntax, sure or not: what the rules
+/** The text with all edits of findings that fix a mistake of syntax, sure or not: what the rules
  * were checked on.
  * @param length Receives the number of bytes; may be NULL.
- * @return The text, terminated; that handed in when nothing was mended. NULL for NULL. */
+ * @return The text, terminated; that handed in when nothing was fixed. NULL for NULL. */
 TARNLET_API const char *bsdlDiagnosisText(const BsdlDiagnosis *diagnosis, size_t *length);
 
 /** The description as it was read from bsdlDiagnosisText(), with its checks run. All queries may be

@@ -77,7 +77,7 @@ enum BsdlSymbolReference { BSDL_SYMBOL_ELSEWHERE = -1 };
 /** One word. */
 typedef struct BsdlSymbol {
     uint32_t begin;     /**< Offset of its first byte. */
-    uint32_t end;       /**< Offset behind its last byte. */
+    uint32_t end;       /**< Offset after its last byte. */
     uint32_t statement; /**< Index of its statement. */
     uint32_t row;       /**< Row of the table it stands in, counted from 0. */
     int16_t column;     /**< Its place between the commas of the innermost parenthesis. */
@@ -105,7 +105,7 @@ enum BsdlStatementKind {
 typedef struct BsdlStatement {
     int32_t kind;          /**< See BsdlStatementKind. */
     uint32_t begin;        /**< Offset of its first word or comment. */
-    uint32_t end;          /**< Offset behind its ';' or, where that is missing, its last byte. */
+    uint32_t end;          /**< Offset after its ';' or, where that is missing, its last byte. */
     uint32_t first_symbol; /**< Index of its first symbol. */
     uint32_t symbol_count;
     int32_t name;   /**< Index of the symbol that names it: the attribute, constant, component

@@ -53,8 +53,8 @@ struct AioPinInfo {
     Place place;
 };
 
-// All ports of all descriptions in one row, for bsdlAioThisPinBehavior(). What stands before
-// `begun` has no input cells left.
+// All ports of all descriptions in one array, for bsdlAioThisPinBehavior(). Those before `begun`
+// have no input cells left.
 struct AioPortTable {
     AioPort **ports;
     const AioPinInfo **infos;

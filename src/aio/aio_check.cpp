@@ -12,26 +12,30 @@
 namespace
 {
 
-// The pulse, the train and the pins need not be there: 5 passes.
-// clang-format off
+// EXTEST_PULSE, EXTEST_TRAIN and the pin behavior are optional: the result 5 for one that is absent
+// counts as passed.
 constexpr CheckStep AIO_STEPS[] = {
-    {.check = bsdl_check_aio_conformance, .fails_from = 1,
+    {.check = bsdl_check_aio_conformance,
+     .fails_from = 1,
      .passed = "\tAIO Component Conformance passed",
      .failed = "\tAIO Component Conformance has errors"},
-    {.check = bsdl_check_aio_extest_pulse, .fails_from = 6,
+    {.check = bsdl_check_aio_extest_pulse,
+     .fails_from = 6,
      .passed = "\tAIO EXTEST Pulse Execution passed",
      .failed = "\tAIO EXTEST Pulse Execution has errors"},
-    {.check = bsdl_check_aio_extest_train, .fails_from = 6,
+    {.check = bsdl_check_aio_extest_train,
+     .fails_from = 6,
      .passed = "\tAIO EXTEST Train Execution passed",
      .failed = "\tAIO EXTEST Train Execution has errors"},
-    {.check = bsdl_check_aio_pin_behavior, .fails_from = 6,
+    {.check = bsdl_check_aio_pin_behavior,
+     .fails_from = 6,
      .passed = "\tAIO Pin Behavior passed",
      .failed = "\tAIO Pin Behavior has errors"},
 };
 // clang-format on
 
-// The compliance ports, to find the first that a port meets. Spellings count: a name in another
-// case is another name here.
+// Finds the first compliance port that equals a port. Letter case counts here: a name in another
+// case is another name.
 struct ComplianceIndex {
     Index names; // address of the name -> first position of that spelling
     Index whole; // that position -> first port of the name without a subscript
@@ -44,7 +48,7 @@ struct PinCheck {
     Arena arena;
     ComplianceIndex compliance;
     Index last_use;    // port_key -> number of its last use
-    uint32_t uses;     // number of the use at hand
+    uint32_t uses;     // number of the current use
     GSList *described; // the descriptions
 };
 
@@ -198,7 +202,7 @@ static void index_compliance(PinCheck *check)
     }
 }
 
-// Where one of the two has no subscript, the name alone decides and is shown.
+// When one of the two has no subscript, only the names are compared and only the name is shown.
 static const char *fixed_port_text(const PortId *port, bool as_bit)
 {
     return as_bit ? port_text_square(port) : port->name;
@@ -219,7 +223,7 @@ static int32_t check_compliance_port(const PinCheck *check, const AioPort *port)
                       fixed_port_text(id, id->subscripted && bit < whole));
 }
 
-// Stops at the first of them that the port is. Spellings count, case included.
+// Reports the first fixed port that equals the port. Letter case counts.
 static int32_t check_fixed_ports(const PinCheck *check, const AioPort *port)
 {
     const ScanPorts *scan = check->bsdl->data->scan_port;
@@ -250,7 +254,7 @@ static int32_t check_fixed_ports(const PinCheck *check, const AioPort *port)
 
 // ------------------------------------------------------------------------------- the pins
 
-// Numbers the uses of ports in their order; the last of each port counts.
+// Numbers the uses of ports in their order and keeps the last number of each port.
 static void index_uses(PinCheck *check)
 {
     size_t count = 0;

@@ -181,9 +181,9 @@ AioPinResult *bsdlAioNextInputCell(Bsdl *h)
 
 // ---------------------------------------------------------------------------- the search for a pin
 
-// The search tries each port with its cells: while it has cells left it stands for as many bits,
-// from the first of its range on, and each bit that is passed costs it a cell. So a search leaves
-// the ports before the one that it found without cells, and `begun` keeps the next search from
+// A port with n input cells left stands for n bits, from the first bit of its range on. The search
+// tries the ports in order and takes one cell from a port for each bit that it passes. So all ports
+// before the one that it finds are left without cells, and `begun` keeps the next search from
 // walking over them again.
 
 static void build_table(Bsdl *bsdl, AioPortTable *table)

@@ -77,7 +77,7 @@ static const Device *device_of(Bsdl *h)
     return &DEVICES[reader_state.d4_device];
 }
 
-// The record behind the cursor, which comes to rest at the end.
+// The record after the cursor. The cursor stays at the end.
 template <class T> static const T *next_of(const T *records, uint32_t count, uint32_t *cursor)
 {
     if (*cursor < count)

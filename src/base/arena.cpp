@@ -10,7 +10,7 @@ namespace
 // unused.
 constexpr size_t LARGEST_SHARE = 8;
 constexpr size_t LARGEST_BLOCK = size_t{32} << 20;
-// Behind the last record of a block, so that text may be read by words.
+// Readable bytes after the last record of a block, since text is read in words.
 constexpr size_t READ_AHEAD = 8;
 // Two tokens of the greatest length and the records of the longest chain of reductions.
 constexpr size_t RESERVE_SIZE = size_t{96} << 10;
@@ -82,8 +82,8 @@ void *arena_grow(Arena *arena, size_t size)
     if (block) {
         grow_blocks(arena, wanted);
     } else {
-        // The reserve is used up by a path or name of the caller that is longer than any token, or
-        // by a host that went on many times. There is no memory left to write to.
+        // Two things use up the reserve: a path or name of the caller that is longer than any
+        // token, and a host that keeps calling after failures. There is no memory left to write to.
         if (!arena->reserve || arena->reserve->size < room)
             arena_exhausted();
         arena->failed = true;
@@ -124,7 +124,7 @@ void *arena_try(Arena *arena, size_t count, size_t size)
         block_enter(arena, block);
         return arena_alloc(arena, bytes);
     }
-    // A large array gets a block of its own behind the current one, which stays in use.
+    // A large array gets a block of its own after the current one, which stays in use.
     if (arena->blocks) {
         block->older = arena->blocks->older;
         arena->blocks->older = block;

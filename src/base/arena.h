@@ -33,7 +33,7 @@ constexpr size_t ARENA_GUARD = 0;
 // builds records tests nothing; the parser loop and the loops of the checks look at `failed` once a
 // step and give up. A large array may be refused: arena_array() gives NULL then.
 //
-// Eight bytes behind anything that an arena handed out may be read, so that text can be compared by
+// Eight bytes after anything that an arena handed out may be read, so that text can be compared by
 // words; not where ARENA_GUARD is set.
 struct ArenaBlock;
 
@@ -74,8 +74,8 @@ template <class T> T *arena_new(Arena *arena)
     return static_cast<T *>(arena_alloc(arena, sizeof(T)));
 }
 
-// What becomes of a step that not even the reserve has room for: it does not come back. Whoever
-// uses arenas defines it.
+// Called when even the reserve has no room for a step. It does not return. The program that uses
+// arenas defines it.
 [[noreturn]] void arena_exhausted();
 
 // An array whose length comes from the file; NULL (and `failed`) when it cannot be had.

@@ -51,7 +51,8 @@ bool find_to_read(const char *path, char (&found)[LONGEST_PATH])
     return true;
 }
 
-// A component ".." is left to the system, since what is above a link is not what its name says.
+// A component ".." is left to the system: the parent of the folder that a link leads to is not the
+// one that the path names.
 static bool has_parent_component(const char *path)
 {
     for (const char *at = path; (at = std::strstr(at, "..")); at += 2)

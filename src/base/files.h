@@ -9,7 +9,7 @@
 constexpr char PATH_SEPARATOR = '/';
 constexpr size_t LONGEST_PATH = 4096;
 
-// Whether a character parts a path in any of the forms in which hosts hand them in.
+// Whether a character separates the parts of a path, in any form that hosts use.
 bool is_path_separator(char c);
 
 // NULL for what cannot be opened and for a directory.

@@ -20,7 +20,7 @@ uint32_t list_length(const void *head); // walks over it
 
 // The elements of a GSList or GList, each as a T *:
 //     for (const PortId *port : items<PortId>(list))
-// The link is left behind after the body, so the body may put another element in its place.
+// The next link is read after the body, so the body may put another element into the current one.
 template <class T, class Link> struct Items {
     struct Place {
         const Link *link;
@@ -52,11 +52,11 @@ uint32_t list_count(ListWalk *walk, const void *head);
 // Sets the cursor to 0; the first element or NULL.
 void *list_first(ListWalk *walk, const void *head, uint32_t *cursor);
 
-// A cursor beyond the length stays and gives NULL; else it grows by one and the element there (from
-// 0) is given, NULL past the end. So it comes to rest at the length plus one.
+// Adds one to the cursor and gives the element there, counted from 0; NULL past the end. A cursor
+// beyond the length stays as it is. So the cursor ends at the length plus one.
 void *list_next(ListWalk *walk, const void *head, uint32_t *cursor);
 
-// The same for the iterations that step only below the length, and come to rest at it.
+// The same for the iterations whose cursor ends at the length.
 void *list_next_below(ListWalk *walk, const void *head, uint32_t *cursor);
 
 // The element at the cursor, NULL past the end. Leaves the cursor alone.
@@ -88,7 +88,7 @@ template <class T> T *iteration_next(const Iteration &list)
     return list.walk ? static_cast<T *>(list_next(list.walk, list.head, list.cursor)) : nullptr;
 }
 
-// The form that comes to rest at the length.
+// The form whose cursor ends at the length.
 template <class T> T *iteration_next_below(const Iteration &list)
 {
     return list.walk ? static_cast<T *>(list_next_below(list.walk, list.head, list.cursor))

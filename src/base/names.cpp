@@ -82,7 +82,7 @@ static bool same_writing(const char *known, const char *text, size_t length)
     return std::strncmp(known, text, length) == 0 && known[length] == '\0';
 }
 
-// By words. What lies behind a name in the arena is readable, see Arena.
+// Compares in words. The bytes after a name in the arena are readable, see Arena.
 static bool same_writing_padded(const char *known, const char *text, size_t length)
 {
     if (ARENA_GUARD) // there a sanitizer watches
@@ -110,8 +110,8 @@ static const char *intern(NameTable *names, const char *text, size_t length, uin
             fold = name_fold(known);
     }
     const char *stored = name_store(names, text, length, fold ? fold : ++names->folds);
-    // A table that could not grow stays findable up to its last free slot; from then on the reading
-    // is given up (`failed`), so that a name is no longer entered.
+    // A table that cannot grow is filled up to its last free slot. Then the reading has failed
+    // (`failed`), and no name is entered any more.
     if (names->used < names->mask) {
         names->slots[at] = tag | reinterpret_cast<uint64_t>(stored);
         names->used++;

@@ -22,9 +22,9 @@ struct NameTable {
 bool names_start(NameTable *names, Arena *arena, size_t expected = 0);
 void names_release(NameTable *names);
 
-// The hash of a text with letters folded; name_intern() takes it from callers that have it already.
-// It sets the bit that tells a small letter from a capital in every byte; some other characters
-// fall together as well, which only costs a comparison.
+// The hash of a text with letters folded; callers that have it already hand it to name_intern(). It
+// sets, in every byte, the bit that tells a small letter from a capital. Some other characters
+// become equal too, which only costs a comparison.
 constexpr uint64_t FOLD_BITS = 0x2020202020202020;
 
 constexpr uint64_t hash_step(uint64_t hash, uint64_t word)
@@ -44,9 +44,9 @@ constexpr uint64_t load_word(const char *text, size_t length)
     return word;
 }
 
-// Names that differ in their last character alone, as numbered ports do and follow each other in
-// every statement, get neighbouring places: a table of a million names is then walked line by line
-// of the cache and not jumped about in.
+// Names that differ only in their last character get neighbouring places. Numbered ports are such
+// names, and they follow each other in every statement. So a table of a million names is read cache
+// line by cache line.
 constexpr uint64_t hash_end(uint64_t hash, char last)
 {
     const uint64_t folded = static_cast<unsigned char>(last) | 0x20;

@@ -95,7 +95,7 @@ CellEntry *next_cell_of_bit(Bsdl *bsdl, const CellEntry *cell);
 
 // ------------------------------------------------------------- cells and their ports
 
-// The rules that set a cell against the logical port that it names: 0 or 100.
+// The rules that compare a cell with the logical port that it names: 0 or 100.
 int32_t check_cell_port(Bsdl *bsdl, CellEntry *cell);
 // Pins that no cell serves: 0 or 100.
 int32_t check_missing_cells(Bsdl *bsdl);
@@ -173,7 +173,7 @@ struct CorvaneClassEntry {
 // attribute as a definition; `name` need not come from the name table.
 void extension_declared(Bsdl *bsdl, const char *name, Place place);
 void extension_defined(Bsdl *bsdl, const char *name, Place place);
-// A declaration in the package file at hand.
+// A declaration in the current package file.
 void extension_declared_in_package(Bsdl *bsdl, const char *name);
 
 void extension_declaration_passed(Bsdl *bsdl, const char *name, Place place);

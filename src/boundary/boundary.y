@@ -180,9 +180,9 @@ signature_spec:
   EXPECT_DATA mode_bin det_pattern { $$ = $det_pattern; bsdl->scan_mode = SCAN_MODE_NONE; }
 ;
 
-// Where a duration may begin with either, its first token is the look-ahead that tells them apart:
-// that token has been read already, and the mode set here is for the token behind it. The count
-// follows upon a port whose end shows by it alone, so the mode is set ahead of the port as well.
+// A duration begins with a time or with a port. To tell them apart the parser reads the first token
+// ahead, so the mode set here holds from the second token on. The count is read ahead too, to see
+// where the port ends, so its mode is already set before the port.
 clock_cycles:
   mode_integer port_id mode_integer cycle_count { $$ = clock_cycles_new(bsdl, $port_id, $4, @port_id); }
 ;

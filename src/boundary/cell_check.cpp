@@ -13,7 +13,7 @@ namespace
 
 constexpr size_t SCRATCH_BLOCK = size_t{64} << 10;
 
-// A wrong length may leave two thousand million numbers without a cell.
+// A wrong length may leave two billion numbers without a cell.
 constexpr uint32_t MOST_MISSING_LINES = 65536;
 
 // The entries that name one control cell, in table order, apart by their disable value.
@@ -277,8 +277,8 @@ static int32_t report_disable_value(const CellEntry *cell, const CellEntry *cont
                       control->cell_number, function_name(control));
 }
 
-// A pin whose control cell is safe must be disabled: the values share their codes. All entries with
-// another disable value, in table order.
+// The safe value of a control cell must disable what the cell controls. Safe bits and disable
+// values have the same codes. Reports all entries with another disable value, in table order.
 static int32_t check_disable_values(const CellCheck *check, const ControlGroup *group,
                                     const CellEntry *control)
 {
@@ -342,7 +342,7 @@ static int32_t check_undriven(CellCheck *check, const CellEntry *cell)
     return result;
 }
 
-// A driver that is disabled by its own value is an open one: it can only pull away from that value.
+// A driver that its own value disables is an open output: it can only pull away from that value.
 static int32_t check_self_disable(const CellEntry *cell, int32_t level)
 {
     static constexpr struct {
@@ -482,7 +482,7 @@ static int32_t check_cells(CellCheck *check)
             result |= check_cell_port(check->bsdl, cell);
         result |= check_control(check, cell);
     }
-    // Only now, since a control cell may stand behind those that it controls.
+    // Only now: a control cell may come after the cells that it controls.
     for (uint32_t i = 0; i < check->count; i++)
         result |= check_controlled(check, check->cells[i]);
     result |= check_missing_cells(check->bsdl);

@@ -1,9 +1,9 @@
-// The rules that set a cell against the logical port it names, and what the pins learn from the
-// cells: which have none, which can be disabled.
+// The rules that compare a cell with the logical port that it names. Then what the cells say about
+// the pins: which pins have no cell, and which can be disabled.
 //
-// Two cells of one number are one stage of the register (a merged cell), so "another cell" is here
-// always one of another number. The rules look for other cells of a port in five ways, which stand
-// first; each is answered from a few positions that one pass over the table leaves for each port.
+// Two cells of one number are one stage of the register (a merged cell), so "another cell" is
+// always one of another number here. The rules look for other cells of a port in five ways, which
+// come first. A pass over the table keeps a few positions for each port, and these answer all five.
 
 #include "boundary/boundary.h"
 #include "frame/check.h"
@@ -17,8 +17,8 @@ namespace
 
 constexpr uint32_t NO_CELL = UINT32_MAX;
 
-// Of a set of cells the position of the first one, and of the first one of another number than
-// that. The first cell whose number is not n is one of the two, for any n.
+// Two positions of a set of cells: of its first cell, and of the first cell that has another number
+// than that. For any n, the first cell whose number is not n is one of the two.
 struct FirstCells {
     uint32_t first;
     uint32_t other;
@@ -28,7 +28,7 @@ struct FirstCells {
 struct PortCells {
     FirstCells all;
     FirstCells inputs; // INPUT, OBSERVE_ONLY
-    // The searches for a driver of an observed output start behind the head of the table.
+    // The searches for a driver of an observed output start after the head of the table.
     FirstCells outputs;           // OUTPUT2, OUTPUT3
     FirstCells drivers;           // BIDIR, OUTPUT2, OUTPUT3
     uint32_t first_not_observing; // any function but OBSERVE_ONLY
@@ -105,7 +105,7 @@ static void put_cell_ahead(const CellSearch *search, PortCells *port, const Cell
         port->first_not_observing = cell->position;
 }
 
-// `first` is the port's first cell. Most ports have one alone, which is not worth a record.
+// `first` is the first cell of the port. Most ports have only one cell, which needs no record.
 static PortCells cells_from(const CellSearch *search, const CellEntry *first)
 {
     if (search->place[first->position] != NO_CELL)
@@ -121,7 +121,7 @@ static PortCells cells_of_port(const CellSearch *search, Bsdl *bsdl, const CellE
     return cells_from(search, first_cell_of_port(bsdl, cell->cell_spec->port));
 }
 
-// The next cell behind the given one that also drives its port. For a BIDIR cell a BIDIR cell
+// The next cell after the given one that also drives its port. For a BIDIR cell a BIDIR cell
 // counts as well, for an output cell it does not.
 static const CellEntry *later_driver_of(const CellSearch *search, const CellEntry *cell)
 {
@@ -280,10 +280,9 @@ static int32_t two_drivers(Rule rule, const CellEntry *cell, const CellEntry *ot
                       port_text(cell->cell_spec->port), functions);
 }
 
-// An output that is only observed must be driven by another cell of the port or, for the associated
-// port of a differential pair, by one of the representative port. Where no driver is found the last
-// row of the table decides, which is what a search that goes on to the end of the table is left
-// with.
+// Another cell of the port has to drive an output that is only observed. For the associated port of
+// a differential pair, a cell of the representative port may drive it. When no driver is found the
+// last row of the table decides: there a search to the end of the table stops.
 static bool is_observed_output_driven(CellSearch *search, Bsdl *bsdl, const CellEntry *cell,
                                       int32_t pin_type)
 {
@@ -397,8 +396,8 @@ static int32_t check_output_of_buffer_port(CellSearch *search, Bsdl *bsdl, const
 
 static int32_t check_observer_of_buffer_port(CellSearch *search, Bsdl *bsdl, const CellEntry *cell)
 {
-    // A driver anywhere behind the first row is enough, and so is another cell of the port in the
-    // last row. In both cases the pairs are not looked at, so their warning does not come.
+    // A driver anywhere after the first row is enough, and so is another cell of the port in the
+    // last row. In both cases the pairs are not searched, so their warning is not sent.
     if (other_cell(search, cells_of_port(search, bsdl, cell).outputs, cell) ||
         other_cell_ends_table(search, cell) ||
         is_observed_output_driven(search, bsdl, cell, PIN_TYPE_BUFFER))
@@ -471,7 +470,7 @@ int32_t check_missing_cells(Bsdl *bsdl)
         else
             failed = true;
         const PinSpec *declaration = find_port_name(bsdl, pin->port_id->name);
-        // One pin that fails makes errors of all that follow.
+        // After the first pin that fails, all messages that follow are errors.
         rule_message(failed ? BSDL_LEVEL_ERROR : BSDL_LEVEL_WARNING, failed ? 2 : 3,
                      {"pin-without-cell", port_name_place(&names, declaration, pin->port_id->name)},
                      "<port name> '%s' with <pin type> %s does not exist in <boundary register "

@@ -46,8 +46,8 @@ void boundary_length_passed(Bsdl *bsdl)
     statement_passed(bsdl, "\tBoundary scan register length statement passed");
 }
 
-// Tables stand in rising or falling order as a rule: entries of one number are neighbours then.
-// False for a table in another order, whose links do not count.
+// Most tables are in rising or falling order, so the entries of one number are neighbours. Gives
+// false for a table in another order; the links do not count then.
 static bool merge_neighbours(GSList *table)
 {
     auto *before = static_cast<CellEntry *>(table->data);

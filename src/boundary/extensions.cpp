@@ -124,9 +124,8 @@ void design_warning_skipped(Bsdl *bsdl)
 
 // ------------------------------------------------------------------------------------------ check
 
-// Keeps one definition of each name that is declared and gives up everything else, declarations
-// too. So no definition can follow that is declared and defined already, and a second run over the
-// list finds every definition undeclared.
+// Keeps one definition of each name that is declared. Drops everything else, the declarations too,
+// so a second run over the list finds every definition undeclared.
 static int32_t keep_declared(Bsdl *bsdl, Arena *scratch)
 {
     BsdlData *data = bsdl->data;

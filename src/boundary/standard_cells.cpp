@@ -45,8 +45,8 @@ constexpr int32_t UPD = CAPTURE_SOURCE_UPD;
 constexpr int32_t X = CAPTURE_SOURCE_X;
 
 // clang-format off
-// BC_1 to BC_4 also serve the contexts in which makers use them without a word of the standard:
-// those stand last.
+// BC_1 to BC_4 also have contexts that makers use although the standard does not mention them:
+// these come last.
 constexpr StandardCell STANDARD_CELLS[] = {
     {"BC_8", true,   {{BIDIR_IN, PI, PI, 0}, {BIDIR_OUT, PO, PO, 0}}},
     {"BC_9", true,   {{OUTPUT2, PO, PI, PI}, {OUTPUT3, PO, PI, PI}}},
@@ -129,7 +129,7 @@ static bool is_mandated(const char *name, int32_t conformance)
     return conformance == CONFORMANCE_2001 && is_digit(name[3]);
 }
 
-// Of ( context , instruction , source ). A built-in cell stands nowhere.
+// Of ( context , instruction , source ). A built-in cell has no place.
 static Place source_place(const CaptDesc *capt)
 {
     return place_or(token_place(capt->place.begin, 5), entity_place());

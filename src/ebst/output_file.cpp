@@ -81,7 +81,7 @@ bool output_open(OutputFile *file, const char *name)
         return errno == ENOENT && open_beside(file);
     if (names_open_file(name))
         return open_directly(file);
-    // A link stays; it is the file behind it that is replaced.
+    // A link stays; the file that it leads to is replaced.
     if (S_ISLNK(found.st_mode) &&
         (!realpath(name, file->target) || stat(file->target, &found) != 0)) {
         std::memcpy(file->target, name, length + 1);

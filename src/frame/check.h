@@ -4,9 +4,9 @@
 #include "frame/messages.h"
 #include "frame/model.h"
 
-// What the checks share. Each bsdl_check_* begins with a Call and gives this: its result, or 100
-// when memory has run out, for then some rule may not have been tried. Releases the check's scratch
-// memory.
+// The end of each bsdl_check_*, which begins with a Call. Gives the result of the check. Gives 100
+// when memory has run out, since some rule may not have been tried. Releases the scratch memory of
+// the check.
 int32_t check_end(Bsdl *bsdl, int32_t result, Arena *scratch = nullptr);
 
 // A row of a driver's table.
@@ -20,8 +20,8 @@ struct CheckStep {
 // Runs one step and sends its line; true when it failed.
 bool check_step(Bsdl *bsdl, const CheckStep &step);
 
-// Ends a driver: what the checks looked up is given back. False out of memory, when some rule may
-// not have been tried: that is no pass.
+// Ends a driver and releases the look-ups of its checks. False when memory has run out: some rule
+// may not have been tried, so the checks have not passed.
 bool checks_end(Bsdl *bsdl);
 
 // BsdlData.check_state: the outcome of the general checks, and which extensions have passed.

@@ -107,8 +107,8 @@ int32_t bsdl_check(Bsdl *h)
     bool failed = false;
     for (const GeneralStep &row : GENERAL) {
         failed |= check_step(h, row.step);
-        // A host that reads fast wants to know of the package alone, and what its check found does
-        // not count.
+        // A host that reads fast asks for the package alone. The result of its check does not
+        // count.
         if (h->fast_read)
             return checks_end(h) ? BSDL_RESULT_OK : BSDL_RESULT_FAILED;
     }

@@ -23,13 +23,13 @@ struct Rule {
     bool sums_up = false;               // the verdict on all checks of a family
 };
 
-// Of a statement, counted from its ATTRIBUTE: what stands behind OF, and the first token of the
-// value, which follows ENTITY IS.
+// Tokens of a statement, counted from its ATTRIBUTE: the name after OF, and the first token of the
+// value after ENTITY IS.
 constexpr uint32_t NAME_TOKEN = 2;
 constexpr uint32_t VALUE_TOKEN = 6;
 
-// The token that begins at an offset in the texts of the current reading or check, or the one so
-// many tokens behind it.
+// The token that begins at an offset in the texts of the current reading or check, or the n-th one
+// after it (`behind`).
 Place token_place(uint32_t offset, uint32_t behind = 0);
 // From that token to a later one of them.
 Place tokens_place(uint32_t offset, uint32_t first, uint32_t last);
@@ -38,14 +38,15 @@ Place tokens_place(uint32_t offset, uint32_t first, uint32_t last);
 // time.
 struct TokenCursor {
     uint32_t at;     // of a token
-    uint32_t behind; // how many tokens the current one stands behind it
+    uint32_t behind; // how many tokens the current one stands after it
 };
 Place cursor_place(TokenCursor *cursor);
 
 // The entity's name, for what is missing altogether. A rule of a check without a place gets it.
 Place entity_place();
 
-// Errors of a check: level 0, verbosity 2. The result to or into the check's own, 100.
+// An error of a check: level 0, verbosity 2. Gives 100, for the caller to combine with its result
+// by `|=`.
 int32_t rule_error(Rule rule, const char *format, ...) TARNLET_PRINTF(2, 3);
 // Warnings of a check: level 1, verbosity 2. Gives 0.
 int32_t rule_warning(Rule rule, const char *format, ...) TARNLET_PRINTF(2, 3);
@@ -66,7 +67,7 @@ void statement_skipped(Bsdl *bsdl,
 bool parse_refused(Bsdl *bsdl, const char *rule, const char *format, ...) TARNLET_PRINTF(3, 4);
 // A syntax error with a place of its own.
 void syntax_error(Bsdl *bsdl, const Rule &rule, const char *format, ...) TARNLET_PRINTF(3, 4);
-// A message of the parser or an action at the line at hand, not counted.
+// A message of the parser or an action at the current line. It does not count as a syntax error.
 void parse_message(Bsdl *bsdl, int32_t level, uint32_t verbosity, const char *rule,
                    const char *format, ...) TARNLET_PRINTF(5, 6);
 

@@ -58,7 +58,7 @@ struct BsdlData {
     GSList *corvane_class;            // CorvaneClassEntry
     const char *current_package;      // while a package file is read
     const char *current_package_body; // while a package file is read
-    const char *package_file;         // full path of the package file in hand
+    const char *package_file;         // full path of the current package file
     PinMapEntry *selected_pin_map;
     GList *pins; // PinEntry; built by bsdl_check_all_pin_maps()
     uint32_t pin_cursor;
@@ -84,13 +84,13 @@ struct BsdlData {
 // The contents of one PPC/PRG data file; empty in a BSDL reading.
 struct PrgData;
 
-// What is to be done with a handle when the call on it that runs has ended.
+// What to do with a handle when the running call on it has ended.
 enum GiveBack : uint8_t { KEEP, FREE, RELEASE };
 
 // One reading of one file.
 struct Bsdl {
     const char *file_name;
-    GSList *package_dirs; // cells ours, strings the caller's: touched during the reading alone
+    GSList *package_dirs; // links ours, strings the caller's: used during the reading alone
     const char *default_package;
     const char *ebst_file_name;
     uint32_t standards; // bits of BSDL_STANDARD_BIT_*

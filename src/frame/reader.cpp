@@ -25,7 +25,7 @@ constexpr size_t BYTES_PER_NAME = 32;
 
 } // namespace
 
-// Gives back the handle wholly; what was allocated so far may be a part of it.
+// Frees the whole handle, also one that was only partly allocated.
 static void discard(Bsdl *bsdl)
 {
     lookups_drop(bsdl);
@@ -35,7 +35,7 @@ static void discard(Bsdl *bsdl)
     memory_return(bsdl);
 }
 
-// Only the cells are ours; the strings are looked at during the reading alone.
+// Only the links are ours. The strings are used during the reading alone.
 static GSList *copy_package_dirs(Bsdl *bsdl, const GSList *dirs)
 {
     List copy = {};
@@ -85,7 +85,7 @@ static void new_data(Bsdl *bsdl)
     bsdl->prg = model_new<PrgData>(bsdl);
 }
 
-// The file from its opening to the end of the parse. False when no handle is to come of it.
+// Opens and parses the file. False when the caller gets no handle.
 static bool read_file(Bsdl *bsdl, ScanState *reading)
 {
     if (!bsdl->file_name) {
@@ -139,7 +139,7 @@ Bsdl *read_source(const SourceTexts *source, const char *file_name, const char *
         reading_end(&reading);
         bsdl->reading = nullptr;
     }
-    // The strings of the caller's list are not touched any more.
+    // The strings of the caller's list are not used any more.
     bsdl->package_dirs = nullptr;
     if (kept)
         return bsdl;

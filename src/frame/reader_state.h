@@ -18,8 +18,8 @@ struct CurrentMessage {
     bool sums_up = false;
 };
 
-// All values of the library that belong to a thread and not to a handle. What a thread does leaves
-// those of the others alone.
+// All values of the library that belong to a thread and not to a handle. No thread changes those of
+// another.
 struct ReaderState {
     // Where messages go: the context of the thread's latest reading. Each reading binds its own.
     BsdlContext *context = nullptr;

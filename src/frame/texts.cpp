@@ -10,7 +10,7 @@
 namespace
 {
 
-// Longer than any token: the message as a whole is cut before a name in it is.
+// Longer than any token, so that only the limit of the whole message cuts a name.
 constexpr size_t PORT_TEXT_SIZE = 16384 + 16;
 constexpr int PORT_TEXTS = 4;
 

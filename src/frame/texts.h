@@ -18,7 +18,7 @@ const char *ebst_type_name(int32_t code);
 
 // A number as "%f", "%e" and the like write it, whatever the locale of the host is.
 struct NumberText {
-    char text[336]; // of the largest with six digits behind the point
+    char text[336]; // of the largest with six digits after the point
 };
 NumberText fixed_text(double value, int precision = 6);
 NumberText scientific_text(double value, int precision = 6);

@@ -1,4 +1,5 @@
-// Lists of components that hosts keep. They are GLib's own; nothing of the model stands in them.
+// Lists of components that hosts keep. They are plain GLib lists: nothing in them belongs to a
+// description.
 
 #include "tarnlet/bsdl.h"
 

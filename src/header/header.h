@@ -15,7 +15,7 @@ struct PackageSpec {
 struct UserPackage {
     int32_t standard; // 1149.1 bit of the body's own use statement, 0 without one
     const char *name;
-    const char *file_name;      // under which the package was sought
+    const char *file_name;      // that was searched for
     const char *file_path;      // which the search found
     int32_t standard_file;      // bit of the standard that the package belongs to, 0 for others
     GSList *deferred_constants; // DeferredConstant
@@ -59,7 +59,7 @@ CaptDesc *capt_desc_new(Bsdl *bsdl, int32_t context, int32_t instruction, int32_
                         Place place);
 CellDesc *cell_desc_new(Bsdl *bsdl, const char *name, List capt_descs, Place place);
 
-// Puts one behind the cells that boundary register tables may name.
+// Adds a cell to those that boundary register tables may name.
 void cell_desc_enter(Bsdl *bsdl, CellDesc *desc);
 
 // The first of that name, in any case; built-in cells come before those of packages.
@@ -68,7 +68,7 @@ CellDesc *find_cell_desc(Bsdl *bsdl, const char *name);
 // ------------------------------------------------------------- called by the grammar
 
 void component_declared(Bsdl *bsdl, const char *name);
-// Whether a statement names the entity, or in a PPC/PRG file the part at hand.
+// Whether a statement names the entity, or in a PPC/PRG file the current part.
 bool component_name_matches(Bsdl *bsdl, const char *name);
 // The same for the statements with which the family of a part begins in a PPC/PRG file.
 bool component_name_opens_part(Bsdl *bsdl, const char *name);
@@ -91,7 +91,7 @@ void conformance_absent(Bsdl *bsdl);
 void conformance_passed(Bsdl *bsdl, int32_t conformance);
 int32_t conformance_skipped(Bsdl *bsdl);
 
-// A name behind PACKAGE, PACKAGE BODY or END.
+// A name after PACKAGE, PACKAGE BODY or END.
 struct PackageName {
     const char *text;
     int32_t standard_bit; // of the names that have a token of their own, else 0

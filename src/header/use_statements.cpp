@@ -13,9 +13,9 @@ void use_package(Bsdl *bsdl, const char *name, Place place)
     read_package(bsdl, name, name);
 }
 
-// The packages of the extensions are files of small letters, however they are written. In the order
-// of their issues they ask for more and more: 1532-2001 is refused in a 1990 file, 1532-2002 there
-// too and frowned upon in a 1994 file, 1149.6 is refused in both.
+// The package files of the extensions have names in small letters, in whatever case a description
+// writes them. 1532-2001 is refused in a 1990 file. 1532-2002 is refused in a 1990 file and gets a
+// warning in a 1994 file. 1149.6 is refused in both.
 
 bool use_std_1532_2001(Bsdl *bsdl, const char *token)
 {

@@ -24,7 +24,7 @@ struct IscProcedure {
     Place place;
 };
 
-// Behind the record that callers see.
+// The record that callers see, and what only the library knows of it.
 struct IscActionEntry {
     IscAction action;
     Place place;
@@ -47,7 +47,7 @@ struct IscWait {
     IscDuration *max_duration; // NULL without one
 };
 
-// Of the activity or loop, and of its fields.
+// Places of the activity or loop, and of its fields.
 struct IscActivityPlaces {
     Place all;
     Place updates;
@@ -124,10 +124,10 @@ struct IscData {
     Place security_place;
     Place procedures_place;
     Place illegal_exits_place;
-    Place place;                 // of the first statement behind ISC_Conformance
+    Place place;                 // of the first statement after ISC_Conformance
     IscTables *tables = nullptr; // made when first asked for
 
-    // Of the lists that the queries go through; a walk begins anew when it is taken to another
+    // Positions in the lists that the queries go through. A walk starts anew when it gets another
     // list.
     ListWalk fixed_pin_walk = {};
     ListWalk action_walk = {};
@@ -159,7 +159,8 @@ inline uint64_t isc_name_key(const char *name, const char *data_name)
     return uint64_t{name_fold(name)} << 32 | name_fold(data_name);
 }
 
-// How the checks of this family begin: as all do, and 4 without statements of IEEE 1532.
+// Begins a check of this family. Gives the code that the check returns at once, 4 without
+// statements of IEEE 1532; 0 to go on.
 int32_t isc_check_begin(const Call &call);
 // The checks of a part of a PPC/PRG file, whose statements stand in the model. True when all
 // passed.
@@ -234,7 +235,7 @@ void isc_family_passed(Bsdl *bsdl, const IscData &values);
 
 constexpr int32_t ISC_VARIABLES = 51; // of one flow; any further one has no place
 
-// What reading an ISC_Flow statement keeps: the variables of the flow at hand, and which flows the
+// What reading an ISC_Flow statement keeps: the variables of the current flow, and which flows the
 // statement has already defined.
 struct IscFlowReading {
     IscVariable variables[ISC_VARIABLES];

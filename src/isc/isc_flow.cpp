@@ -17,7 +17,8 @@ static IscFlowReading *reading_of(Bsdl *bsdl)
 
 // ------------------------------------------------------------------------------- the statement
 
-// Two flows are the same when their names joined with the data name are: F_X meets F(X).
+// Two flows are the same when their names, each joined with the data name, are equal: F_X is the
+// same as F(X).
 static void forget_keys(Bsdl *bsdl)
 {
     IscFlowReading *reading = reading_of(bsdl);
@@ -57,7 +58,7 @@ static int32_t find_variable(const IscFlowReading *reading, const char *name)
 }
 
 // The index of the variable, which keeps the value that it was given first. A full table takes
-// nothing, not even a name that it holds.
+// nothing, not even a name that is in it.
 static int32_t define_variable(Bsdl *bsdl, const char *name, const char *value)
 {
     IscFlowReading *reading = reading_of(bsdl);
@@ -161,12 +162,13 @@ int32_t isc_tags_turned(Bsdl *bsdl)
 
 IscDuration *isc_duration_new(Bsdl *bsdl, IscClockCycles *clock_cycles, double time)
 {
-    // Behind a duration comes a field width, whatever the duration was.
+    // After a duration comes a field width, whatever the duration was.
     bsdl->scan_mode = SCAN_MODE_INTEGER;
     return model_new<IscDuration>(bsdl, {.clock_cycles = clock_cycles, .time = seconds_from(time)});
 }
 
-// This function and the next report once for each token that error recovery drops.
+// Error recovery calls this function and the next for each token that it drops, so one mistake may
+// give several messages.
 IscDuration *isc_duration_refused(Bsdl *bsdl)
 {
     parse_message(bsdl, BSDL_LEVEL_ERROR, 1, "isc-duration", "duration_specification");
@@ -242,8 +244,8 @@ IscBlock *isc_block_new(Bsdl *bsdl, int32_t block_type, int32_t repeat_count, Li
 
 const char *isc_data_name(Bsdl *bsdl, const char *name)
 {
-    // Not a word of the scanner, but one of the standard's data names, kept in capitals as they
-    // are.
+    // SECURITY is no keyword of the scanner but one of the data names of the standard, which are
+    // kept in capitals.
     return same_text(name, "SECURITY") ? model_name(bsdl, "SECURITY") : name;
 }
 
@@ -272,7 +274,7 @@ static const char *flow_key(Bsdl *bsdl, const IscFlowDescriptor *descriptor)
     return model_name(bsdl, {text, name_length + 1 + data_length});
 }
 
-// Twice the room, in the arena: what is left behind adds up to no more than that.
+// Doubles the room, in the arena. The tables given up take no more room than the one in use.
 static bool grow_keys(Bsdl *bsdl, IscFlowReading *reading)
 {
     uint32_t capacity = reading->key_capacity ? 2 * reading->key_capacity : 16;
@@ -303,7 +305,7 @@ static bool note_key(Bsdl *bsdl, uint32_t key)
     return true;
 }
 
-// The copies do not take the length over: it served the reading alone.
+// The copies have no length: only the reading needs it.
 static void keep_variables(Bsdl *bsdl, IscFlow *flow)
 {
     const IscFlowReading *reading = reading_of(bsdl);

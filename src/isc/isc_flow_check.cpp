@@ -38,8 +38,8 @@ static int32_t check_variables(const IscFlow *flow)
     return result;
 }
 
-// Bits that a hexadecimal text takes without its leading zeros. Only the first digit needs its
-// value, and of that the highest bit set.
+// The bits of a hexadecimal text without its leading zeros: four for each digit, but for the first
+// only those up to its highest bit that is set.
 static int64_t hex_bits(const char *text)
 {
     while (*text == '0')
@@ -172,7 +172,7 @@ static const ClockCycles *clock_of(const IscDuration *duration)
     return duration->clock_cycles->port->name ? duration->clock_cycles : nullptr;
 }
 
-// Of the two durations only the first that names a port is looked at.
+// Only the first of the two durations that names a port is checked.
 static int32_t check_wait(const FlowCheck *check, const IscActivity *activity)
 {
     if (!activity->wait)
@@ -246,7 +246,8 @@ static int32_t check_blocks(FlowCheck *check, const IscFlow *flow)
     return result;
 }
 
-// A part of a PPC/PRG file has neither instructions nor ports, so `prg_mode` leaves the variables.
+// A part of a PPC/PRG file has neither instructions nor ports, so with `prg_mode` only the
+// variables are checked.
 int32_t bsdl_check_isc_flow(Bsdl *h, int32_t prg_mode)
 {
     const Call call(h);

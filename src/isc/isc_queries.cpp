@@ -1,6 +1,6 @@
 // What hosts ask: single values, and the tree of actions, procedures, flows, blocks, activities and
 // fields. What is selected at one level decides what the next one sees; the positions are kept in
-// the records. Each step of the way down may find nothing, and then all below it does.
+// the records. A level that finds nothing hides all levels below it.
 
 #include "frame/check.h"
 #include "isc/isc.h"
@@ -8,8 +8,9 @@
 
 #include <cstring>
 
-// Of a description that has passed bsdl_check_isc(), or of the selected part of a data file, whose
-// check is made up for here. NULL also when a sink of that check has given the handle back.
+// The statements of a description that has passed bsdl_check_isc(), or of the selected part of a
+// data file. The check of a data file is run here when the host has not run it. NULL also when a
+// sink of that check has released the handle.
 static IscData *current_isc(Bsdl *bsdl)
 {
     if (!bsdl || !bsdl->data)
@@ -144,7 +145,7 @@ IscAction *bsdlIscSelectAction(Bsdl *h, const char *name, const char *data_name)
 
 // ---------------------------------------------------------------------------------- procedures
 
-// Those of the current action.
+// The procedures of the current action.
 static Iteration procedures(IscData *isc)
 {
     auto *action = current_of<IscAction>(actions(isc));
@@ -152,7 +153,8 @@ static Iteration procedures(IscData *isc)
                   : Iteration{};
 }
 
-// The same, which count again in place of one taken directly, also when none of them is found.
+// The same, for the queries that also end the selection of a procedure taken directly, even when
+// they find none.
 static Iteration procedures_again(IscData *isc)
 {
     if (isc && isc->actions)
@@ -360,7 +362,7 @@ static Iteration activities(IscData *isc, IscBlock *block)
                  : Iteration{};
 }
 
-// An activity whose wait was in error has no record, and is the current one all the same.
+// An activity whose wait was in error has no record, but it becomes the current one.
 static IscActivityInfo *enter_activity(Bsdl *bsdl, IscActivity *(*step)(const Iteration &))
 {
     IscData *isc = current_isc(bsdl);

@@ -43,7 +43,7 @@ static Place isc_place(const Bsdl *bsdl)
     return bsdl->data->isc ? bsdl->data->isc->place : Place{};
 }
 
-// Register names beyond those asked for here may be any, also with ISC_ in front.
+// Other registers may have any name, also one that begins with ISC_.
 static int32_t check_registers(Bsdl *bsdl)
 {
     const char *default_name = model_name(bsdl, "ISC_DEFAULT");

@@ -94,9 +94,9 @@ int32_t isc_conformance_option(Bsdl *bsdl, int32_t conformance)
 
 // ------------------------------------- ISC_Pin_Behavior, ISC_Fixed_System_Pins and ISC_Status
 
-// What is said about an order. The forms do not always fit what was written: two orders with
-// ISC_Fixed_System_Pins are told that there is none, and which attributes the text names depends on
-// `strict` in one of them. Callers know the lines as they are.
+// The messages about an order of the statements. Some do not fit what was written: for two orders
+// with ISC_Fixed_System_Pins they say that there is none, and for one order the attributes in the
+// text depend on `strict`. Hosts know the lines as they are.
 struct PinOrderTexts {
     const char *warning; // NULL for an order that may stand
     const char *error;   // in its place under `strict`

@@ -72,7 +72,7 @@ int32_t bsdl_check_compliance(Bsdl *bsdl)
         return BSDL_RESULT_ABSENT;
 
     int32_t result = BSDL_RESULT_OK;
-    TokenCursor token = {record->place.begin, VALUE_TOKEN + 1}; // behind a bracket
+    TokenCursor token = {record->place.begin, VALUE_TOKEN + 1}; // after a bracket
     for (const PortId *port : items<PortId>(record->ports)) {
         result |=
             check_compliance_port(bsdl, port, port_place(port, cursor_place(&token).begin, 0));

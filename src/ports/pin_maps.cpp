@@ -141,7 +141,7 @@ static bool mapping_names_start(Bsdl *bsdl, Arena *arena, MappingNames *names)
 static int32_t check_port_map(MappingNames *names, const PortMap *port_map)
 {
     int32_t result = BSDL_RESULT_OK;
-    // Behind the name, a colon and a bracket.
+    // After the name, a colon and a bracket.
     TokenCursor token = {port_map->at, port_map->vector ? 3U : 2U};
     for (const char *pin_id : items<char>(port_map->pin_ids)) {
         uint8_t *known = &names->known[name_fold(pin_id)];
@@ -174,7 +174,7 @@ static int32_t check_ports_mapped(const MappingNames *names, const PinMapEntry *
             result |= rule_error({"port-not-mapped", port_name_place(&cursor, spec, name)},
                                  "<port name> %s (%s) not found in <pin mapping> %s", name,
                                  bit ? "bit" : "bit vector", pin_map->name);
-            // Every mapping may lack every port: no more of it when nobody reads it.
+            // Every mapping may lack every port. Without a reader for the messages, one is enough.
             if (!message_wanted(2))
                 return result;
         }
@@ -192,7 +192,8 @@ static int32_t check_pin_map(MappingNames *names, const PinMapEntry *pin_map)
         result |= check_port_map(names, port_map);
     result |= check_ports_mapped(names, pin_map);
 
-    // Taken back name by name, so that many small mappings do not pass over all names each.
+    // Reset name by name: with many small mappings, clearing the whole table each time would be
+    // slow.
     constexpr uint8_t of_mapping = MAPPED_BIT | MAPPED_VECTOR | SEEN_PIN;
     for (const PortMap *port_map : items<PortMap>(pin_map->port_maps)) {
         names->known[name_fold(port_map->port_name)] &= static_cast<uint8_t>(~of_mapping);

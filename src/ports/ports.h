@@ -48,7 +48,7 @@ static_assert(offsetof(PinEntry, has_disable) == 8 && offsetof(PinEntry, pin_typ
 
 // How many tokens a reference takes: name ( subscript ).
 inline uint32_t port_tokens(const PortId *port) { return port && port->subscripted ? 4 : 1; }
-// The place of a reference whose first token is so many behind an offset.
+// The place of a reference whose first token is so many after an offset.
 Place port_place(const PortId *port, uint32_t offset, uint32_t behind);
 
 PortId *port_id_whole(Bsdl *bsdl, const char *name);
@@ -58,15 +58,15 @@ PinSpec *pin_spec_new(Bsdl *bsdl, List names, int32_t pin_type, PortRange range,
 void logical_ports_passed(Bsdl *bsdl, List pin_specs);
 void logical_ports_skipped(Bsdl *bsdl);
 
-// The first pin of that name, being subscripted and subscript; NULL without one, without a pin list
-// or for NULL.
+// The first pin that agrees with the port in its name, in having a subscript, and in the subscript.
+// NULL without one, without a pin list or for NULL.
 PinEntry *find_pin_entry(Bsdl *bsdl, const PortId *port);
 
 // The first declaration that holds the name, whatever its range; NULL without one or for NULL.
 PinSpec *find_port_name(Bsdl *bsdl, const char *name);
 
-// The place of a name in its declaration, sought on from the name before: they come in order as a
-// rule. Starts as {}.
+// The place of a name in its declaration. The search goes on from the name before, since names
+// mostly come in order. Starts as {}.
 struct PortNameCursor {
     const PinSpec *spec;
     const GSList *name;

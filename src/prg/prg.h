@@ -25,7 +25,7 @@ struct PrgProgram {
 };
 
 struct PrgChannel {
-    int32_t channel_id; // the number behind TAP
+    int32_t channel_id; // the number after TAP
     uint32_t component_cursor;
     GSList *settings; // PrgComponentSetting
     Place place;
@@ -76,7 +76,8 @@ PrgProgramSpec *program_new(Bsdl *bsdl, int32_t program_type, const char *part_n
                             const char *part_type, PrgFiles files, Place place);
 void program_reference_passed(Bsdl *bsdl, List programs);
 
-// One more family of IEEE 1532 statements: what stands in the model is the part's from now on.
+// One more family of IEEE 1532 statements has been read. What stands in the model now belongs to
+// the part.
 void isc_component_passed(Bsdl *bsdl, Place place);
 
 // The part type of that name; NULL without one or for NULL.

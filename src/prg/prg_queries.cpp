@@ -1,5 +1,5 @@
-// Queries on PPC/PRG data files. The channel at hand decides which component settings are seen, the
-// program at hand decides which part's IEEE 1532 statements are seen.
+// Queries on PPC/PRG data files. The current channel decides which component settings are seen. The
+// current program decides which part's IEEE 1532 statements are seen.
 
 #include "prg/prg.h"
 
@@ -99,7 +99,7 @@ int32_t bsdlPrgFirstTap(Bsdl *h)
 
 int32_t bsdlPrgNextTap(Bsdl *h)
 {
-    // Steps on from behind the last channel as well, once.
+    // The cursor may go one step beyond the end.
     if (prg_of(h) && h->prg->tap_cursor <= channels_of(h)->count)
         h->prg->tap_cursor++;
     return bsdlPrgCurrTap(h);
@@ -177,8 +177,8 @@ const char *bsdlPrgComponentInstr(Bsdl *h)
 
 // ---------------------------------------------------------------------------------------- programs
 
-// The part that the queries on IEEE 1532 statements see from now on: the type of the program at
-// hand, when it is an IEEE 1532 program and the file describes the type.
+// Selects the part that the queries on IEEE 1532 statements see from now on: the type of the
+// current program, when it is an IEEE 1532 program and the file describes the type.
 static PrgProgramSpec *select_program(Bsdl *h)
 {
     PrgData *prg = h->prg;
@@ -210,7 +210,7 @@ PrgProgramSpec *bsdlPrgNextProgPart(Bsdl *h)
 {
     if (!prg_of(h))
         return nullptr;
-    // Steps on from behind the last program as well, once.
+    // The cursor may go one step beyond the end.
     if (h->prg->prog_part_cursor <= programs_of(h)->count)
         h->prg->prog_part_cursor++;
     return select_program(h);

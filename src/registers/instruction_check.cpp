@@ -131,8 +131,8 @@ static void check_duplicates(InstructionCheck *check, InstructionEntry *entry, u
                      table->entries[table->opcodes[found].entry]->name, text);
 }
 
-// The next opcode of a later instruction that fits the one at hand. SAMPLE and PRELOAD do not count
-// for each other where they may share an opcode.
+// The next opcode of a later instruction that overlaps the given one. SAMPLE and PRELOAD are not
+// compared with each other where they may share an opcode.
 static uint32_t next_ambiguous(const OpcodeTable *table, const Opcode *opcode, uint32_t from)
 {
     bool is_load = table->owners[opcode->entry] == OPCODE_OWNER_LOADS;
@@ -150,7 +150,7 @@ static void check_ambiguity(InstructionCheck *check, const InstructionEntry *ent
 {
     const OpcodeTable *table = &check->table;
     const Opcode *opcode = &table->opcodes[at];
-    // Nothing could come of a search that is not heard and cannot change the result.
+    // Skips a search whose messages nobody would get and which cannot change the result.
     if (!message_wanted(2) && (check->is_2001 || check->result))
         return;
     uint32_t found = next_ambiguous(table, opcode, table->first_opcode[opcode->entry + 1]);
@@ -181,7 +181,7 @@ static void check_opcode(InstructionCheck *check, InstructionEntry *entry, uint3
                                     entry->name, opcode->text,
                                     static_cast<int32_t>(check->instructions->length));
     check_reserved(check, entry, at);
-    // Only an opcode with X bits is tested for ambiguity, and only against those behind it.
+    // Only an opcode with X bits is tested for ambiguity, and only against those after it.
     if (opcode->has_x)
         check_ambiguity(check, entry, at);
     else
@@ -317,7 +317,7 @@ static void run_rules(InstructionCheck *check)
     move_preload_first(check);
     check_presence(check);
     check_captures(check);
-    // Look-ups and iterations made before go by the table as it was.
+    // Look-ups and iterations from before still have the old order of the table.
     list_changed(&check->instructions->instruction_walk);
     lookups_drop(check->bsdl);
 }

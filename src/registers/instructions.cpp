@@ -79,8 +79,8 @@ void instruction_guard_skipped(Bsdl *bsdl)
 
 void instruction_guard_absent(Bsdl *bsdl)
 {
-    // The issue of 1990 is the one that has the statement; the text is sent for it alone all the
-    // same.
+    // The text says that this version has no such statement, yet only the issue of 1990, which has
+    // it, gets the text.
     if (bsdlIs1990(bsdl))
         statement_absent(bsdl, "\tNo instruction guard statement in this version");
 }

@@ -14,7 +14,7 @@ struct Opcode {
     bool has_zero;
     bool has_one;
     bool has_x;
-    uint32_t care_end; // position behind the last bit that is not X
+    uint32_t care_end; // position after the last bit that is not X
 
     // Plain opcodes: the next one of the same text, and the next such of another owner.
     uint32_t next_equal;
@@ -28,7 +28,7 @@ struct Opcode {
 struct OpcodeTable {
     InstructionEntry **entries;
     uint32_t *owners;       // of each entry: entries with one owner never count as duplicates
-    uint32_t *first_opcode; // of each entry, and the end behind the last
+    uint32_t *first_opcode; // of each entry, and the end after the last
     Opcode *opcodes;
     uint32_t entry_count;
     uint32_t opcode_count;
@@ -43,7 +43,7 @@ constexpr uint32_t OPCODE_OWNER_LOADS = UINT32_MAX; // SAMPLE and PRELOAD, where
 bool opcode_table_start(OpcodeTable *table, Arena *arena, const InstructionRegister *instructions,
                         bool loads_shared);
 
-// The plain opcodes behind a given one that have its text and another owner, in order.
+// The plain opcodes after a given one that have its text and another owner, in order.
 uint32_t opcode_next_duplicate(const OpcodeTable *table, uint32_t opcode, uint32_t after);
 
 // True when some bits fit both. Compared as far as the later one goes: its bits beyond the end of

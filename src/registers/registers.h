@@ -81,9 +81,8 @@ struct RegisterList {
 InstructionEntry *find_instruction(Bsdl *bsdl, const char *name);
 RegisterEntry *find_register(Bsdl *bsdl, const char *name); // NULL for a NULL name
 
-// False when no instruction has the name. An instruction without a register gets the given one; of
-// one that has a register the error is sent, also when the given register is NULL, which makes the
-// call a mere test.
+// False when no instruction has the name. An instruction without a register gets the given one. For
+// one that has a register the error is sent. With a NULL register the call is a mere test.
 bool associate_instruction(Bsdl *bsdl, const char *name, RegisterEntry *data_register);
 
 // Actions of the grammar.
@@ -105,7 +104,7 @@ void instruction_private_passed(Bsdl *bsdl, List names);
 void instruction_private_skipped(Bsdl *bsdl);
 void instruction_private_absent(Bsdl *bsdl);
 
-// The strings of a statement that may end a fast read are its last: those behind it are skipped.
+// The strings of a statement that may end a fast read are its last: those after it are skipped.
 void rescan_last_when_fast(Bsdl *bsdl);
 
 // The last text of a fast read gives true.

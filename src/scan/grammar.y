@@ -45,7 +45,7 @@
     scan_place_set(bsdl, (current) = joined_place(&YYRHSLOC(rhs, 0), n))
 
 // From the begin of the first part that has any text to the end of the last. The strings of a
-// statement are read behind its ';': then the part before them, an empty one, holds its end.
+// statement are read after its ';': then the part before them, an empty one, holds its end.
 static inline Place joined_place(const Place *parts, long count)
 {
     if (count == 0)
@@ -68,8 +68,8 @@ static inline Place joined_place(const Place *parts, long count)
     if (scan_stopped(bsdl))                                                                        \
     YYABORT
 
-// After a refusal that has been reported and counted: recovery as from a syntax error, which drops
-// the lookahead when it follows upon an error that has not been got over.
+// After a refusal that has been reported and counted: recovers as from a syntax error. That drops
+// the look-ahead when the parser has not yet recovered from an earlier error.
 #define RECOVER                                                                                    \
     do {                                                                                           \
         if (yyerrstatus == 3) {                                                                    \
@@ -181,7 +181,7 @@ mode_signed:  %empty { bsdl->scan_mode = SCAN_MODE_SIGNED; };
 
 // ------------------------------------------------------------------------------ shared terminals
 
-// The strings of an attribute are put aside, to be read as tokens behind its ';'.
+// The strings of an attribute are put aside, to be read as tokens after its ';'.
 quoted_string:
   QUOTED_STRING                   { store_string(bsdl, $1); }
 | quoted_string '&' QUOTED_STRING { store_string(bsdl, $3); }

@@ -2,7 +2,7 @@
 
 static void bsdl_yyerror(const Place *place, Bsdl *bsdl, const char *text)
 {
-    // The skeleton calls this on its own account only when the stack cannot grow.
+    // The generated parser calls this itself only when the stack cannot grow.
     (void)text;
     report_syntax_error(bsdl, *place, "parser stack overflow");
 }

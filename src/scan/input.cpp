@@ -133,8 +133,8 @@ void release_strings(Bsdl *bsdl)
     ScanState *reading = bsdl->reading;
     StringStore *strings = &reading->strings;
     if (strings->active && reading->looked_ahead && reading->at < reading->end) {
-        // The character that told the end of the last token has left the string with it: it is
-        // read yet, so that "HIGHZ, CLAMP" where one name belongs does not pass for HIGHZ.
+        // The character that ended the last token was taken out of the string with it. It is read
+        // again, so that "HIGHZ, CLAMP" in the place of one name is not taken for HIGHZ.
         char *end = const_cast<char *>(reading->at) + 1;
         *end = '\0';
         reading->end = end;
@@ -220,7 +220,7 @@ Place input_place(const ScanState *reading, const char *start, const char *end)
     const StringStore *strings = &reading->strings;
     if (!strings->active || end <= reading->piece_end)
         return {begin, low_half(end) - reading->origin};
-    // What spans several pieces ends behind its last byte in the last of them.
+    // What spans several pieces ends after its last byte in the last of them.
     const auto last = static_cast<uint32_t>(end - 1 - strings->begin);
     uint32_t piece = strings->current;
     while (piece + 1 < strings->count && last >= strings->pieces[piece].end)
@@ -262,7 +262,7 @@ static bool load_file(InputFile *file, const char *path)
         length += std::fread(text + length, 1, capacity - length, stream);
         if (length < capacity)
             break;
-        // A stream that cannot tell its size, or one that grows under our hands.
+        // A stream that does not tell its size, or a file that grows while it is read.
         auto *larger = static_cast<char *>(memory_request_large(2 * capacity + PADDING));
         if (larger)
             std::memcpy(larger, text, length);

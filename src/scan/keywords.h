@@ -40,7 +40,7 @@ std::span<const Keyword> all_attributes();
 
 // The row of a word, in any case; NULL when it is none. `hash` is its text_hash().
 const Keyword *find_keyword(const char *word, size_t length, uint64_t hash);
-// The same for the words behind ATTRIBUTE, which form one token with it.
+// The same for the words after ATTRIBUTE, which form one token with it.
 const Keyword *find_attribute(const char *word, size_t length, uint64_t hash);
 // What to write for the token that messages give this name; NULL for names, numbers and the like.
 const char *token_text(const char *name);

@@ -55,7 +55,7 @@ static bool try_in(Search *search, std::string_view directory, uint32_t flags = 
     return found;
 }
 
-// The part of a path ahead of its last separator; false without one.
+// The part of a path before its last separator; false without one.
 static bool directory_of(std::string_view path, std::string_view *directory)
 {
     while (!path.empty() && !is_path_separator(path.back()))
@@ -154,7 +154,7 @@ static bool try_module(Search *search)
         return false;
     if (try_in(search, directory))
         return true;
-    // It is no place of the user's, and has nothing to say about a package that it does not hold.
+    // Users do not know this folder, so a failed try there is not reported.
     char packages[LONGEST_PATH];
     return installed_package_folder(packages) && try_in(search, packages, SAID_WHEN_FOUND);
 }

@@ -7,7 +7,7 @@
 #include <span>
 #include <string_view>
 
-// A file being read: the whole of it in one buffer of ours, with a line end behind the last
+// A file being read: the whole of it in one buffer of ours, with a line end after the last
 // character and room beyond that for loads of eight bytes.
 struct InputFile {
     char *text;
@@ -18,7 +18,7 @@ struct InputFile {
     SourceBase base;
 };
 
-// A piece of an attribute's value. The pieces lie one behind the other where the first of them
+// A piece of an attribute's value. The pieces lie one after the other where the first of them
 // stood in the file: what was between them is not needed any more.
 struct StringPiece {
     uint32_t end;   // offset of its end from the first piece's begin
@@ -40,7 +40,7 @@ struct StringStore {
 struct SourceTexts {
     std::string_view text;
     std::span<const BsdlPackageText> packages;
-    const bool *over = nullptr; // once true, the reading stops behind the next syntax error
+    const bool *over = nullptr; // once true, the reading stops after the next syntax error
 };
 
 // The state of the scanner while one file is read.
@@ -50,12 +50,12 @@ struct ScanState {
     const char *piece_end; // of the piece being read; above all addresses outside of strings
     const char *token;
     uint32_t token_length;
-    bool looked_ahead; // its end was told by the character behind it
+    bool looked_ahead; // only the character after it showed its end
     int32_t line;      // as messages count
     uint32_t origin;   // the low half of an address less this is its place
     SourceBase base;
     Place place;             // of the token or, in an action, of what its grammar rule has read
-    uint32_t strings_behind; // behind the ';' of the statement whose strings were read last
+    uint32_t strings_behind; // after the ';' of the statement whose strings were read last
     uint32_t rules;          // the keyword set in force, a bit of RuleSet; 0 before the first token
     uint32_t standards;      // for which it was picked
     uint64_t filter;
@@ -79,17 +79,17 @@ inline uint32_t low_half(const char *address)
 // Brings the line counters up to the piece in which `at` lies.
 void input_pass_pieces(ScanState *reading, const char *at);
 void input_leave_strings(ScanState *reading);
-// At the end of the text in hand: on in the file behind the strings, or in the file that included
-// this one. False at the end of all.
+// At the end of the current text: goes on in the file after the strings, or in the file that
+// included this one. False at the end of all files.
 bool input_next(ScanState *reading);
 
 void input_count_line_end(ScanState *reading, const char *at);
 void input_count_line_ends(ScanState *reading, const char *at, const char *end);
-// The line count is that of the last character looked at. A token that is known to be over only by
-// the character behind it may thus name the line of the next piece, or that of the file.
+// The line count is that of the last character looked at. A token whose end shows only at the next
+// character may thus name the line of the next piece, or that of the file.
 void input_line_of_last_looked_at(ScanState *reading, const char *last);
 
-// The place of text that ends in the piece or file at hand or, in strings, in a later piece.
+// The place of text that ends in the current piece or file or, in strings, in a later piece.
 Place input_place(const ScanState *reading, const char *start, const char *end);
 
 bool reading_start(Bsdl *bsdl, ScanState *reading);

@@ -165,7 +165,8 @@ static const char *real_end(const char *at)
     return end;
 }
 
-// The largest values stand for all beyond them, so that no digits turn into another number's.
+// A value beyond the range becomes the nearest one in the range, so that digits never turn into
+// another number.
 static int32_t integer_value(const char *at, const char *end)
 {
     bool negative = *at == '-';
@@ -179,8 +180,8 @@ static int32_t integer_value(const char *at, const char *end)
     return static_cast<int32_t>(value > INT32_MAX ? INT32_MAX : value);
 }
 
-// Of a number without sign that no double comes near: the place of its first digit tells on which
-// side.
+// An unsigned number beyond the range of double is infinite or 0: the place of its first digit
+// decides.
 static double far_value(const char *at, const char *end)
 {
     int64_t place = 0; // 1: just before the point
@@ -197,7 +198,7 @@ static double far_value(const char *at, const char *end)
     return place > 0 ? HUGE_VAL : 0;
 }
 
-// Whatever the locale of the host is.
+// Independent of the locale of the host.
 static double real_value(const char *at, const char *end)
 {
     const bool negative = *at == '-';
@@ -267,7 +268,7 @@ enum : int { NO_TOKEN = -1 }; // what was matched is passed over
     return token;
 }
 
-// End of input to the parser. The text at hand is empty then.
+// End of input to the parser. The current text is empty then.
 static int finish_input(ScanState *reading, Place place)
 {
     reading->token = reading->at;

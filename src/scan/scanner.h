@@ -28,7 +28,7 @@ struct QuotedText {
     uint32_t length;
 };
 
-// The text of the token at hand, not terminated; empty at the end of input.
+// The text of the current token, not terminated; empty at the end of input.
 struct TokenText {
     const char *text;
     int length;
@@ -41,7 +41,7 @@ const char *token_name(int token);
 
 // The line count as messages name it: inside a string it is the line on which the piece ended.
 int32_t scan_line(const Bsdl *bsdl);
-// The place of the token at hand; in an action that of the text that its grammar rule has read.
+// The place of the current token; in an action that of the text that its grammar rule has read.
 Place scan_place(const Bsdl *bsdl);
 // The same, of a statement that is given up: behind its ';' more may have been passed over.
 Place scan_place_of_statement(const Bsdl *bsdl);
@@ -55,7 +55,7 @@ bool scan_stopped(const Bsdl *bsdl);
 // A failure after which a reading of a file ends the process with this status. A reading from
 // memory comes back and stops at its next token.
 void end_reading(Bsdl *bsdl, int status);
-// Whether who reads from memory has seen enough.
+// Whether the caller of a reading from memory wants no more of it.
 bool reading_is_over(const Bsdl *bsdl);
 
 // ------------------------------------------------------------------------------ the string store

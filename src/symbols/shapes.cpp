@@ -140,7 +140,7 @@ constexpr TableWord TABLE_WORDS[] = {
     {Shape::ACTIONS, "RECOMMENDED"},
 };
 
-// Words between parentheses right behind a word, which belong to it and open no list.
+// Words between parentheses right after a word, which belong to it and open no list.
 struct Bracket {
     Shape shape;
     char opened;

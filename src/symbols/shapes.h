@@ -35,7 +35,7 @@ struct PlaceInTable {
     int depth;        // in parentheses, those of a subscript or a data name not counted
     int column;       // commas since the innermost parenthesis has been opened
     char mark;        // the last ':', '=' or closed outer parenthesis of the row; 0 without one
-    char before;      // the sign ahead of the word; 0 after a word or at the start of a row
+    char before;      // the sign before the word; 0 after a word or at the start of a row
     uint8_t previous; // kind of the word before, in the same row
 };
 
@@ -46,10 +46,10 @@ struct WordRole {
 
 WordRole role_of(const PlaceInTable &place, std::string_view word);
 
-// The kind of the word behind a word that announces it ("CAPTURES 01"), BSDL_SYMBOL_NONE otherwise.
+// The kind of the word after a word that announces it ("CAPTURES 01"), BSDL_SYMBOL_NONE otherwise.
 uint8_t announced_by(Shape shape, std::string_view word);
 
-// The kind of what stands between an opening sign right behind a word and its closing one, and
+// The kind of what stands between an opening sign right after a word and its closing one, and
 // stands for itself ("A(3)", "REG[8]"); BSDL_SYMBOL_NONE where the sign opens a list.
 uint8_t kind_in_brackets(Shape shape, char opened, uint8_t owner);
 

@@ -47,13 +47,13 @@ class StatementReader
     const std::string_view text;
     bool in_statement = false;
     bool in_package = false;
-    uint32_t line_start = 0;   // no word is ahead of this one on its line
+    uint32_t line_start = 0;   // no word is before this one on its line
     uint32_t words = 0;        // of the statement so far
-    uint32_t last_end = 0;     // behind the last thing of the statement
+    uint32_t last_end = 0;     // after the last thing of the statement
     int depth = 0;             // of parentheses outside strings
     int columns = 0;           // commas within
     bool behind_colon = false; // in a port clause
-    bool value = false;        // behind IS or :=
+    bool value = false;        // after IS or :=
     const AttributeShape *attribute = nullptr;
     std::optional<TableReader> table;
 };
@@ -245,7 +245,7 @@ void StatementReader::word(uint32_t *at)
     const std::string_view word = text.substr(begin, end - begin);
     if (in_statement && begins_statement(word, begin))
         close(last_end, false);
-    // The word of a data file stands ahead of its entity.
+    // The word of a data file stands before its entity.
     if (in_statement && now().kind == BSDL_STATEMENT_OTHER &&
         statement_kind(word) != BSDL_STATEMENT_OTHER) {
         now().kind = statement_kind(word);
@@ -309,7 +309,7 @@ void StatementReader::sign(char c, uint32_t at)
     }
 }
 
-// Behind the last quotation mark of a string. One that is not closed on its line goes on where the
+// After the last quotation mark of a string. One that is not closed on its line goes on where the
 // next line with quotation marks has an odd number of them; else its mark is missing, and it ends
 // with its line.
 uint32_t StatementReader::string_end(uint32_t begin) const
@@ -409,7 +409,7 @@ void StatementReader::run()
 namespace
 {
 
-// Finds the symbol that introduces a name: the first one, as in the checks.
+// Finds the symbol that declares a name: the first one, as in the checks.
 class Names
 {
   public:

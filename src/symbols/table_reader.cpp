@@ -4,7 +4,7 @@
 
 uint32_t SymbolList::add(uint32_t begin, uint32_t end, uint8_t kind, uint8_t flags)
 {
-    // A word that may go on behind a comment comes ahead of it.
+    // A word that may go on after a comment comes before it.
     auto at = symbols.end();
     while (at != symbols.begin() && at[-1].begin > begin)
         --at;

@@ -48,7 +48,7 @@ class TableReader
     char mark = 0;
     char before = 0;
     uint8_t previous = BSDL_SYMBOL_NONE; // kind of the last word of the row
-    uint8_t owner = BSDL_SYMBOL_NONE;    // the same, where nothing but blanks is behind it
+    uint8_t owner = BSDL_SYMBOL_NONE;    // the same, where nothing but blanks is after it
     uint8_t announced = BSDL_SYMBOL_NONE;
     bool used = false;
 

@@ -21,7 +21,7 @@ enum Outcome {
     AFTER_CHECK = 13,
     LEFT_SOMETHING = 20, // not all memory was given back
     CHECK_PASSED = 21,   // although memory ran out
-    ENDED = 255,         // "Memory error", while text was scanned or a package sought
+    ENDED = 255,         // "Memory error", while text was scanned or a package searched for
 };
 
 void sink(void *, BsdlMessage *) {}

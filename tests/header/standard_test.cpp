@@ -86,7 +86,7 @@ TEST(Standard, MessagesOfUseStatements)
         const char *package;
         const char *needs = nullptr; // the issue that is missed
     } cases[] = {
-        // The token is kept as written, the file is sought in small letters.
+        // The token is kept as written, the file is searched for in small letters.
         {"1994", "Std_1532_2002.ALL"},
         {"1990", "STD_1532_2001.all", "1994"},
         {"1990", "STD_1532_2002.all", "2001"},

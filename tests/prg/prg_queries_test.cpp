@@ -28,7 +28,7 @@ std::string shown(const PrgProgramSpec *program)
                    : "none";
 }
 
-// The program at hand by the queries on its parts.
+// The current program by the queries on its parts.
 std::string current_program(Bsdl *handle)
 {
     const std::string line =

@@ -177,7 +177,8 @@ TEST(ToolSettings, HoldForTheFilesBelow)
     EXPECT_EQ(run_tool({"check", path}).status, 2);
 }
 
-// ------------------------------------------------------------------------------------- wrong use
+// ------------------------------------------------------------------------------------- usage
+// errors
 
 TEST(ToolUse, NearNamesAreSuggested)
 {

@@ -70,7 +70,7 @@ class Progress
         shown = true;
         std::fprintf(stderr, "\r\033[K[%zu/%zu] %.60s", done, files, escaped(path).c_str());
     }
-    // Ahead of lines that may go to the same terminal.
+    // Before lines that may go to the same terminal.
     void clear()
     {
         if (!shown)
@@ -285,7 +285,7 @@ void CheckRun::take_fixed(const Work &each, Done &done)
         return;
     }
     if (!options.quiet)
-        std::fprintf(stderr, "%s: %s mended\n", escaped(done.file->name).c_str(),
+        std::fprintf(stderr, "%s: %s fixed\n", escaped(done.file->name).c_str(),
                      counted(fixed.mended, "finding").c_str());
     done.file = std::make_unique<DiagnosedFile>(each.path, each.choice);
 }
@@ -361,7 +361,7 @@ int CheckRun::run()
     const auto is_standard_input = [](const std::string &path) { return path == "-"; };
     if (fix != FixChoice::NONE && !options.diff &&
         std::any_of(options.paths.begin(), options.paths.end(), is_standard_input)) {
-        complain("standard input cannot be mended; --diff prints what would be changed");
+        complain("standard input cannot be fixed; --diff prints what would be changed");
         return STATUS_UNUSABLE;
     }
     if (!set_rules() || !collect_work() || !make_reporters())
@@ -419,7 +419,7 @@ std::function<int()> set_up_check(CLI::App &app)
     app.add_flag("--fast-read", options->read.fast_read,
                  "Stop reading behind the identification and instruction registers");
     app.add_flag("--fix{sure}", options->fix,
-                 "Mend the files with the fixes that are sure; --fix=all also with those that are "
+                 "Apply the fixes that are sure to the files; --fix=all also applies those that are "
                  "guesses")
         ->check(CLI::IsMember({"sure", "all"}));
     app.add_flag("--diff", options->diff,

@@ -88,7 +88,7 @@ static ordered_json fix_of(const BsdlFinding &found, const DiagnosedFile &file, 
         replacements.push_back({{"deletedRegion", region_of(place, sources.of(place))},
                                 {"insertedContent", {{"text", text}}}});
     }
-    const std::string description = found.fix ? found.fix : "Mend the file";
+    const std::string description = found.fix ? found.fix : "Fix the file";
     ordered_json change = {{"artifactLocation", artifact_of(file.name)},
                            {"replacements", std::move(replacements)}};
     return {{"description", {{"text", description}}},
