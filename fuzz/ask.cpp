@@ -190,7 +190,7 @@ static void ask_about_flows(Bsdl *h)
 {
     int flows = 0;
     look(bsdlIscNbrOfFlows(h));
-    // A flow that is not defined gives NULL ahead of the end.
+    // A flow that is not defined gives NULL before the end.
     const int32_t count = bsdlIscNbrOfFlows(h);
     IscFlowInfo *info = bsdlIscFirstFlow(h);
     while (flows++ <= count) {

@@ -71,7 +71,7 @@ static void look(const BsdlPlace &place, const std::vector<int32_t> &line_length
         std::abort();
 }
 
-// The text with its line ends, and one more line behind the last.
+// The text with its line ends, and one more line after the last.
 static std::vector<int32_t> lengths_of_lines(const uint8_t *data, size_t size)
 {
     std::vector<int32_t> lengths = {0};

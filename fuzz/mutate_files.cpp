@@ -104,7 +104,7 @@ static bool run_some(const char *path, const std::string &text, const Settings &
             const double seconds = static_cast<double>(clock() - start) / CLOCKS_PER_SEC;
             if (write(ends[1], &seconds, sizeof seconds) != sizeof seconds)
                 _exit(1);
-            // A handle that is not given back would be seen here.
+            // A handle that is not released would be seen here.
             rusage usage = {};
             getrusage(RUSAGE_SELF, &usage);
             if (usage.ru_maxrss > settings.megabytes * 1024)

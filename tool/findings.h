@@ -52,7 +52,7 @@ struct FileFindings {
 // "parts/x.bsd:110:26", fit for a terminal; less where a place is not so exact.
 std::string place_text(const BsdlPlace &place);
 
-// The text of the library on one line, the hint behind it.
+// The text of the library on one line, the hint after it.
 std::string message_text(const BsdlFinding &found);
 
 FileFindings select_findings(const DiagnosedFile &file, const Selection &selection);

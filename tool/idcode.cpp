@@ -27,7 +27,7 @@ std::optional<Idcode> decode_idcode(std::string_view pattern)
     idcode.manufacturer_bits = pattern.substr(20, 11);
     idcode.version = bits_value(idcode.version_bits);
     idcode.part = bits_value(idcode.part_bits);
-    // The bank is sent as the number of continuation codes ahead of the manufacturer's.
+    // The bank is sent as the number of continuation codes before the manufacturer's.
     if (const auto manufacturer = bits_value(idcode.manufacturer_bits)) {
         idcode.bank = *manufacturer / 128 + 1;
         idcode.number = *manufacturer % 128;

@@ -7,7 +7,7 @@
 
 #include <cstdio>
 
-// A choice stands behind the name of the value, as in WHEN:{auto,always,never}.
+// A choice stands after the name of the value, as in WHEN:{auto,always,never}.
 static void split_type(const std::string &type, OptionEntry &entry)
 {
     entry.value = type.substr(0, type.find(':'));

@@ -23,7 +23,7 @@ std::vector<OptionEntry> options_of(const Command &command);
 // The arguments of a command as its use shows them: "[FILE...]".
 std::string arguments_of(const std::vector<OptionEntry> &options);
 
-// The description with the choices or the default behind it.
+// The description with the choices or the default after it.
 std::string full_description(const OptionEntry &option);
 
 // What `tarnlet COMMAND --help` prints.

@@ -4,7 +4,7 @@
 #include <cctype>
 #include <strings.h>
 
-// Takes the first word off the text, behind white space and comments.
+// Takes the first word off the text, after white space and comments.
 static std::string_view next_word(std::string_view &text)
 {
     while (!text.empty()) {

@@ -18,7 +18,7 @@ class SourceLines
 
     // Without its line end; empty when there is no such line.
     std::string_view line(int32_t number) const;
-    // Where a place begins in the text; its end for a place behind it.
+    // Where a place begins in the text; its end for a place after it.
     size_t offset(int32_t line, int32_t column) const;
 
   private:

@@ -19,7 +19,7 @@ ALLOWED = {
                      # Any other name reads the same in all modes and tells that clock cycles
                      # follow.
                      'wait_spec', 'aio_pulse_option', 'wait_specification',
-                     # REPEAT and LOOP read the same in all modes; the counts come behind them.
+                     # REPEAT and LOOP read the same in all modes; the counts come after them.
                      'flow_definition', 'opt_repeat_list', 'repeat_list',
                      'initialize_block', 'repeat_block', 'terminate_block',
                      'activity_or_loop_list'},

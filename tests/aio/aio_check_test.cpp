@@ -137,7 +137,7 @@ TEST(AioDriver, ResultsOfSingleChecks)
 
 // -------------------------------------------------------------------------------------- the rules
 
-// By the rule's identifier; `$` is what a row gives behind it, word by word.
+// By the rule's identifier; `$` is what a row gives after it, word by word.
 // clang-format off
 const std::map<std::string, std::string> TEXTS = {
     {"extest-pulse-missing", "Instruction opcode must have EXTEST_PULSE instruction"},

@@ -1,4 +1,4 @@
-// One mistake in a clean description is one finding, at its place, with the edit that mends it.
+// One mistake in a clean description is one finding, at its place, with the edit that fixes it.
 
 #include "support/description.h"
 #include "tarnlet/diagnosis.h"

@@ -26,7 +26,7 @@ std::ostream &operator<<(std::ostream &out, const Counts &counts)
 }
 
 // Lines of a table start with two blanks, those of private instructions with a star and a blank
-// behind the heading.
+// after the heading.
 Counts counts_of(const std::string &text)
 {
     Counts counts;

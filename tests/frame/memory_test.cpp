@@ -19,7 +19,7 @@ enum Outcome {
     NO_HANDLE = 11, // readBsdl() gave NULL
     CHECK_FAILED = 12,
     AFTER_CHECK = 13,
-    LEFT_SOMETHING = 20, // not all memory was given back
+    LEFT_SOMETHING = 20, // some memory was not released
     CHECK_PASSED = 21,   // although memory ran out
     ENDED = 255,         // "Memory error", while text was scanned or a package searched for
 };

@@ -188,7 +188,7 @@ TEST_F(Reader, Outcomes)
           error("parse error, expecting `IDENTIFIER', found '' on line 1\n"),
           total("1 syntax error")},
          STRICT},
-        // Behind the statement one token is looked at: it might have gone on.
+        // After the statement one token is looked at: it might have gone on.
         {"fast", Description().with(REGISTER_ACCESS, "; \x08").text(), 0, {}, FAST_READ},
         {"fast, without IDCODE",
          Description()
@@ -303,7 +303,7 @@ TEST_F(Reader, StackOverflow)
 
 // ------------------------------------------------------------------------- from one to the next
 
-// The words known ahead of the standard use statement are those of the reading before.
+// The words known before the standard use statement are those of the reading before.
 TEST_F(Reader, TheNextReadingBeginsWithTheWordsOfTheLast)
 {
     const struct {

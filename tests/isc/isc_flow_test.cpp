@@ -68,7 +68,7 @@ std::string duration_text(const IscDuration *duration)
     return text + "/" + std::to_string(duration->time);
 }
 
-// The wait, and what stands behind it: each wait has to leave the scanner ready for a width.
+// The wait, and what stands after it: each wait has to leave the scanner ready for a width.
 std::string wait_of(const IscActivity *activity)
 {
     if (!activity->wait)
@@ -197,7 +197,7 @@ TEST(IscFlow, ComplaintsThatDoNotCount)
 TEST(IscFlow, MistakesInActivities)
 {
     // A wait in error says so once for every token that is dropped until the activity goes on. It
-    // catches an undefined variable behind it too; one before it is caught by the whole statement.
+    // catches an undefined variable after it too; one before it is caught by the whole statement.
     const struct {
         const char *activity;
         const char *complaints; // "%" for the line
@@ -258,7 +258,7 @@ TEST(IscFlow, TableOfVariables)
     EXPECT_EQ(bsdlGetNumErrors(over.reading), 0);
     EXPECT_EQ(over.flow->variable_count, 51);
 
-    // Each flow begins with an empty table, also behind one that was ignored.
+    // Each flow begins with an empty table, also after one that was ignored.
     std::string many = " INITIALIZE (MINE " + assignments(1, 51) + " WAIT TCK 1)";
     FlowReading next("F" + many + ", F" + many + ", G INITIALIZE (MINE 8:$v1? WAIT TCK 1)");
     expect_messages(next.complaints(), {{WARNING, "flow descriptor F exists, ignored", 2}});

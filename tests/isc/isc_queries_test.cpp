@@ -81,7 +81,7 @@ TEST(IscQueries, EndsOfActionsAndProcedures)
     }
     bsdlIscNextAction(reading);
     EXPECT_EQ(taken(bsdlIscNextAction(reading)), "LAST");
-    // At the end the cursor stands behind the last action, which is still the current one ...
+    // At the end the cursor stands after the last action, which is still the current one ...
     EXPECT_EQ(bsdlIscNextAction(reading), nullptr);
     EXPECT_EQ(bsdlIscNbrOfProcedures(reading), 1);
     EXPECT_EQ(taken(bsdlIscFirstProc(reading)), "PROC_PROGRAM_DONE");

@@ -102,7 +102,7 @@ TEST(Compliance, WithoutAStatementOrPins)
     EXPECT_EQ(bsdlGetNbrOfComplPatterns(absent), -1);
     expect_iteration(absent.handle(), bsdlGetFirstComplPort, bsdlGetNextComplPort, {});
     expect_iteration(absent.handle(), bsdlGetFirstComplPattern, bsdlGetNextComplPattern, {});
-    // Being absent comes ahead of the missing pin list.
+    // Being absent comes before the missing pin list.
     EXPECT_EQ(absent.check(bsdl_check_compliance), 1);
     expect_messages(absent.messages(), {});
 

@@ -138,7 +138,7 @@ TEST(GroupedPorts, ResultsWithoutWhatTheCheckNeeds)
 TEST(GroupedPorts, StatementWithAnErrorIsSkipped)
 {
     Reading reading(grouped("DIFFERENTIAL_VOLTAGE ((P1, N1)), DIFFERENTIAL_VOLTAGE (P2, N2)"));
-    // What is thrown away goes on to the ';' of the clock behind it, which is then missed.
+    // What is thrown away goes on to the ';' of the clock after it, which is then missed.
     EXPECT_EQ(bsdlGetNumErrors(reading), 2);
     EXPECT_TRUE(reading.has("Skipping grouped_port due to errors"));
     EXPECT_EQ(bsdlGetNbrOfPortGroups(reading), -1);

@@ -57,7 +57,7 @@ struct FailureCase {
     const char *name;
     const char *ports;
     const char *mapping;
-    ExpectedMessages messages; // behind the heading of the mapping
+    ExpectedMessages messages; // after the heading of the mapping
 };
 
 const FailureCase failure_cases[] = {

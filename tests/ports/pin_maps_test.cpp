@@ -106,7 +106,7 @@ TEST(PinMaps, Selection)
 struct MappingCase {
     const char *name;
     const char *ports;
-    std::string maps; // "": the valid mapping with `pins` behind it
+    std::string maps; // "": the valid mapping with `pins` after it
     const char *pins;
     ExpectedMessages messages; // of levels 0 and 1
 };

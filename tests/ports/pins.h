@@ -14,7 +14,7 @@ namespace pins
 using namespace support;
 using support::Reading; // not the scanner's record of that name
 
-// `ports` goes behind the ports of the valid description, `mapping` behind its pins.
+// `ports` goes after the ports of the valid description, `mapping` after its pins.
 inline Description description(const std::string &ports, const std::string &mapping)
 {
     Description text;
@@ -25,7 +25,7 @@ inline Description description(const std::string &ports, const std::string &mapp
     return text;
 }
 
-// A boundary register of these cells alone: what stands behind the cell's name.
+// A boundary register of these cells alone: what stands after the cell's name.
 inline Description &with_cells(Description &text, const std::vector<std::string> &cells)
 {
     std::string table;
@@ -70,7 +70,7 @@ inline std::string functions(Bsdl *bsdl)
 constexpr size_t OWN_PINS = 11;
 constexpr unsigned OWN_DECLARATIONS = 9;
 
-// What a check of the ports says, and the functions that the pins have behind it.
+// What a check of the ports says, and the functions that the pins have after it.
 struct PortCase {
     const char *name;
     Description text;

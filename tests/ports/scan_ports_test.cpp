@@ -143,7 +143,7 @@ TEST(ScanPorts, WithoutPinsNoPortIsFound)
 
 TEST(ScanPorts, WithoutABoundaryRegisterNothingIsGiven)
 {
-    // An error that no statement catches ends the reading ahead of the register.
+    // An error that no statement catches ends the reading before the register.
     Reading reading(Description().with(INSTRUCTION_LENGTH,
                                        "attribute INSTRUCTION_LENGTH of DEV : entity is many;"));
     ASSERT_EQ(build(reading), 0);

@@ -172,7 +172,7 @@ TEST(InstructionCheck, AnIterationGoesOnFromWhereItStands)
 {
     Reading reading{Description()};
     EXPECT_EQ(text_of(bsdlGetNextInstruction(reading)), "EXTEST");
-    // PRELOAD comes ahead of it, and the cursor counts in the new order.
+    // PRELOAD comes before it, and the cursor counts in the new order.
     reading.check(bsdl_check_instr_reg);
     EXPECT_EQ(text_of(bsdlGetNextInstruction(reading)), "EXTEST");
 }

@@ -171,8 +171,7 @@ TEST(RegisterAccess, WhileReading)
     struct {
         const char *name;
         Replacement statement;
-        ExpectedMessages
-            messages; // ahead of the line that it passed, or with the error was skipped
+        ExpectedMessages messages; // before the line that it passed, or with the error was skipped
         bool passes = true;
         Issue issue = Issue::BSDL_2001;
     } const rows[] = {

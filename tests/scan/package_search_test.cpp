@@ -10,7 +10,7 @@ using namespace support;
 namespace
 {
 
-// The current directory and the environment of a search, put back behind it.
+// The current directory and the environment of a search, put back after it.
 class PackageSearch : public testing::Test
 {
   protected:

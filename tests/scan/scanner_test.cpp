@@ -263,7 +263,7 @@ namespace
 struct Seen {
     std::string text;
     int line;          // as messages count
-    std::string place; // from its first byte to behind its last
+    std::string place; // from its first byte to after its last
 };
 
 void store_strings(Scanning &scanning)

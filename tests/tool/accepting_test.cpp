@@ -116,7 +116,7 @@ namespace
 struct BadSettings {
     const char *name;
     const char *text;
-    const char *problem; // behind the path
+    const char *problem; // after the path
 };
 
 class ToolSettings : public testing::TestWithParam<BadSettings>
@@ -177,8 +177,7 @@ TEST(ToolSettings, HoldForTheFilesBelow)
     EXPECT_EQ(run_tool({"check", path}).status, 2);
 }
 
-// ------------------------------------------------------------------------------------- usage
-// errors
+// ----------------------------------------------------------------------------------- usage errors
 
 TEST(ToolUse, NearNamesAreSuggested)
 {

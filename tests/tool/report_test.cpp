@@ -169,7 +169,7 @@ TEST(ToolReport, WrongUse)
 
 TEST(ToolReport, ColumnsCountCharacters)
 {
-    // Two bytes of UTF-8, and one of Latin-1, ahead of what is wrong in the line.
+    // Two bytes of UTF-8, and one of Latin-1, before what is wrong in the line.
     const std::string text = read_text(example("demo.bsd"));
     const std::string warning = "\"apply VDD before running EXTEST.\";";
     const size_t at = text.find(warning);

@@ -194,7 +194,7 @@ static std::unique_ptr<Reporter> reporter_of(const std::string &format, const Te
     return text_reporter(style, std::move(write));
 }
 
-// Each --output is for the --format ahead of it; what goes to no file goes to standard output, and
+// Each --output is for the --format before it; what goes to no file goes to standard output, and
 // text does when all others go to files.
 bool CheckRun::make_reporters()
 {
@@ -412,15 +412,16 @@ std::function<int()> set_up_check(CLI::App &app)
             ->allow_extra_args(false);
     const CLI::Option *output =
         app.add_option("--output", options->output_paths,
-                       "File for the format ahead of it, instead of standard output")
+                       "File for the format before it, instead of standard output")
             ->type_name("OUT")
             ->allow_extra_args(false);
     add_read_options(app, options->read);
     app.add_flag("--fast-read", options->read.fast_read,
-                 "Stop reading behind the identification and instruction registers");
-    app.add_flag("--fix{sure}", options->fix,
-                 "Apply the fixes that are sure to the files; --fix=all also applies those that are "
-                 "guesses")
+                 "Stop reading after the instruction and identification registers");
+    app.add_flag(
+           "--fix{sure}", options->fix,
+           "Apply the fixes that are sure to the files; --fix=all also applies those that are "
+           "guesses")
         ->check(CLI::IsMember({"sure", "all"}));
     app.add_flag("--diff", options->diff,
                  "Print what --fix would change as a unified diff instead");

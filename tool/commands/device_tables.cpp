@@ -30,7 +30,7 @@ struct DeviceTable {
 
 } // namespace
 
-// The letters of a name, then its subscript as the number that it is: "D(2)" ahead of "D(10)".
+// The letters of a name, then its subscript as the number that it is: "D(2)" before "D(10)".
 static std::pair<std::string, long> port_order(const Json &port)
 {
     if (port.is_null())

@@ -317,7 +317,7 @@ static std::vector<std::string> ignorable()
 }
 
 // "number 34, type linkage": a row without what is null and what has parts of its own. The key
-// that stands ahead of it says the name already.
+// that stands before it says the name already.
 static std::string row_text(const Json &row, const std::string &key)
 {
     if (!row.is_object())

@@ -148,8 +148,7 @@ int explain_rule(const std::string &id)
 std::function<int()> set_up_explain(CLI::App &app)
 {
     auto rules = std::make_shared<std::vector<std::string>>();
-    app.add_option("RULE", *rules, "Identifiers of rules, as they stand behind findings")
-        ->required();
+    app.add_option("RULE", *rules, "Identifiers of rules, as findings end with them")->required();
     return [rules] {
         int status = STATUS_CLEAN;
         for (const std::string &rule : *rules) {

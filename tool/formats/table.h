@@ -16,7 +16,7 @@ void add_table_options(CLI::App &app, TableForm &form);
 // (RFC 4180): null is empty, several values are joined by blanks. As JSON: the rows themselves.
 void print_table(const Json &rows, const std::vector<std::string> &columns, TableForm form);
 
-// The text form, each line behind `margin`.
+// The text form, each line after `margin`.
 std::string table_text(const Json &rows, const std::vector<std::string> &columns,
                        std::string_view margin);
 

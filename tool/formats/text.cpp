@@ -109,7 +109,7 @@ bool TextReporter::source_line(const Finding &finding, Sources &sources, const s
         return false;
     const std::string_view left = line.substr(0, mark.at);
     size_t room = WIDEST_LINE - columns_of(last_columns(left, WIDEST_LINE / 2));
-    // Behind the last character there is a blank.
+    // After the last character there is a blank.
     const std::string marked =
         mark.at < line.size() ? first_columns(line.substr(mark.at, mark.length), room) : " ";
     room -= columns_of(marked);
