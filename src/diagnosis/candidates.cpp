@@ -506,6 +506,12 @@ std::vector<Candidate> Finder::run()
     return std::move(found);
 }
 
+size_t begin_of_window(std::string_view text, size_t place)
+{
+    const std::vector<RawToken> tokens = raw_tokens_around(text, place, TOKENS_BEFORE, 0);
+    return tokens.empty() ? place : tokens.front().begin;
+}
+
 std::vector<Candidate> mend_candidates(std::string_view text, size_t place,
                                        std::string_view component)
 {

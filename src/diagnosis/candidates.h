@@ -25,4 +25,7 @@ struct Candidate {
 std::vector<Candidate> mend_candidates(std::string_view text, size_t place,
                                        std::string_view component);
 
+// No candidate changes anything in front of it.
+size_t begin_of_window(std::string_view text, size_t place);
+
 std::string apply_edits(std::string_view text, const std::vector<TextEdit> &edits);

@@ -5,6 +5,8 @@
 #include "diagnosis/unreadable_text.h"
 #include "frame/reader_state.h"
 
+#include <algorithm>
+#include <cstring>
 #include <deque>
 #include <new>
 #include <string>
@@ -40,6 +42,15 @@ class OwnState
 };
 
 } // namespace
+
+// A host that was built with an older header hands in a shorter record.
+static BsdlDiagnosisOptions known_options(const BsdlDiagnosisOptions *options)
+{
+    BsdlDiagnosisOptions known = {};
+    if (options)
+        std::memcpy(&known, options, std::min(options->size, sizeof known));
+    return known;
+}
 
 static ReadingOptions reading_options(const char *file_name, const BsdlDiagnosisOptions &options)
 {
@@ -99,7 +110,7 @@ BsdlDiagnosis *bsdlDiagnose(const char *text, size_t length, const char *file_na
         return nullptr;
     const OwnState own;
     try {
-        const BsdlDiagnosisOptions how = options ? *options : BsdlDiagnosisOptions{};
+        const BsdlDiagnosisOptions how = known_options(options);
         auto diagnosis = std::make_unique<BsdlDiagnosis>();
         diagnosis->reading = reading_options(file_name, how);
         const std::string_view source = {text ? text : "", length};

@@ -54,6 +54,7 @@ class Search
     Found found;
     Drafts drafts;
     std::map<const Draft *, const Mend *> mend_of;
+    std::string pin_map;     // that the drafts are about, where the default names none
     Draft *broken = nullptr; // the first statement that could not be read
 };
 
@@ -132,8 +133,9 @@ void Search::check_each_pin_map()
     std::vector<Seen> all;
     std::map<std::pair<std::string, std::string>, size_t> known;
     for (size_t i = 0; i < maps.size(); i++) {
-        options->package = maps[i].c_str();
-        CheckedText checked = check_text(found.text, *options);
+        ReadingOptions with_map = *options;
+        with_map.package = maps[i].c_str();
+        CheckedText checked = check_text(found.text, with_map);
         for (Said &said : checked.messages) {
             if (!tells_a_mistake(said))
                 continue;
@@ -147,7 +149,7 @@ void Search::check_each_pin_map()
         if (i == 0)
             found.checked = std::move(checked);
     }
-    options->package = nullptr;
+    pin_map = maps.front();
     found.checked.messages.clear();
     for (Seen &seen : all) {
         if (seen.maps.size() < maps.size())
@@ -262,8 +264,10 @@ Finding Search::finding_of(const Draft &draft, const Mend *mend) const
         finding.edits.push_back({place_of(edit.begin, edit.end), std::move(edit.text)});
     if (edits.empty())
         finding.fix.clear();
-    for (const std::string &folder : draft.said.searched)
-        finding.related.push_back({{.file = folder}, "searched in this folder"});
+    for (const std::string &folder : draft.said.searched) {
+        const FoundPlace place = {.file = folder};
+        finding.related.push_back({place, "searched in this folder"});
+    }
     for (const auto &[range, text] : draft.related)
         finding.related.push_back(
             {place_of(mended.edited.to_original(range.begin), mended.edited.to_original(range.end)),
@@ -283,8 +287,11 @@ void Search::to_findings()
         return std::tuple(finding.place.file != options->file_name, finding.place.line,
                           finding.place.column);
     };
+    const auto order = [&](const auto &each) {
+        return std::tuple(key(each.second), each.first->because != nullptr);
+    };
     std::stable_sort(all.begin(), all.end(),
-                     [&](const auto &a, const auto &b) { return key(a.second) < key(b.second); });
+                     [&](const auto &a, const auto &b) { return order(a) < order(b); });
     std::map<const Draft *, int32_t> index;
     for (const auto &[draft, finding] : all)
         index.emplace(draft, static_cast<int32_t>(index.size()));
@@ -317,7 +324,7 @@ Found Search::run()
     fold_alike(found.text, drafts);
     Work repairs = *work;
     repairs.bytes_left = std::min(repairs.bytes_left, BYTES_OF_REPAIRS);
-    repair_findings({found.text, *options, found.checked, &repairs}, drafts);
+    repair_findings({found.text, *options, found.checked, pin_map, &repairs}, drafts);
     work->was_cancelled |= repairs.was_cancelled;
     find_follow_ups(drafts, broken);
     say_what_was_not_checked();

@@ -120,7 +120,7 @@ void find_follow_ups(Drafts &drafts, Draft *broken)
     }
     // A check that failed without a word of its own has something before it to thank for.
     const auto error = std::find_if(drafts.begin(), drafts.end(), [](const auto &draft) {
-        return draft->said.level == BSDL_LEVEL_ERROR && is_open(*draft) &&
+        return draft->said.level == BSDL_LEVEL_ERROR && !draft->because && !draft->is_note &&
                draft->said.rule != "check-failed";
     });
     if (error != drafts.end())

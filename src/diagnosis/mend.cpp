@@ -48,7 +48,8 @@ class Mender
     void keep_one_of_each_meaning(std::vector<Attempt> &attempts) const;
     void keep_least_findings(std::vector<Attempt> &attempts);
     size_t count_findings(const std::string &text) const;
-    Trial trial(const std::string &text, const std::vector<TextEdit> &edits);
+    Trial trial(const std::string &text, const std::vector<TextEdit> &edits,
+                const TextRange &read_before = {});
     const std::string &text() const { return result.edited.text(); }
 
     MendedText result;
@@ -94,10 +95,19 @@ static std::vector<TextRange> shifted(std::vector<TextRange> ranges,
     return ranges;
 }
 
-// The place of the first mistake is that in the text before the edits.
-Trial Mender::trial(const std::string &edited, const std::vector<TextEdit> &edits)
+// The place of the first mistake is that in the text before the edits. A string is read to its end
+// before what is in it: an edit that completes one may bring out a mistake far in front of it,
+// which has its turn later.
+Trial Mender::trial(const std::string &edited, const std::vector<TextEdit> &edits,
+                    const TextRange &read_before)
 {
-    Trial trial = read_to_first_mistake(edited, options, shifted(result.aside, edits), work);
+    std::vector<TextRange> aside = shifted(result.aside, edits);
+    Trial trial = read_to_first_mistake(edited, options, aside, work);
+    if (trial.far >= read_before.begin && trial.far < read_before.end &&
+        (edits.front().text == "&" || edits.front().text == "\"")) {
+        aside.push_back({trial.far, edits.front().begin});
+        trial = read_to_first_mistake(edited, options, aside, work);
+    }
     if (trial.far != READS_TO_THE_END && trial.far > edits.back().begin)
         trial.far -= static_cast<size_t>(shift_of(edits));
     return trial;
@@ -125,6 +135,8 @@ std::vector<Attempt> Mender::furthest_attempts(const Trial &mistake)
 {
     const size_t least = behind_tokens(text(), mistake.far, TOKENS_OF_PROGRESS);
     const size_t least_of_quotes = behind_tokens(text(), mistake.far, TOKENS_OF_PROGRESS_OF_QUOTES);
+    const TextRange read_before = {statement_around(text(), mistake.far).begin,
+                                   begin_of_window(text(), mistake.far)};
     std::vector<Attempt> best;
     for (Candidate &candidate : mend_candidates(text(), mistake.far, component)) {
         if (!best.empty() && candidate.cost > best.front().candidate.cost &&
@@ -135,7 +147,8 @@ std::vector<Attempt> Mender::furthest_attempts(const Trial &mistake)
         auto in_original = result.edited.in_original(candidate.edits);
         if (!in_original)
             continue;
-        const size_t far = trial(apply_edits(text(), candidate.edits), candidate.edits).far;
+        const size_t far =
+            trial(apply_edits(text(), candidate.edits), candidate.edits, read_before).far;
         if (far < (changes_quotes(text(), candidate.edits) ? least_of_quotes : least))
             continue;
         if (!best.empty() && far > best.front().far)

@@ -5,17 +5,19 @@
 #include "header/header.h"
 #include "ports/ports.h"
 #include "registers/registers.h"
+#include "scan/keywords.h"
 
 #include <algorithm>
 #include <iterator>
 #include <map>
 #include <set>
+#include <tuple>
 
 namespace
 {
 
 // What a name in the text may stand for.
-enum class NameKind : uint8_t { PORT, CELL, INSTRUCTION, REGISTER, PIN_MAP };
+enum class NameKind : uint8_t { PORT, CELL, INSTRUCTION, REGISTER, PIN_MAP, ATTRIBUTE };
 
 // Rules about a name that nothing declares.
 struct NameRule {
@@ -41,6 +43,7 @@ constexpr NameRule NAME_RULES[] = {
     {"register-length-missing", NameKind::REGISTER, "register"},
     {"pin-mapping-missing", NameKind::PIN_MAP, "pin map"},
     {"pin-mapping-unknown", NameKind::PIN_MAP, "pin map"},
+    {"extension-undeclared", NameKind::ATTRIBUTE, "attribute"},
 };
 
 // Where names of a kind are declared.
@@ -82,8 +85,15 @@ class Repairs
     void repair_names();
     void repair_numbers();
     void repair_lengths();
+    void part_pins();
+    void part_opcodes();
+    void name_instructions_listed_twice();
     bool prove(Draft &draft, std::vector<Proposal> &proposals);
+    const Messages &said_with(const std::string &pin_map);
+    Messages try_text(const std::string &edited, const std::string &pin_map) const;
     std::vector<Proposal> name_proposals(const Draft &draft, const NameRule &rule);
+    std::vector<std::string> near_names(const std::string &word, NameKind kind);
+    const std::set<std::string> &words_told();
     const std::vector<std::string> &names(NameKind kind);
     TextRange statement_of(std::string_view word) const;
     void declared_words(NameKind kind, std::string_view word, std::vector<RawToken> *found) const;
@@ -93,8 +103,9 @@ class Repairs
     const RepairScene &scene;
     std::string_view text;
     Drafts &drafts;
-    Messages said_before;
+    std::map<std::string, Messages> said; // before any edit, by pin map
     std::map<NameKind, std::vector<std::string>> names_of;
+    std::set<std::string> told;
 };
 
 } // namespace
@@ -114,6 +125,22 @@ static Messages messages_of(const CheckedText &checked)
 }
 
 // ------------------------------------------------------------------------------------------- names
+
+// The words of "attribute WORD : BSDL_EXTENSION". The model keeps none that nothing uses.
+static void add_declared_extensions(std::string_view text, std::vector<std::string> *names)
+{
+    RawToken token;
+    std::string_view behind_attribute;
+    std::string_view last;
+    for (size_t at = 0; next_raw_token(text, at, &token); at = token.end) {
+        const std::string_view word = token.in(text);
+        if (slips_between(last, "ATTRIBUTE", 0) == 0)
+            behind_attribute = word;
+        if (last == ":" && slips_between(word, "BSDL_EXTENSION", 0) == 0)
+            names->emplace_back(behind_attribute);
+        last = word;
+    }
+}
 
 const std::vector<std::string> &Repairs::names(NameKind kind)
 {
@@ -144,7 +171,8 @@ const std::vector<std::string> &Repairs::names(NameKind kind)
         break;
     case NameKind::REGISTER:
         for (const RegisterEntry *entry : items<RegisterEntry>(data->register_access))
-            add(entry->name);
+            if (entry->length >= 0)
+                add(entry->name);
         for (const char *name : STANDARD_REGISTERS)
             add(name);
         break;
@@ -152,6 +180,11 @@ const std::vector<std::string> &Repairs::names(NameKind kind)
         for (const PinMapEntry *map : items<PinMapEntry>(data->pin_maps))
             if (map)
                 add(map->name);
+        break;
+    case NameKind::ATTRIBUTE:
+        for (const Keyword &attribute : all_attributes())
+            add(attribute.word);
+        add_declared_extensions(text, &names);
         break;
     }
     return names;
@@ -188,28 +221,73 @@ void Repairs::declared_words(NameKind kind, std::string_view word,
     }
 }
 
-std::vector<Proposal> Repairs::name_proposals(const Draft &draft, const NameRule &rule)
+static std::string folded(std::string_view word)
 {
-    const std::string word(draft.name_in(text));
+    std::string result(word);
+    std::transform(result.begin(), result.end(), result.begin(),
+                   [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; });
+    return result;
+}
+
+static bool has_letters_of(std::string a, std::string b)
+{
+    std::sort(a.begin(), a.end());
+    std::sort(b.begin(), b.end());
+    return a == b;
+}
+
+// The name that a finding is about, without its subscript.
+static std::string_view name_of(const Draft &draft, std::string_view text)
+{
+    const std::string_view name = draft.name_in(text);
+    return name.substr(0, name.find_first_of("( \t\r\n"));
+}
+
+// All words of the messages: where a name is misspelt, another message misses the right one.
+const std::set<std::string> &Repairs::words_told()
+{
+    if (told.empty())
+        for (const auto &draft : drafts) {
+            const std::string_view message = draft->said.text;
+            RawToken token;
+            for (size_t at = 0; next_raw_token(message, at, &token); at = token.end)
+                if (token.kind == RawKind::WORD)
+                    told.insert(folded(token.in(message)));
+        }
+    return told;
+}
+
+// The names that the word may stand for, the likeliest first.
+std::vector<std::string> Repairs::near_names(const std::string &word, NameKind kind)
+{
     const int most = slips_allowed(word.size());
-    std::vector<std::pair<int, std::string>> near;
-    for (const std::string &name : names(rule.kind)) {
+    std::vector<std::tuple<bool, int, bool, std::string>> near;
+    for (const std::string &name : names(kind)) {
         const int slips = slips_between(word, name, most);
         if (slips > 0 && slips <= most)
-            near.emplace_back(slips, name);
+            near.emplace_back(!words_told().contains(folded(name)), slips,
+                              !has_letters_of(folded(word), folded(name)), name);
     }
     std::sort(near.begin(), near.end());
     near.erase(std::unique(near.begin(), near.end()), near.end());
+    std::vector<std::string> names;
+    for (auto &each : near)
+        names.push_back(std::move(std::get<std::string>(each)));
+    return names;
+}
 
+std::vector<Proposal> Repairs::name_proposals(const Draft &draft, const NameRule &rule)
+{
+    const std::string word(name_of(draft, text));
     std::vector<Proposal> proposals;
-    for (const auto &[slips, name] : near) {
+    for (const std::string &name : near_names(word, rule.kind)) {
         const std::string unknown = std::string("there is no ") + rule.noun + " " + word;
-        Proposal here = {.edits = {{draft.begin, draft.end, name}},
+        Proposal here = {.edits = {{draft.begin, draft.begin + word.size(), name}},
                          .hint = unknown + "; " + name + "?",
                          .fix = "replace '" + word + "' with '" + name + "'"};
         for (const TextRange &place : draft.alike)
             if (place.begin > here.edits.back().end)
-                here.edits.push_back({place.begin, place.end, name});
+                here.edits.push_back({place.begin, place.begin + word.size(), name});
         proposals.push_back(std::move(here));
         // Or the declaration is what is misspelt.
         std::vector<RawToken> declared;
@@ -226,19 +304,41 @@ std::vector<Proposal> Repairs::name_proposals(const Draft &draft, const NameRule
 
 // ------------------------------------------------------------------------------------------- proof
 
+// What is said of the text when it is read with a pin map; empty for the default.
+Messages Repairs::try_text(const std::string &edited, const std::string &pin_map) const
+{
+    scene.work->spend(3 * text.size()); // it is checked too
+    if (pin_map.empty())
+        return messages_of(check_text(edited, scene.options));
+    ReadingOptions options = scene.options;
+    options.package = pin_map.c_str();
+    return messages_of(check_text(edited, options));
+}
+
+const Messages &Repairs::said_with(const std::string &pin_map)
+{
+    const auto [place, is_new] = said.try_emplace(pin_map);
+    if (is_new)
+        place->second =
+            pin_map.empty() ? messages_of(scene.checked) : try_text(std::string(text), pin_map);
+    return place->second;
+}
+
 // Tries the proposals. The one that leaves the fewest findings goes into the draft, and the drafts
 // that it does away with follow from this one. False when none holds.
 bool Repairs::prove(Draft &draft, std::vector<Proposal> &proposals)
 {
+    if (proposals.empty())
+        return false;
     const std::string own = draft.said.rule + '\n' + draft.said.text;
+    const std::string &pin_map = draft.said.pin_map.empty() ? scene.pin_map : draft.said.pin_map;
+    const Messages &said_before = said_with(pin_map);
     const Proposal *best = nullptr;
     Messages left;
     for (const Proposal &proposal : proposals) {
         if (!worth_trying())
             break;
-        scene.work->spend(3 * text.size()); // it is checked too
-        const Messages now =
-            messages_of(check_text(apply_edits(text, proposal.edits), scene.options));
+        const Messages now = try_text(apply_edits(text, proposal.edits), pin_map);
         const bool gone = now.count(own) < said_before.count(own);
         if (!gone || (draft.count > 1 && now.count(own)) ||
             !std::includes(said_before.begin(), said_before.end(), now.begin(), now.end()))
@@ -283,7 +383,7 @@ void Repairs::repair_names()
             const std::vector<std::string> &declared = names(rule.kind);
             draft->name_is_declared =
                 std::any_of(declared.begin(), declared.end(), [&](const std::string &name) {
-                    return slips_between(name, draft->name_in(text), 0) == 0;
+                    return slips_between(name, name_of(*draft, text), 0) == 0;
                 });
             if (draft->name_is_declared)
                 continue;
@@ -291,17 +391,18 @@ void Repairs::repair_names()
             if (proposals.empty() || prove(*draft, proposals))
                 continue;
             draft->hint = "there is no " + std::string(rule.noun) + " " +
-                          std::string(draft->name_in(text)) + "; " +
+                          std::string(name_of(*draft, text)) + "; " +
                           proposals.front().edits.front().text + "?";
         }
 }
 
 // ----------------------------------------------------------------------------------------- numbers
 
+static bool is_digit(char c) { return c >= '0' && c <= '9'; }
+
 static bool is_number(std::string_view word)
 {
-    return !word.empty() && word.size() < 10 &&
-           std::all_of(word.begin(), word.end(), [](char c) { return c >= '0' && c <= '9'; });
+    return !word.empty() && word.size() < 10 && std::all_of(word.begin(), word.end(), is_digit);
 }
 
 // The rows by number: a number in front of a parenthesis, behind a quotation mark or a comma.
@@ -425,14 +526,139 @@ void Repairs::repair_lengths()
     }
 }
 
+// ----------------------------------------------------------------------------- words run together
+
+// Where two pins may have run into each other: between digit and letter, and anywhere in a number.
+static std::vector<size_t> partings(std::string_view word)
+{
+    std::vector<size_t> places;
+    for (size_t i = 1; i < word.size(); i++)
+        if (is_number(word) ? word[i] != '0' : is_digit(word[i - 1]) && !is_digit(word[i]))
+            places.push_back(i);
+    // Both halves are about as long as each other.
+    const auto from_middle = [&](size_t i) { return std::max(i, word.size() - i); };
+    std::stable_sort(places.begin(), places.end(),
+                     [&](size_t a, size_t b) { return from_middle(a) < from_middle(b); });
+    return places;
+}
+
+static Proposal parting(std::string_view text, size_t at, const RawToken &token)
+{
+    return {.edits = {{at, at, ","}},
+            .hint = "a comma is missing behind " +
+                    std::string(text.substr(token.begin, at - token.begin)),
+            .fix = "insert ','"};
+}
+
+// A port has a pin less than it should: two of them may stand without a comma between.
+void Repairs::part_pins()
+{
+    for (const auto &draft : drafts) {
+        if (draft->said.rule != "pin-count-mismatch" || draft->because || !draft->has_place() ||
+            !draft->edits.empty())
+            continue;
+        std::vector<Proposal> proposals;
+        std::vector<RawToken> pins;
+        RawToken token;
+        bool comma = true; // between the latest pin and this one
+        for (size_t at = draft->end; next_raw_token(text, at, &token) && text[token.begin] != ')';
+             at = token.end) {
+            comma |= text[token.begin] == ',' || text[token.begin] == '(';
+            if (token.kind != RawKind::WORD)
+                continue;
+            if (!comma) // one ends a string, the other begins the next
+                proposals.push_back(parting(text, pins.back().end, pins.back()));
+            comma = false;
+            pins.push_back(token);
+        }
+        // Two in one are longer than the others.
+        std::stable_sort(pins.begin(), pins.end(), [](const RawToken &a, const RawToken &b) {
+            return a.end - a.begin > b.end - b.begin;
+        });
+        for (const RawToken &pin : pins)
+            for (const size_t place : partings(pin.in(text)))
+                if (proposals.size() < MOST_PROPOSALS)
+                    proposals.push_back(parting(text, pin.begin + place, pin));
+        prove(*draft, proposals);
+    }
+}
+
+// An opcode twice as long as it should be is two.
+void Repairs::part_opcodes()
+{
+    for (const auto &draft : drafts) {
+        const std::string_view opcode = draft->name_in(text);
+        if (draft->said.rule != "opcode-length" || draft->because || !draft->edits.empty() ||
+            opcode.size() % 2)
+            continue;
+        const size_t middle = draft->begin + opcode.size() / 2;
+        std::vector<Proposal> proposals = {
+            parting(text, middle, {draft->begin, draft->end, RawKind::WORD})};
+        prove(*draft, proposals);
+    }
+}
+
+// ---------------------------------------------------------------------------- entries listed twice
+
+// An entry of the opcode table with the comma that parts it from its neighbours.
+static TextRange entry_to_delete(std::string_view text, const RawToken &name)
+{
+    TextRange entry = {name.begin, name.end};
+    RawToken token;
+    for (size_t at = name.end; next_raw_token(text, at, &token); at = token.end) {
+        entry.end = token.end;
+        if (text[token.begin] == ')')
+            break;
+    }
+    if (next_raw_token(text, entry.end, &token) && text[token.begin] == ',')
+        entry.end = token.end;
+    return entry;
+}
+
+// Of two entries with one name only one gets the register; no message tells the true reason.
+void Repairs::name_instructions_listed_twice()
+{
+    Drafts added;
+    for (const auto &draft : drafts) {
+        if (draft->said.rule != "public-instruction-without-register" || draft->because ||
+            !draft->edits.empty() || !draft->has_place())
+            continue;
+        const std::string name(draft->name_in(text));
+        std::vector<RawToken> entries;
+        declared_words(NameKind::INSTRUCTION, name, &entries);
+        if (entries.size() < 2)
+            continue;
+        const RawToken &second = entries[1];
+        auto twice = std::make_unique<Draft>(Draft{.said = draft->said});
+        twice->said.rule = "instruction-listed-twice";
+        twice->said.text = "Instruction " + name + " is listed twice in INSTRUCTION_OPCODE";
+        twice->begin = second.begin;
+        twice->end = second.end;
+        twice->hint = "one entry is enough; only one of the two gets the register";
+        twice->related.push_back({{entries[0].begin, entries[0].end}, "the other entry"});
+        const TextRange entry = entry_to_delete(text, second);
+        std::vector<Proposal> proposals = {
+            {.edits = {{entry.begin, entry.end, ""}}, .hint = {}, .fix = "delete this entry"}};
+        const Draft before = *draft;
+        if (prove(*draft, proposals)) {
+            twice->edits = draft->edits;
+            twice->fix = draft->fix;
+            *draft = before;
+        }
+        draft->because = twice.get();
+        added.push_back(std::move(twice));
+    }
+    std::move(added.begin(), added.end(), std::back_inserter(drafts));
+}
+
 void Repairs::run()
 {
-    said_before = messages_of(scene.checked);
-    if (said_before.empty())
-        return;
     repair_names();
+    part_pins();
+    part_opcodes();
     repair_lengths();
     repair_numbers();
+    name_instructions_listed_twice();
 }
 
 void repair_findings(const RepairScene &scene, Drafts &drafts) { Repairs(scene, drafts).run(); }

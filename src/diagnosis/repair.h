@@ -14,6 +14,7 @@ struct RepairScene {
     std::string_view text; // in which mistakes of syntax are mended
     const ReadingOptions &options;
     const CheckedText &checked;
+    const std::string &pin_map; // that it was checked with; empty for the default
     Work *work;
 };
 

@@ -1145,6 +1145,11 @@ constexpr BsdlRule RULES[] = {
      "A check did not pass and gave no rule as its reason, mostly because a statement that it "
      "needs is missing. The text names the check.",
      "Look for the statement in the description."},
+    {"instruction-listed-twice", ERROR, ANNEX "8.11",
+     "Instruction %s is listed twice in INSTRUCTION_OPCODE",
+     "Two entries of the table have the same name. Only one of them gets the register that "
+     "REGISTER_ACCESS gives to the instruction.",
+     "Delete one of the entries. If they have different opcodes, list both in one entry."},
     {"suppression-unknown", WARNING, nullptr,
      "There is no rule '%s' to be turned off\n"
      "This comment for tarnlet is not understood",
@@ -1159,10 +1164,9 @@ constexpr BsdlRule RULES[] = {
      "why the file could not be read.",
      "Remove the comment, or move it to the line of the finding or above it."},
     {"process-ended", ERROR, nullptr,
-     "",
-     "The process that read the file came to an end before the check was through: memory ran "
-     "out, packages were nested too deep, or a fault in the library was met.",
-     "Look at the messages before it; without any, report the file as a fault of tarnlet."},
+     "Memory ran out while it was read",
+     "There was not enough memory to read and check the file.",
+     "Give the process more memory, or check fewer files at once (-j)."},
 };
 // clang-format on
 

@@ -93,9 +93,12 @@ std::string with_edits(std::string text, const BsdlFinding *finding)
     return text;
 }
 
+// Neither blanks nor the way in which a value is split into strings count.
 std::string without_blanks(std::string text)
 {
     std::erase_if(text, [](char c) { return c == ' ' || c == '\n'; });
+    for (size_t at = text.find("\"&\""); at != std::string::npos; at = text.find("\"&\"", at))
+        text.erase(at, 3);
     return text;
 }
 
@@ -153,7 +156,12 @@ INSTANTIATE_TEST_SUITE_P(Diagnosis, Mistake, testing::Values(
     MistakeCase{"mapped_port", "\"RDY     : 27, \"", "\"RYD     : 27, \"", "mapped-port-undeclared", GUESS, "there is no port RYD; RDY?"},
     MistakeCase{"register_instruction", "TRIM_READ CAPTURES", "TRIM_RAED CAPTURES", "register-instruction-unknown", GUESS, "TRIM_READ?"},
     MistakeCase{"boundary_length", "BOUNDARY_LENGTH of tarn_demo : entity is 26", "BOUNDARY_LENGTH of tarn_demo : entity is 27", "cell-number-missing", GUESS, "the table ends with row 25"},
-    MistakeCase{"port_of_a_cell", "\"  5  (  BC_1, OE_N, ", "\"  5  (  BC_1, OEN_, ", "cell-port-undefined", GUESS, "OE_N?"}),
+    MistakeCase{"port_of_a_cell", "\"  5  (  BC_1, OE_N, ", "\"  5  (  BC_1, OEN_, ", "cell-port-undefined", GUESS, "OE_N?"},
+    MistakeCase{"port_with_subscript", "BC_1, ADDR(2), ", "BC_1, ADRD(2), ", "cell-port-undefined", GUESS, "ADDR?"},
+    MistakeCase{"extension", "attribute TARN_SPEED_GRADE of", "attribute TARN_SPEED_GRAED of", "extension-undeclared", GUESS, "TARN_SPEED_GRADE?"},
+    MistakeCase{"pins_run_together", "(11, 23, 35, 47)", "(11, 2335, 47)", "pin-count-mismatch", GUESS, "a comma is missing behind 23"},
+    MistakeCase{"pins_of_two_lines", "(12, 24, 36, 48)", "(12, 24\" & \"36, 48)", "pin-count-mismatch", GUESS, "a comma is missing behind 24"},
+    MistakeCase{"opcodes_run_together", "(100000, 100001)", "(100000100001)", "opcode-length", GUESS, "a comma is missing behind 100000"}),
     [](const auto &param) { return std::string(param.param.name); });
 // clang-format on
 
@@ -166,6 +174,47 @@ TEST(Diagnosis, TwoMistakesAreTwoFindings)
     size_t length = 0;
     const char *mended = bsdlDiagnosisText(diagnosis.get(), &length);
     EXPECT_EQ(without_blanks({mended, length}), without_blanks(example()));
+}
+
+TEST(Diagnosis, MistakeInAStringThatIsNotComplete)
+{
+    std::string text = replaced(example(), "OE_N,     INPUT,", "OE_N,     INUPT,");
+    text = replaced(text, "21,    1,     PULL1), \" &", "21,    1,     PULL1), \"");
+    const Diagnosis diagnosis = diagnose(text);
+    EXPECT_EQ(standing(diagnosis).size(), 2u) << listed(diagnosis);
+    EXPECT_EQ(without_blanks(bsdlDiagnosisText(diagnosis.get(), nullptr)),
+              without_blanks(example()));
+}
+
+TEST(Diagnosis, InstructionListedTwice)
+{
+    const std::string wrong =
+        replaced(example(), "\"FACTORY   (", "\"TRIM_LOAD (010000), \" & \"FACTORY   (");
+    const Diagnosis diagnosis = diagnose(wrong);
+    const auto found = standing(diagnosis);
+    ASSERT_EQ(found.size(), 1u) << listed(diagnosis);
+    EXPECT_STREQ(found[0]->rule, "instruction-listed-twice");
+    EXPECT_EQ(found[0]->related_count, 1u);
+    EXPECT_EQ(bsdlFindingCount(diagnose(with_edits(wrong, found[0])).get()), 0u);
+}
+
+TEST(Diagnosis, OptionsOfAnOlderHeaderAreShorter)
+{
+    const BsdlDiagnosisOptions options = {.size = offsetof(BsdlDiagnosisOptions, cancelled),
+                                          .cancelled = [](void *) -> int32_t { return 1; }};
+    const std::string text = example();
+    EXPECT_TRUE(Diagnosis(bsdlDiagnose(text.data(), text.size(), "x", &options)));
+}
+
+TEST(Diagnosis, MisspeltRegisterOfTheStandard)
+{
+    const std::string wrong = replaced(example(), "\"SIGNATURE[16] (RUNBIST)\";",
+                                       "\"BYPSAS (CLAMP), \" & \"SIGNATURE[16] (RUNBIST)\";");
+    const Diagnosis diagnosis = diagnose(wrong);
+    const auto found = standing(diagnosis);
+    ASSERT_EQ(found.size(), 1u) << listed(diagnosis);
+    EXPECT_STREQ(found[0]->rule, "register-length-missing");
+    EXPECT_EQ(bsdlFindingCount(diagnose(with_edits(wrong, found[0])).get()), 0u);
 }
 
 TEST(Diagnosis, CleanTextHasNoFinding)

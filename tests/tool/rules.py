@@ -14,7 +14,7 @@ import sys
 from expectations import expect, finish
 
 tool, root = sys.argv[1], pathlib.Path(sys.argv[2])
-OF_NO_MESSAGE = {"check-failed", "process-ended"}
+OF_NO_MESSAGE = {"check-failed", "instruction-listed-twice", "process-ended"}
 # Of walks that no file reaches.
 UNPUBLISHED = {"merged-instruction-length", "merged-instruction-without-register",
                "merged-instruction-unchecked", "control-cell-shared"}
