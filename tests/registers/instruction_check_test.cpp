@@ -296,7 +296,7 @@ void put_table(Bsdl *bsdl, const Table &table)
 TEST(InstructionCheck, SearchesGiveWhatWalksGive)
 {
     Tables tables;
-    for (int handle = 0; handle < 200 && !HasFailure(); handle++) {
+    for (int handle = 0; handle < 20 && !HasFailure(); handle++) {
         bool is_2001 = handle % 2;
         Reading reading(Description(is_2001 ? Issue::BSDL_2001 : Issue::BSDL_1994));
         for (int i = 0; i < 500 && !HasFailure(); i++) {
