@@ -130,9 +130,10 @@ void Finder::insert_marks()
                                (quotes && (line_begins || before == '&' || before == '=' ||
                                            before == '(' || is_word_of(i - 1, "IS"))) ||
                                (mark.character == ':' && text[token.begin] == '=');
-            const bool closes = quotes
-                                    ? line_ends || behind == '&' || behind == ';' || behind == ')'
-                                    : mark.character != '(' || line_ends;
+            // Behind '&' a string begins with what stands on the next line.
+            const bool ends_string = text[token.begin] != '&' &&
+                                     (line_ends || behind == '&' || behind == ';' || behind == ')');
+            const bool closes = quotes ? ends_string : mark.character != '(' || line_ends;
             if (closes)
                 add({.edits = {{token.end, token.end, insert}},
                      .cost = COST_INSERT,

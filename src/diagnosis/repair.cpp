@@ -62,6 +62,7 @@ struct Proposal {
     std::vector<TextEdit> edits;
     std::string hint;
     std::string fix;
+    size_t least_gone = 1; // so many messages it has to do away with
 };
 
 constexpr size_t MOST_PROPOSALS = 6; // for one finding
@@ -341,6 +342,7 @@ bool Repairs::prove(Draft &draft, std::vector<Proposal> &proposals)
         const Messages now = try_text(apply_edits(text, proposal.edits), pin_map);
         const bool gone = now.count(own) < said_before.count(own);
         if (!gone || (draft.count > 1 && now.count(own)) ||
+            now.size() + proposal.least_gone > said_before.size() ||
             !std::includes(said_before.begin(), said_before.end(), now.begin(), now.end()))
             continue;
         if (!best || now.size() < left.size()) {
@@ -466,7 +468,8 @@ void Repairs::repair_numbers()
             proposals.push_back(
                 {.edits = {{row->second.number.begin, row->second.number.end, missing}},
                  .hint = "two rows have the number " + twice + ", and none has " + missing,
-                 .fix = "replace " + twice + " with " + missing});
+                 .fix = "replace " + twice + " with " + missing,
+                 .least_gone = 2}); // two cells may share a number
         }
         if (prove(*draft, proposals))
             continue;

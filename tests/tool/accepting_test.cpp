@@ -1,4 +1,4 @@
-// What teams have accepted and settled: comments, baselines, .tarnlet.toml; and fixes.
+// What teams have accepted and settled: comments, baselines, .tarnlet.toml.
 
 #include "run_tool.h"
 
