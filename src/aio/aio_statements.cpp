@@ -3,6 +3,7 @@
 #include "aio/aio.h"
 #include "boundary/boundary.h"
 #include "frame/messages.h"
+#include "scan/scanner.h"
 
 namespace
 {
@@ -12,7 +13,7 @@ constexpr uint64_t AIO_STANDARDS_FILTER = ~uint64_t{0x3C0000};
 
 } // namespace
 
-void aio_words_begin(Bsdl *bsdl) { bsdl->standards_filter = AIO_STANDARDS_FILTER; }
+void aio_words_begin(Bsdl *bsdl) { scan_standards(bsdl, bsdl->standards, AIO_STANDARDS_FILTER); }
 
 AioPulse *aio_pulse_new(Bsdl *bsdl, ClockCycles *clock_cycles, double time)
 {
@@ -142,7 +143,7 @@ AioData *aio_data_new(Bsdl *bsdl, Place place)
 void aio_data_made(Bsdl *bsdl, int32_t conformance, AioExtest *extest, List pin_behaviors,
                    Place place)
 {
-    bsdl->standards_filter = 0;
+    scan_standards(bsdl, bsdl->standards, 0);
     AioData *data = aio_data_new(bsdl, place);
     data->conformance = conformance;
     data->extest = extest;

@@ -8,7 +8,7 @@
 
 static void standard_chosen(Bsdl *bsdl, uint32_t bits, const char *name)
 {
-    bsdl->standards = bits;
+    scan_standards(bsdl, bits, bsdl->standards_filter);
     bsdl->data->standard_name = name;
 }
 

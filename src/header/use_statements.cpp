@@ -3,6 +3,7 @@
 #include "frame/messages.h"
 #include "header/header.h"
 #include "scan/package_search.h"
+#include "scan/scanner.h"
 
 void use_package(Bsdl *bsdl, const char *name, Place place)
 {
@@ -11,6 +12,11 @@ void use_package(Bsdl *bsdl, const char *name, Place place)
     model_append_to(bsdl, &data->package_specs, &data->package_specs_tail, spec);
     parse_message(bsdl, BSDL_LEVEL_INFO, 2, nullptr, "\tUser package: '%s'", name);
     read_package(bsdl, name, name);
+}
+
+static void add_standard(Bsdl *bsdl, uint32_t bit)
+{
+    scan_standards(bsdl, bsdl->standards | bit, bsdl->standards_filter);
 }
 
 // The package files of the extensions have names in small letters, in whatever case a description
@@ -23,7 +29,7 @@ bool use_std_1532_2001(Bsdl *bsdl, const char *token)
     if (bsdlIs1990(bsdl))
         return parse_refused(bsdl, "package-needs-1994",
                              "BSDL version must be STD_1149_1_1994 or higher");
-    bsdl->standards |= BSDL_STANDARD_BIT_1532_2001;
+    add_standard(bsdl, BSDL_STANDARD_BIT_1532_2001);
     read_package(bsdl, "std_1532_2001.all", token);
     return true;
 }
@@ -37,7 +43,7 @@ bool use_std_1532_2002(Bsdl *bsdl, const char *token)
     if (bsdlIs1994(bsdl))
         parse_message(bsdl, BSDL_LEVEL_WARNING, 2, "package-wants-2001",
                       "BSDL version must be STD_1149_1_2001 or higher");
-    bsdl->standards |= BSDL_STANDARD_BIT_1532_2002;
+    add_standard(bsdl, BSDL_STANDARD_BIT_1532_2002);
     read_package(bsdl, "std_1532_2002.all", token);
     return true;
 }
@@ -57,7 +63,7 @@ bool use_std_1149_6_2003(Bsdl *bsdl, const char *token)
     if (bsdlIs1990(bsdl) || bsdlIs1994(bsdl))
         return parse_refused(bsdl, "package-needs-2001",
                              "BSDL version must be STD_1149_1_2001 or higher");
-    bsdl->standards |= BSDL_STANDARD_BIT_1149_6_2003;
+    add_standard(bsdl, BSDL_STANDARD_BIT_1149_6_2003);
     read_package(bsdl, "std_1149_6_2003.all", token);
     return true;
 }

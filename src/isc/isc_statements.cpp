@@ -66,13 +66,13 @@ void isc_skipped(Bsdl *bsdl, IscStatement statement)
     statement_skipped(bsdl, STATEMENTS[statement].skipped);
 }
 
-void isc_family_begins(Bsdl *bsdl) { bsdl->standards_filter = FILTER_ALL_BUT_1532; }
+void isc_family_begins(Bsdl *bsdl) { scan_standards(bsdl, bsdl->standards, FILTER_ALL_BUT_1532); }
 
 void isc_family_passed(Bsdl *bsdl, const IscData &values)
 {
     // A second family replaces the first; in a PPC/PRG file each part keeps its own.
     bsdl->data->isc = model_new<IscData>(bsdl, values);
-    bsdl->standards_filter = 0;
+    scan_standards(bsdl, bsdl->standards, 0);
 }
 
 // ---------------------------------------------------------------------------- ISC_Conformance

@@ -56,9 +56,9 @@ struct ScanState {
     SourceBase base;
     Place place;             // of the token or, in an action, of what its grammar rule has read
     uint32_t strings_behind; // after the ';' of the statement whose strings were read last
+    BSDL_YYSTYPE *value;     // of the token
     uint32_t rules;          // the keyword set in force, a bit of RuleSet; 0 before the first token
-    uint32_t standards;      // for which it was picked
-    uint64_t filter;
+    bool ready;              // false: it is to be picked anew, or the reading has stopped
 
     StringStore strings;
     InputFile files[INCLUDE_DEPTH + 1];

@@ -24,11 +24,11 @@ constexpr uint32_t TOKEN_SIZE = 16384; // a token has to be shorter
 constexpr size_t WITH_ALL = 4;         // any one character and ALL
 
 enum CharClass : uint8_t {
-    OTHER, // not allowed at the start of a token
+    BLANK, // up to FATAL no token begins
+    LINE_END,
     ZERO,
     FATAL,
-    BLANK,
-    LINE_END,
+    OTHER, // in part and file names alone
     LETTER,
     DIGIT,
     QUOTES,
@@ -45,28 +45,30 @@ enum CharClass : uint8_t {
     ISC_PUNCTUATION, // in the ISC and PRG rule sets
 };
 
+enum WordPart : uint8_t { LETTER_OR_DIGIT = 1, UNDERSCORE = 2 };
+
 struct CharTables {
-    uint8_t start[256] = {};     // class of a token's first character
-    uint8_t word[256] = {};      // 1: letter, digit, underscore
+    CharClass start[256];        // of a token's first character
+    uint8_t word[256] = {};      // letters, digits and underscores
     uint8_t part_name[256] = {}; // 1: in a part name; 2: in a file name
 
     constexpr CharTables()
     {
-        for (int c = 0; c < 32; c++)
-            start[c] = c == 3 || c == 4 ? OTHER : FATAL;
+        for (int c = 0; c < 256; c++)
+            start[c] = c < 32 && c != 3 && c != 4 ? FATAL : OTHER;
         start[0] = ZERO;
         for (unsigned char c : {' ', '\t', '\v', '\f'})
             start[c] = BLANK;
         start['\n'] = start['\r'] = LINE_END;
         for (int c = 'A'; c <= 'Z'; c++) {
             start[c] = start[c + 32] = LETTER;
-            word[c] = word[c + 32] = 1;
+            word[c] = word[c + 32] = LETTER_OR_DIGIT;
         }
         for (int c = '0'; c <= '9'; c++) {
             start[c] = DIGIT;
-            word[c] = 1;
+            word[c] = LETTER_OR_DIGIT;
         }
-        word['_'] = 1;
+        word['_'] = UNDERSCORE;
         for (unsigned char c : {';', '&', '=', ',', '*', '[', ']', '(', ')'})
             start[c] = PUNCTUATION;
         start['"'] = QUOTES;
@@ -95,15 +97,9 @@ struct CharTables {
 
 constexpr CharTables CHARS;
 
-struct Scan {
-    Bsdl *bsdl;
-    ScanState *reading;
-    BSDL_YYSTYPE *value;
-};
-
 } // namespace
 
-static uint8_t start_class(char c) { return CHARS.start[static_cast<unsigned char>(c)]; }
+static CharClass start_class(char c) { return CHARS.start[static_cast<unsigned char>(c)]; }
 
 static bool in_word(char c) { return CHARS.word[static_cast<unsigned char>(c)] != 0; }
 
@@ -214,6 +210,7 @@ static double real_value(const char *at, const char *end)
 {
     reading->place = place;
     reading->stopped = true;
+    reading->ready = false;
     reading->fatal = fatal;
     reading->token_length = 0;
 }
@@ -240,7 +237,10 @@ static uint32_t pick_rule_set(const Bsdl *bsdl)
     return rules;
 }
 
-enum : int { NO_TOKEN = -1 }; // what was matched is passed over
+enum : int {
+    NO_TOKEN = -1, // what was matched is passed over
+    NO_MATCH = -2,
+};
 
 // Kept apart: few tokens end their piece, and what ends all of them has to be short.
 [[gnu::noinline]] static void finish_beyond_piece(ScanState *reading, const char *end,
@@ -277,41 +277,40 @@ static int finish_input(ScanState *reading, Place place)
     return BSDL_YYEOF;
 }
 
-static const char *token_name(const Scan &scan)
+static const char *token_name(Bsdl *bsdl)
 {
-    const ScanState *reading = scan.reading;
-    return name_intern_padded(&scan.bsdl->names, reading->token, reading->token_length,
+    const ScanState *reading = bsdl->reading;
+    return name_intern_padded(&bsdl->names, reading->token, reading->token_length,
                               text_hash_padded(reading->token, reading->token_length));
 }
 
-static int finish_name(const Scan &scan, const char *start, const char *end, int token)
+static int finish_name(Bsdl *bsdl, const char *start, const char *end, int token)
 {
-    token = finish(scan.reading, start, end, 1, token);
+    token = finish(bsdl->reading, start, end, 1, token);
     if (token != BSDL_YYEOF)
-        scan.value->string = token_name(scan);
+        bsdl->reading->value->string = token_name(bsdl);
     return token;
 }
 
-static int finish_text(const Scan &scan, const char *start, const char *end, int token)
+static int finish_text(Bsdl *bsdl, const char *start, const char *end, int token)
 {
-    token = finish(scan.reading, start, end, 1, token);
+    token = finish(bsdl->reading, start, end, 1, token);
     if (token != BSDL_YYEOF)
-        scan.value->string = model_text(scan.bsdl, {start, static_cast<size_t>(end - start)});
+        bsdl->reading->value->string = model_text(bsdl, {start, static_cast<size_t>(end - start)});
     return token;
 }
 
-static int finish_integer(const Scan &scan, const char *start, const char *end, int token,
-                          size_t letters)
+static int finish_integer(Bsdl *bsdl, const char *start, const char *end, int token, size_t letters)
 {
-    scan.value->integer = integer_value(start + letters, end);
-    return finish(scan.reading, start, end, 1, token);
+    bsdl->reading->value->integer = integer_value(start + letters, end);
+    return finish(bsdl->reading, start, end, 1, token);
 }
 
-static int finish_real(const Scan &scan, const char *start, const char *end)
+static int finish_real(Bsdl *bsdl, const char *start, const char *end)
 {
     if (end - start < static_cast<ptrdiff_t>(TOKEN_SIZE))
-        scan.value->real = real_value(start, end);
-    return finish(scan.reading, start, end, 1, REAL);
+        bsdl->reading->value->real = real_value(start, end);
+    return finish(bsdl->reading, start, end, 1, REAL);
 }
 
 // A word of the file in a message, with its end.
@@ -323,28 +322,27 @@ static int length_of(const char *start, const char *end)
 
 // A word that no keyword row takes in this rule set. With `strict` words that are no proper names
 // are dropped; without, they are names with a warning.
-static int improper_word(const Scan &scan, const char *start, const char *end, bool vhdl)
+static int improper_word(Bsdl *bsdl, const char *start, const char *end, bool vhdl)
 {
-    int token = finish(scan.reading, start, end, 1, IDENTIFIER);
+    int token = finish(bsdl->reading, start, end, 1, IDENTIFIER);
     if (token == BSDL_YYEOF)
         return token;
-    int32_t level = scan.bsdl->strict ? BSDL_LEVEL_ERROR : BSDL_LEVEL_WARNING;
+    int32_t level = bsdl->strict ? BSDL_LEVEL_ERROR : BSDL_LEVEL_WARNING;
     if (vhdl)
-        parse_message(scan.bsdl, level, 2, "vhdl-keyword", "VHDL keyword '%.*s' is not allowed!",
+        parse_message(bsdl, level, 2, "vhdl-keyword", "VHDL keyword '%.*s' is not allowed!",
                       length_of(start, end), start);
     else
-        parse_message(scan.bsdl, level, 2, "illegal-identifier",
-                      "Illegal identifier '%.*s' on line %i", length_of(start, end), start,
-                      scan.reading->line);
-    if (scan.bsdl->strict)
+        parse_message(bsdl, level, 2, "illegal-identifier", "Illegal identifier '%.*s' on line %i",
+                      length_of(start, end), start, bsdl->reading->line);
+    if (bsdl->strict)
         return NO_TOKEN;
-    scan.value->string = token_name(scan);
+    bsdl->reading->value->string = token_name(bsdl);
     return IDENTIFIER;
 }
 
 // ATTRIBUTE and, behind any blanks and line ends, the name of an attribute are one token, whatever
-// follows the name. NO_TOKEN with `*matched` false when there is no such token here.
-static int scan_attribute(const Scan &scan, const char *start, const char *behind, bool *matched)
+// follows the name.
+static int scan_attribute(Bsdl *bsdl, const char *start, const char *behind)
 {
     const char *name = behind;
     while (start_class(*name) == BLANK || start_class(*name) == LINE_END)
@@ -357,15 +355,14 @@ static int scan_attribute(const Scan &scan, const char *start, const char *behin
         if (row)
             end = name + std::strlen(row->word);
     }
-    *matched = row && (row->rules & scan.reading->rules) &&
-               !((row->flags & NOT_IN_PACKAGE) && scan.bsdl->scan_mode == SCAN_MODE_PACKAGE);
-    if (!*matched)
-        return NO_TOKEN;
-    int token = finish(scan.reading, start, end, 1, row->token);
-    input_count_line_ends(scan.reading, behind, name);
+    if (!row || !(row->rules & bsdl->reading->rules) ||
+        ((row->flags & NOT_IN_PACKAGE) && bsdl->scan_mode == SCAN_MODE_PACKAGE))
+        return NO_MATCH;
+    int token = finish(bsdl->reading, start, end, 1, row->token);
+    input_count_line_ends(bsdl->reading, behind, name);
     if (!(row->flags & OBSOLETE) || token == BSDL_YYEOF)
         return token;
-    parse_message(scan.bsdl, BSDL_LEVEL_WARNING, 2, "obsolete-attribute", "%s is VERY obsolete!",
+    parse_message(bsdl, BSDL_LEVEL_WARNING, 2, "obsolete-attribute", "%s is VERY obsolete!",
                   row->word);
     return NO_TOKEN;
 }
@@ -374,7 +371,7 @@ static bool is_all(const char *at) { return equal_folded(at, "ALL", 3); }
 
 // The name of an extension's package, any one character and ALL are one token in every rule set.
 // The character may be one that words are made of. `row` is that of the whole word.
-static const Keyword *find_with_all(const char *start, size_t length, const Keyword *row)
+static inline const Keyword *find_with_all(const char *start, size_t length, const Keyword *row)
 {
     const char *end = start + length;
     if (row)
@@ -387,7 +384,7 @@ static const Keyword *find_with_all(const char *start, size_t length, const Keyw
 }
 
 // In the PRG rule set some words end in a number, which is the token's value.
-static int scan_numbered_word(const Scan &scan, const char *start, const char *end)
+static int scan_numbered_word(Bsdl *bsdl, const char *start, const char *end)
 {
     static constexpr struct {
         const char *word;
@@ -397,7 +394,7 @@ static int scan_numbered_word(const Scan &scan, const char *start, const char *e
     for (const auto &row : NUMBERED)
         if (static_cast<size_t>(end - start) > row.length &&
             equal_folded(start, row.word, row.length) && digits_end(start + row.length) == end)
-            return finish_integer(scan, start, end, row.token, row.length);
+            return finish_integer(bsdl, start, end, row.token, row.length);
     return NO_TOKEN;
 }
 
@@ -413,29 +410,28 @@ static bool is_bin(char c) { return c == '0' || c == '1'; }
 static bool is_bin_x(char c) { return is_bin(c) || c == 'X' || c == 'x'; }
 
 // The rules that a scan mode adds for a run of letters and digits. NO_TOKEN: none takes it whole.
-static int scan_in_mode(const Scan &scan, const char *start, const char *end)
+static int scan_in_mode(Bsdl *bsdl, const char *start, const char *end)
 {
-    switch (scan.bsdl->scan_mode) {
+    switch (bsdl->scan_mode) {
     case SCAN_MODE_BIN_X:
-        return all_of(start, end, is_bin_x) ? finish_text(scan, start, end, BIN_X_PATTERN)
+        return all_of(start, end, is_bin_x) ? finish_text(bsdl, start, end, BIN_X_PATTERN)
                                             : NO_TOKEN;
     case SCAN_MODE_BIN:
-        return all_of(start, end, is_bin) ? finish_text(scan, start, end, BIN_PATTERN) : NO_TOKEN;
+        return all_of(start, end, is_bin) ? finish_text(bsdl, start, end, BIN_PATTERN) : NO_TOKEN;
     case SCAN_MODE_INTEGER:
     case SCAN_MODE_SIGNED:
-        return all_of(start, end, is_digit) ? finish_integer(scan, start, end, INTEGER, 0)
-                                            : NO_TOKEN;
+        return digits_end(start) == end ? finish_integer(bsdl, start, end, INTEGER, 0) : NO_TOKEN;
     case SCAN_MODE_HEX:
-        return all_of(start, end, is_hex_digit) ? finish_text(scan, start, end, HEX_PATTERN)
+        return all_of(start, end, is_hex_digit) ? finish_text(bsdl, start, end, HEX_PATTERN)
                                                 : NO_TOKEN;
     case SCAN_MODE_REAL: {
         const char *number = real_end(start);
-        return number && number >= end ? finish_real(scan, start, number) : NO_TOKEN;
+        return number && number >= end ? finish_real(bsdl, start, number) : NO_TOKEN;
     }
     case SCAN_MODE_DATE:
         if (end - start == 8 && all_of(start, end, is_digit) && *end == '.' &&
             digits_end(end + 1) - end >= 5)
-            return finish_text(scan, start, end + 5, DATE_STRING);
+            return finish_text(bsdl, start, end + 5, DATE_STRING);
         return NO_TOKEN;
     default:
         return NO_TOKEN;
@@ -450,10 +446,39 @@ static const char *use_name_end(const char *at)
     return at;
 }
 
-static int scan_word(const Scan &scan, const char *start)
+static int finish_use_name(Bsdl *bsdl, const char *start)
 {
-    Bsdl *bsdl = scan.bsdl;
+    bsdl->scan_mode = SCAN_MODE_INTEGER;
+    return finish_name(bsdl, start, use_name_end(start), USE_IDENT);
+}
+
+// What begins with a digit is neither keyword nor name, and mostly a number.
+static int scan_digits(Bsdl *bsdl, const char *start)
+{
+    if (bsdl->scan_mode == SCAN_MODE_INTEGER) {
+        const char *end = digits_end(start);
+        if (!in_word(*end))
+            return finish_integer(bsdl, start, end, INTEGER, 0);
+    }
+    if (bsdl->scan_mode == SCAN_MODE_USE)
+        return finish_use_name(bsdl, start);
     const char *end = word_end(start);
+    int token = scan_in_mode(bsdl, start, end);
+    return token != NO_TOKEN ? token : improper_word(bsdl, start, end, false);
+}
+
+static int scan_word(Bsdl *bsdl, const char *start)
+{
+    // Its end and, on the way, whether it is a name: underscores stand single between the others.
+    const char *end = start;
+    uint8_t before = LETTER_OR_DIGIT;
+    uint8_t pairs = 0;
+    while (uint8_t part = CHARS.word[static_cast<unsigned char>(*end)]) {
+        pairs |= part & before;
+        before = part;
+        end++;
+    }
+    const bool is_name = before != UNDERSCORE && !(pairs & UNDERSCORE);
     auto length = static_cast<size_t>(end - start);
     uint64_t hash = text_hash_padded(start, length);
     const Keyword *row = find_keyword(start, length, hash);
@@ -461,62 +486,56 @@ static int scan_word(const Scan &scan, const char *start)
     if (const Keyword *package = find_with_all(start, length, row)) {
         const char *behind = start + std::strlen(package->word) + WITH_ALL;
         if (bsdl->scan_mode != SCAN_MODE_USE || use_name_end(start) <= behind)
-            return finish_name(scan, start, behind, package->with_all);
+            return finish_name(bsdl, start, behind, package->with_all);
     }
-    if (bsdl->scan_mode == SCAN_MODE_USE && use_name_end(start) > end) {
-        bsdl->scan_mode = SCAN_MODE_INTEGER;
-        return finish_name(scan, start, use_name_end(start), USE_IDENT);
-    }
-    if (row && (row->rules & scan.reading->rules)) {
+    if (bsdl->scan_mode == SCAN_MODE_USE && use_name_end(start) > end)
+        return finish_use_name(bsdl, start);
+    if (row && (row->rules & bsdl->reading->rules)) {
         if (row->token == ATTRIBUTE) {
-            bool matched;
-            int token = scan_attribute(scan, start, end, &matched);
-            if (matched)
+            int token = scan_attribute(bsdl, start, end);
+            if (token != NO_MATCH)
                 return token;
         }
-        int token = finish(scan.reading, start, end, 1, row->token);
+        int token = finish(bsdl->reading, start, end, 1, row->token);
         if (row->with_all || row->token == Y_STD_PRG_2001)
-            scan.value->string = token_name(scan);
+            bsdl->reading->value->string = token_name(bsdl);
         return token;
     }
-    if (row && (row->flags & REFUSED_IN_1990) && scan.reading->rules == RULES_1990) {
-        finish(scan.reading, start, end, 1, NO_TOKEN);
+    if (row && (row->flags & REFUSED_IN_1990) && bsdl->reading->rules == RULES_1990) {
+        finish(bsdl->reading, start, end, 1, NO_TOKEN);
         parse_message(bsdl, BSDL_LEVEL_WARNING, 2, "keyword-not-in-1990",
                       "Keyword '%.*s' is not supported in BSDL90", length_of(start, end), start);
         return NO_TOKEN;
     }
     if (length > 9 && equal_folded(start, "ATTRIBUTE", 9)) {
-        bool matched;
-        int token = scan_attribute(scan, start, start + 9, &matched);
-        if (matched)
+        int token = scan_attribute(bsdl, start, start + 9);
+        if (token != NO_MATCH)
             return token;
     }
-    if (scan.reading->rules == RULES_PRG) {
-        int token = scan_numbered_word(scan, start, end);
+    if (bsdl->reading->rules == RULES_PRG) {
+        int token = scan_numbered_word(bsdl, start, end);
         if (token != NO_TOKEN)
             return token;
     }
     if (row && (row->flags & VHDL_WORD))
-        return improper_word(scan, start, end, true);
-    int token = scan_in_mode(scan, start, end);
+        return improper_word(bsdl, start, end, true);
+    int token = scan_in_mode(bsdl, start, end);
     if (token != NO_TOKEN)
         return token;
-    if (identifier_end(start) == end) {
-        token = finish(scan.reading, start, end, 1, IDENTIFIER);
+    if (is_name) {
+        token = finish(bsdl->reading, start, end, 1, IDENTIFIER);
         if (token == IDENTIFIER)
-            scan.value->string = name_intern_padded(&bsdl->names, start, length, hash);
+            bsdl->reading->value->string = name_intern_padded(&bsdl->names, start, length, hash);
         return token;
     }
-    if (bsdl->scan_mode == SCAN_MODE_USE) {
-        bsdl->scan_mode = SCAN_MODE_INTEGER;
-        return finish_name(scan, start, end, USE_IDENT);
-    }
-    return improper_word(scan, start, end, false);
+    if (bsdl->scan_mode == SCAN_MODE_USE)
+        return finish_use_name(bsdl, start);
+    return improper_word(bsdl, start, end, false);
 }
 
-static int scan_string(const Scan &scan, const char *start)
+static int scan_string(Bsdl *bsdl, const char *start)
 {
-    ScanState *reading = scan.reading;
+    ScanState *reading = bsdl->reading;
     const auto *close = static_cast<const char *>(
         std::memchr(start + 1, '"', static_cast<size_t>(reading->end - start - 1)));
     if (!close) {
@@ -527,13 +546,13 @@ static int scan_string(const Scan &scan, const char *start)
         }
         // What is missing is its end; what shows is the mark that opens it.
         finish_input(reading, input_place(reading, start, start + 1));
-        parse_message(scan.bsdl, BSDL_LEVEL_WARNING, 2, "incomplete-string",
+        parse_message(bsdl, BSDL_LEVEL_WARNING, 2, "incomplete-string",
                       "Incomplete quoted string on line %i", reading->line);
         reading->at = reading->end;
         return BSDL_YYEOF;
     }
     const char *end = close + 1;
-    bool skipped = scan.bsdl->fast_read == 2;
+    bool skipped = bsdl->fast_read == 2;
     int token = finish(reading, start, end, 0, skipped ? SKIP_QUOTED_STRING : QUOTED_STRING);
     if (token == BSDL_YYEOF)
         return token;
@@ -542,16 +561,17 @@ static int scan_string(const Scan &scan, const char *start)
     bool empty = end - start == 3 && (start[1] == 'E' || start[1] == 'e');
     // The text lies in a buffer of ours, where the pieces of a value are moved together.
     if (empty)
-        scan.value->quoted = {nullptr, 0};
+        bsdl->reading->value->quoted = {nullptr, 0};
     else
-        scan.value->quoted = {const_cast<char *>(start), static_cast<uint32_t>(end - start)};
+        bsdl->reading->value->quoted = {const_cast<char *>(start),
+                                        static_cast<uint32_t>(end - start)};
     return empty ? static_cast<int>(QUOTED_STRING) : token;
 }
 
 // A comment goes on over the pieces of a string, and into the file behind them, up to a line end.
-static int skip_comment(const Scan &scan, const char *start)
+static int skip_comment(Bsdl *bsdl, const char *start)
 {
-    ScanState *reading = scan.reading;
+    ScanState *reading = bsdl->reading;
     const Place begin = input_place(reading, start, start + 2);
     const char *at = start;
     size_t length = 0;
@@ -588,98 +608,96 @@ static bool ends_as_text(const ScanState *reading, const char *at)
     return at == reading->end;
 }
 
-static int illegal_character(const Scan &scan, const char *at)
+static int illegal_character(Bsdl *bsdl, const char *at)
 {
-    ScanState *reading = scan.reading;
-    bool strict = scan.bsdl->strict != 0;
+    ScanState *reading = bsdl->reading;
+    bool strict = bsdl->strict != 0;
     finish(reading, at, at + 1, 0, NO_TOKEN);
     if (strict)
-        parse_message(scan.bsdl, BSDL_LEVEL_ERROR, 2, "illegal-character",
+        parse_message(bsdl, BSDL_LEVEL_ERROR, 2, "illegal-character",
                       "Illegal character '%c' on line %i", *at, reading->line);
     else if (*at)
-        parse_message(scan.bsdl, BSDL_LEVEL_WARNING, 2, "illegal-character",
+        parse_message(bsdl, BSDL_LEVEL_WARNING, 2, "illegal-character",
                       "Ignoring illegal character '%c' on line %i", *at, reading->line);
     if (*at && !strict)
         return NO_TOKEN;
     return finish_input(reading, reading->place);
 }
 
-static int punctuation(const Scan &scan, const char *start, size_t length, int token)
+static int punctuation(Bsdl *bsdl, const char *start, size_t length, int token)
 {
     // Only characters that something longer begins with come here, so one more is looked at.
-    return finish(scan.reading, start, start + length, length == 1, token);
+    return finish(bsdl->reading, start, start + length, length == 1, token);
 }
 
-static bool isc_signs(const Scan &scan)
-{
-    return (scan.reading->rules & (RULES_ISC | RULES_PRG)) != 0;
-}
+static bool isc_signs(Bsdl *bsdl) { return (bsdl->reading->rules & (RULES_ISC | RULES_PRG)) != 0; }
 
 // A sign belongs to the number where the mode says so.
-static int scan_sign(const Scan &scan, const char *start)
+static int scan_sign(Bsdl *bsdl, const char *start)
 {
-    int32_t mode = scan.bsdl->scan_mode;
+    int32_t mode = bsdl->scan_mode;
     if (mode == SCAN_MODE_SIGNED && is_digit(start[1]))
-        return finish_integer(scan, start, digits_end(start + 1), INTEGER, 0);
+        return finish_integer(bsdl, start, digits_end(start + 1), INTEGER, 0);
     if (mode == SCAN_MODE_REAL)
         if (const char *end = real_end(start))
-            return finish_real(scan, start, end);
-    if (isc_signs(scan))
-        return punctuation(scan, start, 1, *start);
-    return illegal_character(scan, start);
+            return finish_real(bsdl, start, end);
+    if (isc_signs(bsdl))
+        return punctuation(bsdl, start, 1, *start);
+    return illegal_character(bsdl, start);
 }
 
-static int scan_token_at(const Scan &scan, const char *at)
+static int scan_token_at(Bsdl *bsdl, const char *at, CharClass first)
 {
-    bool isc = isc_signs(scan);
-    switch (start_class(*at)) {
+    switch (first) {
     case LETTER:
+        return scan_word(bsdl, at);
     case DIGIT:
-        return scan_word(scan, at);
+        return scan_digits(bsdl, at);
     case PUNCTUATION:
-        return finish(scan.reading, at, at + 1, 0, *at);
+        return finish(bsdl->reading, at, at + 1, 0, *at);
     case QUOTES:
-        return scan_string(scan, at);
+        return scan_string(bsdl, at);
     case MINUS:
         if (at[1] == '-')
-            return skip_comment(scan, at);
-        return scan_sign(scan, at);
+            return skip_comment(bsdl, at);
+        return scan_sign(bsdl, at);
     case PLUS:
-        return scan_sign(scan, at);
+        return scan_sign(bsdl, at);
     case DOT:
-        if (scan.bsdl->scan_mode == SCAN_MODE_REAL && is_digit(at[1]))
-            return finish_real(scan, at, real_end(at));
-        return punctuation(scan, at, 1, '.');
+        if (bsdl->scan_mode == SCAN_MODE_REAL && is_digit(at[1]))
+            return finish_real(bsdl, at, real_end(at));
+        return punctuation(bsdl, at, 1, '.');
     case COLON:
         if (at[1] == '=')
-            return punctuation(scan, at, 2, COL_EQ);
-        if (at[1] == ':' && scan.reading->rules == RULES_PRG)
-            return punctuation(scan, at, 2, D_COLON);
-        return punctuation(scan, at, 1, ':');
+            return punctuation(bsdl, at, 2, COL_EQ);
+        if (at[1] == ':' && bsdl->reading->rules == RULES_PRG)
+            return punctuation(bsdl, at, 2, D_COLON);
+        return punctuation(bsdl, at, 1, ':');
     case LESS:
         if (at[1] == '>')
-            return punctuation(scan, at, 2, BOX);
-        if (at[1] == '<' && isc)
-            return punctuation(scan, at, 2, SH_L);
-        return punctuation(scan, at, 1, '<');
+            return punctuation(bsdl, at, 2, BOX);
+        if (at[1] == '<' && isc_signs(bsdl))
+            return punctuation(bsdl, at, 2, SH_L);
+        return punctuation(bsdl, at, 1, '<');
     case GREATER:
-        if (at[1] == '>' && isc)
-            return punctuation(scan, at, 2, SH_R);
-        return punctuation(scan, at, 1, '>');
+        if (at[1] == '>' && isc_signs(bsdl))
+            return punctuation(bsdl, at, 2, SH_R);
+        return punctuation(bsdl, at, 1, '>');
     case QUESTION:
-        if (!isc)
-            return illegal_character(scan, at);
-        return at[1] == '!' ? punctuation(scan, at, 2, IO_OP) : punctuation(scan, at, 1, '?');
+        if (!isc_signs(bsdl))
+            return illegal_character(bsdl, at);
+        return at[1] == '!' ? punctuation(bsdl, at, 2, IO_OP) : punctuation(bsdl, at, 1, '?');
     case DOLLAR:
         if (is_letter(at[1]))
-            return finish_name(scan, at, identifier_end(at + 1), VARIABLE);
-        return isc ? punctuation(scan, at, 1, '$') : illegal_character(scan, at);
+            return finish_name(bsdl, at, identifier_end(at + 1), VARIABLE);
+        return isc_signs(bsdl) ? punctuation(bsdl, at, 1, '$') : illegal_character(bsdl, at);
     case APOSTROPHE:
-        return finish(scan.reading, at, at + 1, 0, QUOTE);
+        return finish(bsdl->reading, at, at + 1, 0, QUOTE);
     case ISC_PUNCTUATION:
-        return isc ? finish(scan.reading, at, at + 1, 0, *at) : illegal_character(scan, at);
+        return isc_signs(bsdl) ? finish(bsdl->reading, at, at + 1, 0, *at)
+                               : illegal_character(bsdl, at);
     default:
-        return illegal_character(scan, at);
+        return illegal_character(bsdl, at);
     }
 }
 
@@ -693,9 +711,9 @@ static const char *with_all_end(const char *start)
 }
 
 // Where part and file names stand they win over anything shorter.
-static int scan_part_or_file_name(const Scan &scan, const char *start)
+[[gnu::noinline]] static int scan_part_or_file_name(Bsdl *bsdl, const char *start)
 {
-    bool part = scan.bsdl->scan_mode == SCAN_MODE_PART_NAME;
+    bool part = bsdl->scan_mode == SCAN_MODE_PART_NAME;
     const char *end = start;
     while (CHARS.part_name[static_cast<unsigned char>(*end)] & (part ? 1 : 2))
         end++;
@@ -711,46 +729,53 @@ static int scan_part_or_file_name(const Scan &scan, const char *start)
         shorter = identifier_end(start + 1);
     if (end <= shorter || std::strncmp(start, "--", 2) == 0 || end == with_all_end(start))
         return NO_TOKEN;
-    return part ? finish_name(scan, start, end, PART_NAME)
-                : finish_text(scan, start, end, FILE_NAME);
+    return part ? finish_name(bsdl, start, end, PART_NAME)
+                : finish_text(bsdl, start, end, FILE_NAME);
 }
 
-int scan_token(BSDL_YYSTYPE *value, Place *place, Bsdl *bsdl)
+// Before the first token, and when other words have become keywords. False when the reading is
+// over.
+[[gnu::noinline]] static bool make_ready(Bsdl *bsdl)
 {
     ScanState *reading = bsdl->reading;
-    if (bsdl->arena.failed)
-        stop(reading, nullptr, {});
     if (reading->stopped)
-        return BSDL_YYEOF;
-    if (!reading->rules || bsdl->standards != reading->standards ||
-        bsdl->standards_filter != reading->filter) {
-        reading->rules = reader_state.rule_set = pick_rule_set(bsdl);
-        reading->standards = bsdl->standards;
-        reading->filter = bsdl->standards_filter;
-    }
-    const Scan scan = {bsdl, reading, value};
-    const char *at = reading->at;
+        return false;
+    reading->rules = reader_state.rule_set = pick_rule_set(bsdl);
+    reading->ready = true;
+    return true;
+}
+
+void scan_standards(Bsdl *bsdl, uint32_t standards, uint64_t filter)
+{
+    bsdl->standards = standards;
+    bsdl->standards_filter = filter;
+    bsdl->reading->ready = false;
+}
+
+static int scan_from(const char *at, Bsdl *bsdl)
+{
+    ScanState *reading = bsdl->reading;
     for (;;) {
-        switch (start_class(*at)) {
-        case BLANK:
+        const CharClass first = start_class(*at);
+        if (first == BLANK) {
             at++;
             continue;
-        case LINE_END:
+        }
+        if (first == LINE_END) {
             input_count_line_end(reading, at);
             at += line_end_length(at);
             continue;
-        case ZERO:
-            if (at < reading->end)
-                break;
+        }
+        if (first == ZERO && at >= reading->end) {
             reading->at = at;
             if (input_next(reading)) {
                 at = reading->at;
                 continue;
             }
             // Behind the text, not behind the line end that was put there.
-            *place = input_place(reading, at - 1, at - 1);
-            return finish_input(reading, *place);
-        case FATAL:
+            return finish_input(reading, input_place(reading, at - 1, at - 1));
+        }
+        if (first == FATAL) {
             if (ends_as_text(reading, at)) {
                 // As at the end of a file, a line end closes the last token.
                 input_count_line_end(reading, at);
@@ -759,8 +784,6 @@ int scan_token(BSDL_YYSTYPE *value, Place *place, Bsdl *bsdl)
             }
             stop(reading, "non printable", input_place(reading, at, at + 1));
             return BSDL_YYEOF;
-        default:
-            break;
         }
         if (at >= reading->piece_end)
             input_pass_pieces(reading, at);
@@ -768,23 +791,46 @@ int scan_token(BSDL_YYSTYPE *value, Place *place, Bsdl *bsdl)
         int token = NO_TOKEN;
         if (reading->rules == RULES_PRG &&
             (bsdl->scan_mode == SCAN_MODE_PART_NAME || bsdl->scan_mode == SCAN_MODE_FILE_NAME))
-            token = scan_part_or_file_name(scan, at);
+            token = scan_part_or_file_name(bsdl, at);
         if (token == NO_TOKEN)
-            token = scan_token_at(scan, at);
+            token = scan_token_at(bsdl, at, first);
         if (token != NO_TOKEN) {
             if (bsdl->arena.failed) { // no room for its text
                 memory_ran_out(bsdl);
                 return BSDL_YYEOF;
             }
-            const Place found = reading->place;
-            *place = found;
             // Values in quotes are marked token by token, when they are read.
             if (token != QUOTED_STRING && token != '&' && token != BSDL_YYEOF)
-                mark_token(reading->base, found);
+                mark_token(reading->base, reading->place);
             return token;
         }
         at = reading->at;
     }
+}
+
+int scan_token(BSDL_YYSTYPE *value, Place *place, Bsdl *bsdl)
+{
+    ScanState *reading = bsdl->reading;
+    if (bsdl->arena.failed)
+        stop(reading, nullptr, {});
+    if (!reading->ready && !make_ready(bsdl))
+        return BSDL_YYEOF;
+    const char *at = reading->at;
+    while (start_class(*at) == BLANK)
+        at++;
+    int token = *at;
+    // Half of all tokens, and much simpler than the others.
+    if (start_class(*at) == PUNCTUATION && at < reading->piece_end && reading->rules != RULES_PRG) {
+        reading->place.begin = low_half(at) - reading->origin;
+        finish(reading, at, at + 1, 0, token);
+        if (token != '&')
+            mark_token(reading->base, reading->place);
+    } else {
+        reading->value = value;
+        token = scan_from(at, bsdl);
+    }
+    *place = reading->place;
+    return token;
 }
 
 TokenText scan_token_text(const Bsdl *bsdl)
@@ -829,6 +875,8 @@ const char *integer_text(Bsdl *bsdl, int32_t value)
 
 const char *integer_name(Bsdl *bsdl, int32_t value)
 {
-    char digits[12];
-    return model_name(bsdl, {digits, std::to_chars(digits, digits + sizeof digits, value).ptr});
+    char digits[24] = {}; // with room to be read by words
+    const char *end = std::to_chars(digits, digits + 12, value).ptr;
+    const auto length = static_cast<size_t>(end - digits);
+    return name_intern_padded(&bsdl->names, digits, length, text_hash_padded(digits, length));
 }

@@ -35,6 +35,9 @@ struct TokenText {
 };
 
 int scan_token(BSDL_YYSTYPE *value, Place *place, Bsdl *bsdl);
+// The standards from now on, and those of them whose words are not to be known: from the next token
+// on other words are keywords.
+void scan_standards(Bsdl *bsdl, uint32_t standards, uint64_t filter);
 TokenText scan_token_text(const Bsdl *bsdl);
 // The name that messages give a token.
 const char *token_name(int token);
