@@ -8,7 +8,7 @@ set -eu
 cd "$(dirname "$0")/.."
 minutes=${1:?usage: fuzz/run.sh MINUTES [TARGET...]}
 shift
-[ $# -gt 0 ] || set -- bsdl isc_aio prg package calls memory
+[ $# -gt 0 ] || set -- bsdl isc_aio prg package calls memory symbols
 
 cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz --target $(printf 'fuzz_%s ' "$@")

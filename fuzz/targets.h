@@ -19,10 +19,12 @@ void fuzz_prg(const uint8_t *data, size_t size);
 void fuzz_package(const uint8_t *data, size_t size);
 void fuzz_calls(const uint8_t *data, size_t size);
 void fuzz_memory(const uint8_t *data, size_t size);
+void fuzz_symbols(const uint8_t *data, size_t size);
 
 constexpr FuzzTarget FUZZ_TARGETS[] = {
     {"bsdl", fuzz_bsdl},       {"isc_aio", fuzz_isc_aio}, {"prg", fuzz_prg},
     {"package", fuzz_package}, {"calls", fuzz_calls},     {"memory", fuzz_memory},
+    {"symbols", fuzz_symbols},
 };
 
 // A text as a file in memory, for the exports that take a path.
