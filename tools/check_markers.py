@@ -25,6 +25,7 @@ ALLOWED = {
                      'activity_or_loop_list'},
     # A ',' goes on with the list; the ']' reads the same in both modes.
     'mode_none': {'input_cell_list', 'opt_input_cell_list'},
+    # After the word that begins a duration the mode of a time is set already.
     'mode_real': {'wait_spec', 'wait_specification'},
 }
 

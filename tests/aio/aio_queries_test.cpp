@@ -59,7 +59,8 @@ TEST(AioQueries, PulseAndTrain)
     } rows[] = {
         {pulse("WAIT_DURATION TCK 15") + train("TRAIN 30, MAXIMUM_TIME 0.5"), 15, 0, 30, 0.5F},
         {train("TRAIN 7") + pulse("WAIT_DURATION 35.0e-6"), 0, 35.0e-6F, 7, 0},
-        {pulse("WAIT_DURATION 2") + train("TRAIN 99999999999"), 0, 2, INT32_MAX, 0},
+        // Digits alone are a time and no port; what follows is dropped.
+        {pulse("WAIT_DURATION 2 100") + train("TRAIN 99999999999"), 0, 2, INT32_MAX, 0},
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(row.text);

@@ -102,10 +102,14 @@ TEST(RunbistIntest, StatementMessages)
     both.with(RUNBIST_EXECUTION, runbist("TCK 1")).with(INTEST_EXECUTION, intest("TCK 1"));
     expect_messages(told(both), {{INFORMATION, "\tRunbist description statement passed", 3},
                                  {INFORMATION, "\tIntest description statement passed", 3}});
+    const std::vector<Expected> skipped = {{ERROR, "Skipping runbist_description due to errors", 1},
+                                      {ERROR, "Skipping intest_description due to errors", 1}};
     both.with(RUNBIST_EXECUTION, "attribute RUNBIST_EXECUTION of DEV : entity is 1;")
         .with(INTEST_EXECUTION, "attribute INTEST_EXECUTION of DEV : entity is 1;");
-    expect_messages(told(both), {{ERROR, "Skipping runbist_description due to errors", 1},
-                                 {ERROR, "Skipping intest_description due to errors", 1}});
+    expect_messages(told(both), skipped);
+    // Digits alone are a time and no port, so no count may follow.
+    expect_messages(told(Description().with(RUNBIST_EXECUTION, runbist("7 100"))),
+                    {skipped[0], {INFORMATION, "\tNo intest description statement", 4}});
 }
 
 // ------------------------------------------------------------------------------------------ checks

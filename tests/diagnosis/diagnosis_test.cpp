@@ -6,12 +6,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
+
+using support::replaced;
 
 namespace
 {
@@ -36,21 +36,7 @@ class Mistake : public testing::TestWithParam<MistakeCase>
 {
 };
 
-std::string example()
-{
-    std::ifstream file(TARNLET_SOURCE_DIR "/examples/demo.bsd", std::ios::binary);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
-
-std::string replaced(std::string text, std::string_view right, std::string_view wrong)
-{
-    const size_t at = text.find(right);
-    EXPECT_NE(at, std::string::npos) << right;
-    EXPECT_EQ(text.find(right, at + 1), std::string::npos) << right << " stands twice";
-    return text.replace(at, right.size(), wrong);
-}
+std::string example() { return support::read_text(support::example("demo.bsd")); }
 
 Diagnosis diagnose(const std::string &text)
 {
@@ -138,13 +124,13 @@ TEST_P(Mistake, IsOneFinding)
 
 // clang-format off
 INSTANTIATE_TEST_SUITE_P(Diagnosis, Mistake, testing::Values(
-    MistakeCase{"comma_between_pins", "\"SDA     : 18, \" &", "\"SDA     : 18\" &", "syntax-error", SURE, "a comma is missing behind 18"},
+    MistakeCase{"comma_between_pins", "\"SDA     : 18, \" &", "\"SDA     : 18\" &", "syntax-error", SURE, "a comma is missing after 18"},
     MistakeCase{"comma_between_cells", "CLK,      CLOCK,        X                  ), \" &", "CLK,      CLOCK,        X                  ) \" &", "syntax-error", SURE, "a comma is missing"},
     MistakeCase{"comma_twice", "\"TCK     : 38, \"", "\"TCK     : 38,, \"", "syntax-error", SURE, "comma does not belong here"},
     MistakeCase{"ampersand", "\"TDI     : 39, \" &", "\"TDI     : 39, \"", "syntax-error", SURE, "'&' is missing"},
     MistakeCase{"closing_quotation_mark", "\"TDO     : 40, \" &", "\"TDO     : 40,  &", "syntax-error", SURE, "a quotation mark is missing"},
-    MistakeCase{"semicolon", "INSTRUCTION_LENGTH of tarn_demo : entity is 6;", "INSTRUCTION_LENGTH of tarn_demo : entity is 6", "syntax-error", SURE, "a semicolon is missing behind 6"},
-    MistakeCase{"colon", "TAP_SCAN_MODE  of TMS    : signal", "TAP_SCAN_MODE  of TMS     signal", "syntax-error", SURE, "a colon is missing behind TMS"},
+    MistakeCase{"semicolon", "INSTRUCTION_LENGTH of tarn_demo : entity is 6;", "INSTRUCTION_LENGTH of tarn_demo : entity is 6", "syntax-error", SURE, "a semicolon is missing after 6"},
+    MistakeCase{"colon", "TAP_SCAN_MODE  of TMS    : signal", "TAP_SCAN_MODE  of TMS     signal", "syntax-error", SURE, "a colon is missing after TMS"},
     MistakeCase{"parenthesis", "\"EXTEST    (000000), \"", "\"EXTEST    000000), \"", "syntax-error", SURE, "parenthesis is missing"},
     MistakeCase{"keyword", "attribute TAP_SCAN_OUT ", "atribute TAP_SCAN_OUT ", "syntax-error", SURE, "attribute?"},
     MistakeCase{"attribute_name", "attribute INSTRUCTION_OPCODE of", "attribute INSTRUCTION_OPCOD of", "syntax-error", SURE, "INSTRUCTION_OPCODE?"},
@@ -159,9 +145,9 @@ INSTANTIATE_TEST_SUITE_P(Diagnosis, Mistake, testing::Values(
     MistakeCase{"port_of_a_cell", "\"  5  (  BC_1, OE_N, ", "\"  5  (  BC_1, OEN_, ", "cell-port-undefined", GUESS, "OE_N?"},
     MistakeCase{"port_with_subscript", "BC_1, ADDR(2), ", "BC_1, ADRD(2), ", "cell-port-undefined", GUESS, "ADDR?"},
     MistakeCase{"extension", "attribute TARN_SPEED_GRADE of", "attribute TARN_SPEED_GRAED of", "extension-undeclared", GUESS, "TARN_SPEED_GRADE?"},
-    MistakeCase{"pins_run_together", "(11, 23, 35, 47)", "(11, 2335, 47)", "pin-count-mismatch", GUESS, "a comma is missing behind 23"},
-    MistakeCase{"pins_of_two_lines", "(12, 24, 36, 48)", "(12, 24\" & \"36, 48)", "pin-count-mismatch", GUESS, "a comma is missing behind 24"},
-    MistakeCase{"opcodes_run_together", "(100000, 100001)", "(100000100001)", "opcode-length", GUESS, "a comma is missing behind 100000"}),
+    MistakeCase{"pins_run_together", "(11, 23, 35, 47)", "(11, 2335, 47)", "pin-count-mismatch", GUESS, "a comma is missing after 23"},
+    MistakeCase{"pins_of_two_lines", "(12, 24, 36, 48)", "(12, 24\" & \"36, 48)", "pin-count-mismatch", GUESS, "a comma is missing after 24"},
+    MistakeCase{"opcodes_run_together", "(100000, 100001)", "(100000100001)", "opcode-length", GUESS, "a comma is missing after 100000"}),
     [](const auto &param) { return std::string(param.param.name); });
 // clang-format on
 

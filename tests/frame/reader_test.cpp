@@ -1,6 +1,7 @@
 #include "frame/reader.h"
 
 #include "frame/reader_state.h"
+#include "support/catalogue.h"
 #include "support/description.h"
 
 #include <algorithm>
@@ -21,8 +22,14 @@ struct Host {
     {
         EXPECT_EQ(message->code, 0);
         EXPECT_EQ(message->formatted, 1);
-        static_cast<Host *>(data)->messages.push_back(
-            {message->level, message->verbosity, message->text});
+        const char *rule = bsdlMessageRule();
+        const Message taken = {.level = message->level,
+                               .verbosity = message->verbosity,
+                               .text = message->text,
+                               .rule = rule ? rule : ""};
+        if (rule) // texts of the host have none
+            expect_in_catalogue(taken);
+        static_cast<Host *>(data)->messages.push_back(taken);
     }
     Bsdl *read(const char *name, uint32_t flags = 0, GSList *dirs = nullptr)
     {

@@ -5,6 +5,7 @@
 #include "grammar.h"
 #include "scan/keywords.h"
 #include "scan/scan_state.h"
+#include "support/catalogue.h"
 #include "support/description.h"
 
 #include <cstdio>
@@ -163,6 +164,9 @@ class Scanning
         all += (all.empty() ? "" : " / ") + std::to_string(message->level) + " " + message->text;
         if (scanning->log_ >= 0)
             dprintf(scanning->log_, "%i %s", message->level, message->text);
+        const char *rule = bsdlMessageRule();
+        expect_in_catalogue(
+            {.level = message->level, .text = message->text, .rule = rule ? rule : ""});
     }
 
     std::string path_;

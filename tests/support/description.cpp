@@ -224,6 +224,14 @@ void expect_clean(Reading &reading)
 
 void reset_reader_state() { reader_state = {}; }
 
+std::string replaced(std::string text, std::string_view part, std::string_view by)
+{
+    const size_t at = text.find(part);
+    EXPECT_NE(at, std::string::npos) << part;
+    EXPECT_EQ(text.find(part, at + 1), std::string::npos) << part << " stands twice";
+    return at == std::string::npos ? text : text.replace(at, part.size(), by);
+}
+
 std::string read_text(const std::string &path)
 {
     std::ifstream stream(path, std::ios::binary);

@@ -180,6 +180,8 @@ template <class T> std::vector<T> all_of(Bsdl *handle, T (*first)(Bsdl *), T (*n
 // The values of the thread as they stand at its start.
 void reset_reader_state();
 
+// The text with `by` in place of a part that stands there once.
+std::string replaced(std::string text, std::string_view part, std::string_view by);
 std::string read_text(const std::string &path);
 void write_text(const std::string &path, const std::string &text);
 // A new empty folder, gone at the end of the process.

@@ -36,11 +36,6 @@ std::string last_line(const std::string &text)
     return lines.empty() ? "" : lines.back();
 }
 
-bool contains(const std::string &text, const std::string &part)
-{
-    return text.find(part) != std::string::npos;
-}
-
 } // namespace
 
 // Each comment of mistakes.bsd stands above the line that its mistake is reported on.
@@ -233,12 +228,11 @@ TEST(ToolCheck, Pipe)
 
 TEST(ToolCheck, Folders)
 {
-    const fs::path folder = fs::path(scratch_file("x", "")).parent_path() / "tree";
+    const fs::path folder = new_folder();
     fs::create_directories(folder / "b" / "c");
     const std::string broken = "entity x\n";
     for (const char *name : {"b/c/3.BSM", "b/2.bsdl", "1.Bsd", "4.prg", "5.txt", "b/bsd"})
         std::ofstream(folder / name) << broken;
-    fs::remove(folder / "b/loop");
     fs::create_directory_symlink("..", folder / "b/loop");
     std::string files;
     std::string latest;

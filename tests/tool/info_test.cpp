@@ -11,13 +11,6 @@ using namespace support;
 namespace
 {
 
-std::string replaced(std::string text, const std::string &from, const std::string &to)
-{
-    const size_t at = text.find(from);
-    EXPECT_NE(at, std::string::npos) << from;
-    return at == std::string::npos ? text : text.replace(at, from.size(), to);
-}
-
 } // namespace
 
 TEST(ToolInfo, DescriptionFromStandardInput)

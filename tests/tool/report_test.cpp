@@ -22,9 +22,8 @@ namespace
 // A folder with a folder in it, and descriptions in both.
 std::string folder_of_parts()
 {
-    const std::string folder = fs::path(scratch_file("anchor", "")).parent_path() / "parts";
-    fs::remove_all(folder);
-    fs::create_directories(folder + "/more");
+    const std::string folder = new_folder();
+    fs::create_directory(folder + "/more");
     fs::copy_file(example("demo.bsd"), folder + "/demo.bsd");
     fs::copy_file(example("two_taps.prg"), folder + "/two_taps.prg");
     fs::copy_file(example("isc_2002.bsd"), folder + "/more/demo.bsd");
@@ -87,9 +86,7 @@ TEST(ToolReport, FolderHasAPageForEachFileAndAnIndex)
 
 TEST(ToolReport, PagesAreReplacedWholeOrNotAtAll)
 {
-    const std::string folder = fs::path(scratch_file("anchor", "")).parent_path() / "pages";
-    fs::remove_all(folder);
-    fs::create_directories(folder);
+    const std::string folder = new_folder();
     const std::string page = folder + "/page.html";
     write_text(page, "as it was");
     const auto unchanged = [&](const char *when) {

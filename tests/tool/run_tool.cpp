@@ -74,6 +74,11 @@ ToolRun run_line(const std::string &arguments)
     return run_tool({std::istream_iterator<std::string>(words), {}});
 }
 
+bool contains(const std::string &text, const std::string &part)
+{
+    return text.find(part) != std::string::npos;
+}
+
 // What stands in the build folder is elsewhere on each machine.
 static std::string masked(std::string text)
 {

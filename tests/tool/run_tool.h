@@ -17,6 +17,7 @@ ToolRun run_tool(const std::vector<std::string> &arguments, const std::string &i
 // The same for arguments with a blank between them.
 ToolRun run_line(const std::string &arguments);
 
+bool contains(const std::string &text, const std::string &part);
 // Holds an output to a file of tests/tool/golden, the build folder written as BUILD.
 void expect_golden_output(const std::string &output, const std::string &name);
 
