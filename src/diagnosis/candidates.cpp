@@ -11,8 +11,8 @@
 namespace
 {
 
-// Tokens that are looked at ahead of the place and behind it. Where a quotation mark is missing the
-// reader stumbles a few tokens later; everything else shows at the next token or the one behind.
+// Tokens that are looked at before the place and after it. Where a quotation mark is missing the
+// reader stumbles a few tokens later; everything else shows at the next token or the one after.
 constexpr size_t TOKENS_BEFORE = 24;
 constexpr size_t TOKENS_BEHIND = 4;
 constexpr size_t LONGEST_HEAD = 4096; // of what stands in front of the description
@@ -114,7 +114,7 @@ void Finder::add(Candidate candidate)
         found.push_back(std::move(candidate));
 }
 
-// A mark goes right behind the token before it, but for those that open something in their line.
+// A mark goes right after the token before it, but for those that open something in their line.
 void Finder::insert_marks()
 {
     for (size_t i = tokens.size(); i-- > 0;) {
@@ -138,7 +138,7 @@ void Finder::insert_marks()
                 add({.edits = {{token.end, token.end, insert}},
                      .cost = COST_INSERT,
                      .certain_words = true,
-                     .hint = with_article(mark.name) + " is missing behind " + shown(token),
+                     .hint = with_article(mark.name) + " is missing after " + shown(token),
                      .fix = "insert '" + insert + "'"});
             if (opens)
                 add({.edits = {{token.begin, token.begin, insert}},
@@ -266,7 +266,7 @@ void Finder::split_words()
                      .cost = COST_SPLIT,
                      .certain_words = true,
                      .hint = (mark == ' ' ? "a blank" : with_article(mark_text(mark))) +
-                             " is missing behind " + std::string(head),
+                             " is missing after " + std::string(head),
                      .fix = "insert '" + std::string(1, mark) + "'"});
         }
     }
@@ -399,7 +399,7 @@ void Finder::rename_keyword()
          .fix = "rename it to '" + shown(token) + "_1'"});
 }
 
-// Statements have an order: one that is told where it stands may belong behind or before others.
+// Statements have an order: one that is told where it stands may belong after or before others.
 void Finder::move_statement()
 {
     RawToken token;
@@ -425,7 +425,7 @@ void Finder::move_statement()
             !next_raw_token(text, token.end, &other_name))
             break;
         add_move({{place, statement.end, ""}, {other.end, other.end, "\n" + moved}},
-                 "behind " + shown(other_name));
+                 "after " + shown(other_name));
         at = other.end;
     }
     size_t before = statement.begin;
@@ -477,7 +477,7 @@ void Finder::close_description()
     size_t end = text.size();
     while (end > 0 && (text[end - 1] == '\n' || text[end - 1] == '\r' || text[end - 1] == ' '))
         end--;
-    // Behind a comment the new line has to be one of its own.
+    // After a comment the new line has to be one of its own.
     add({.edits = {{end, end, "\nend " + std::string(component) + ";"}},
          .cost = COST_INSERT,
          .certain_words = true,

@@ -17,7 +17,7 @@ struct Candidate {
     std::vector<TextEdit> edits; // in the order of the text
     int cost;                    // the less, the likelier the slip
     bool certain_words;          // changes only marks, look-alikes and words of the language
-    std::string hint;            // "a comma is missing behind 17"
+    std::string hint;            // "a comma is missing after 17"
     std::string fix;             // "insert ','"
 };
 

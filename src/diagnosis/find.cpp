@@ -309,7 +309,7 @@ void Search::say_what_was_not_checked()
 {
     if (mended.gave_up && broken)
         found.unchecked = "checked up to line " + std::to_string(original_place(*broken).line) +
-                          "; what stands behind it only as far as the reader could go on";
+                          "; what follows only as far as the reader could go on";
 }
 
 Found Search::run()

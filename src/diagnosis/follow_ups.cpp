@@ -72,7 +72,7 @@ bool tells_of_absence(std::string_view rule)
            std::find(std::begin(OTHERS), std::end(OTHERS), rule) != std::end(OTHERS);
 }
 
-// Behind a statement that could not be read words are told that stand in the wrong place.
+// After a statement that could not be read words are told that stand in the wrong place.
 static bool is_of_words(std::string_view rule)
 {
     return rule == "illegal-identifier" || rule == "illegal-character" || rule == "vhdl-keyword" ||

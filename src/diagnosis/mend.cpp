@@ -10,7 +10,7 @@ namespace
 {
 
 constexpr size_t MOST_MENDS = 100;
-// Behind a mend at least so many tokens have to read, or it has only shifted the mistake.
+// After a mend at least so many tokens have to read, or it has only shifted the mistake.
 constexpr size_t TOKENS_OF_PROGRESS = 4;
 // Quotes that go or come turn text into string and back: that reads on for a while whatever it is.
 constexpr size_t TOKENS_OF_PROGRESS_OF_QUOTES = 60;

@@ -49,7 +49,7 @@ constexpr NameRule NAME_RULES[] = {
 // Where names of a kind are declared.
 struct Declarations {
     NameKind kind;
-    std::string_view statement; // the word that its statement begins with, behind "attribute"
+    std::string_view statement; // the word that its statement begins with, after "attribute"
 };
 
 constexpr Declarations DECLARED_IN[] = {{NameKind::PORT, "PORT"},
@@ -407,7 +407,7 @@ static bool is_number(std::string_view word)
     return !word.empty() && word.size() < 10 && std::all_of(word.begin(), word.end(), is_digit);
 }
 
-// The rows by number: a number in front of a parenthesis, behind a quotation mark or a comma.
+// The rows by number: a number in front of a parenthesis, after a quotation mark or a comma.
 std::multimap<long, Row> Repairs::rows() const
 {
     std::multimap<long, Row> rows;
@@ -548,7 +548,7 @@ static std::vector<size_t> partings(std::string_view word)
 static Proposal parting(std::string_view text, size_t at, const RawToken &token)
 {
     return {.edits = {{at, at, ","}},
-            .hint = "a comma is missing behind " +
+            .hint = "a comma is missing after " +
                     std::string(text.substr(token.begin, at - token.begin)),
             .fix = "insert ','"};
 }

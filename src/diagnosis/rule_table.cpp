@@ -76,7 +76,7 @@ constexpr BsdlRule RULES[] = {
      "Error in user .all",
      "A use statement has brought no package. Its file was not found or not opened, as the "
      "message before this one says, or does not begin with 'package'. The reading ends here.",
-     "Mend the cause of that message, or write package and package body into the file."},
+     "Fix the cause of that message, or write package and package body into the file."},
     {"package-needs-1994", ERROR, nullptr,
      "BSDL version must be STD_1149_1_1994 or higher",
      "The package of IEEE 1532-2001 is used, and the standard use statement names the issue of "
@@ -107,16 +107,16 @@ constexpr BsdlRule RULES[] = {
      "Name the same standard package in both."},
     {"package-end-mismatch", ERROR, ANNEX "10",
      "User package name is not consistent: %s, %s",
-     "The name behind 'end' is not the name of the package.",
-     "Write the name of the package behind 'end'."},
+     "The name after 'end' is not the name of the package.",
+     "Write the name of the package after 'end'."},
     {"package-body-mismatch", ERROR, ANNEX "10",
      "User package name is not consistent: %s, %s",
      "The package body that follows has another name than the package.",
      "Give package and package body the same name."},
     {"package-body-end-mismatch", ERROR, ANNEX "10",
      "User package name is not consistent: %s, %s",
-     "The name behind 'end' is not the name of the package body.",
-     "Write the name of the package body behind 'end'."},
+     "The name after 'end' is not the name of the package body.",
+     "Write the name of the package body after 'end'."},
     {"package-cell-announced-twice", ERROR, ANNEX "10",
      "Cell '%s' already defined",
      "A package announces the same cell in two deferred constants.",
@@ -134,7 +134,8 @@ constexpr BsdlRule RULES[] = {
     // Language
     {"syntax-error", ERROR, "IEEE Std 1149.1-2001, annex B",
      "parse error, expecting %s, found '%s' on line %i\n"
-     "parse error, found '%s' on line %i",
+     "parse error, found '%s' on line %i\n"
+     "parser stack overflow, found '%s' on line %i",
      "What was found is none of what the grammar allows at this place; an empty text stands for "
      "the end of the file or a zero character. The statement is left out up to its semicolon "
      "(statement-skipped); one that cannot be left out ends the reading. What is wrong with the "
@@ -186,7 +187,7 @@ constexpr BsdlRule RULES[] = {
     {"component-name-mismatch", ERROR, ANNEX "8.1",
      "Component name '%s' not consistent",
      "A statement names another entity than the one that is described.",
-     "Write the name of the entity behind 'of' and behind 'end'."},
+     "Write the name of the entity after 'of' and after 'end'."},
     {"standard-unknown", ERROR, ANNEX "8.4",
      "Unknown standard '%.*s'",
      "The standard use statement names a package that is no issue of the standard, or one later "
@@ -392,7 +393,7 @@ constexpr BsdlRule RULES[] = {
      "ambiguous opcodes in instruction opcode table\n"
      "'%s' (%s)",
      "A bit pattern stands for two instructions: an opcode with X in it fits one of an "
-     "instruction behind it in the table. It is a warning where COMPONENT_CONFORMANCE names "
+     "instruction after it in the table. It is a warning where COMPONENT_CONFORMANCE names "
      "STD_1149_1_2001 and an error otherwise, with a line for each of the opcodes.",
      "Replace X where it makes the opcodes overlap."},
     {"opcode-duplicate", WARNING, ANNEX "8.11",
@@ -473,7 +474,7 @@ constexpr BsdlRule RULES[] = {
      "public register '%s' length not specified",
      "A register other than BYPASS, BOUNDARY and DEVICE_ID is named without its length. (IDCODE "
      "stands for DEVICE_ID by the issue of 1990.)",
-     "Write the length behind the name: NAME[12]."},
+     "Write the length after the name: NAME[12]."},
     {"register-length-zero", ERROR, ANNEX "8.13",
      "public register '%s' length cannot be 0",
      "A register other than those of the standard has the length 0.",
@@ -484,7 +485,7 @@ constexpr BsdlRule RULES[] = {
      "Correct the length that is wrong. It need not be repeated."},
     {"register-capture-length", ERROR, ANNEX "8.13",
      "instruction '%s' associated with register '%s' captures %i bits, should be %i",
-     "The pattern behind CAPTURES does not have one bit for each bit of the register.",
+     "The pattern after CAPTURES does not have one bit for each bit of the register.",
      "Write as many bits as the register has."},
     {"instruction-already-associated", ERROR, ANNEX "8.13",
      "instruction '%s' is already associated with register '%s'",
@@ -804,7 +805,7 @@ constexpr BsdlRule RULES[] = {
      "Add 'attribute NAME : BSDL_EXTENSION;', or use the package that declares it."},
     {"design-warning-order", BY_STRICT, ANNEX "8.1",
      "Wrong ordening of statements \"DESIGN_WARNING\" and BSDL Extensions",
-     "DESIGN_WARNING has to be the last statement, behind the extensions.",
+     "DESIGN_WARNING has to be the last statement, after the extensions.",
      "Move the statement to the end."},
 
     // IEEE 1532
@@ -812,7 +813,7 @@ constexpr BsdlRule RULES[] = {
      "BSDL ISC Extension not defined",
      "The file uses a package of IEEE 1532, but has none of its statements, or they were left out "
      "because of errors.",
-     "Add the statements, mend the errors before this message, or remove the use statement."},
+     "Add the statements, fix the errors before this message, or remove the use statement."},
     {"isc-conformance-missing", WARNING, IEEE_1532,
      "ISC_Conformance statement required for Std_1532_2002",
      "A description by the issue of 2002 has to have an ISC_Conformance statement.",
@@ -907,7 +908,7 @@ constexpr BsdlRule RULES[] = {
      "an input or IO operator exists without associated flow_name in flow_descriptor '%s'",
      "A flow sets a variable from input (? or ?!), but has no data name that says what data it "
      "moves.",
-     "Add the data name in parentheses behind the name of the flow."},
+     "Add the data name in parentheses after the name of the flow."},
     {"isc-activity-instruction-unknown", ERROR, IEEE_1532,
      "flow activity instruction: '%s' not found",
      "A flow loads an instruction that has no opcode.",
@@ -1123,7 +1124,7 @@ constexpr BsdlRule RULES[] = {
     {"design-name-mismatch", ERROR, nullptr,
      "Design name '%s' not consistent",
      "A statement, or the end of the file, names another design than the one that is described.",
-     "Write the name of the design behind 'of' and behind 'end'."},
+     "Write the name of the design after 'of' and after 'end'."},
     {"program-type-unknown", ERROR, nullptr,
      "type '%s' not specified",
      "A program is for a part type that the file does not describe.",
@@ -1156,7 +1157,7 @@ constexpr BsdlRule RULES[] = {
      "A comment '-- tarnlet: ...' names a rule that does not exist, or is not written as "
      "'tarnlet: off RULE' or 'tarnlet: off-file RULE'.",
      "Correct the name; 'tarnlet check --list-rules' has them all. Part rules by commas, and write "
-     "the reason behind a colon."},
+     "the reason after a colon."},
     {"suppression-unused", WARNING, nullptr,
      "'%s' is turned off here, but there is nothing of it\n"
      "'%s' cannot be turned off",

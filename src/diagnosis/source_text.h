@@ -43,15 +43,15 @@ struct RawToken {
     std::string_view in(std::string_view text) const { return text.substr(begin, end - begin); }
 };
 
-// The tokens around a place, in the order of the text: at most `before` that begin ahead of it and
+// The tokens around a place, in the order of the text: at most `before` that begin before it and
 // `behind` from it on. Tokens of comments are left out.
 std::vector<RawToken> raw_tokens_around(std::string_view text, size_t place, size_t before,
                                         size_t behind);
 
-// The first raw token at or behind the offset. False at the end of the text.
+// The first raw token at or after the offset. False at the end of the text.
 bool next_raw_token(std::string_view text, size_t offset, RawToken *token);
 
-// The statement around a place: from behind the `;` before it to behind its own, as far as the
+// The statement around a place: from after the `;` before it to after its own, as far as the
 // quotation marks can be trusted.
 struct TextRange {
     size_t begin;

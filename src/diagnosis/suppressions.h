@@ -15,7 +15,7 @@
 //     -- tarnlet: off pin-id-not-unique, port-not-mapped
 //     -- tarnlet: off-file pin-without-cell
 //
-// Behind code a comment is for the findings that begin on its line, alone on a line for those of
+// After code a comment is for the findings that begin on its line, alone on a line for those of
 // the next line with code, "off-file" for the whole file. A syntax error is never turned off, nor
 // is what keeps a file from being read.
 class Suppressions
