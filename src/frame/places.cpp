@@ -76,7 +76,7 @@ SourceBase source_add(Arena *arena, SourceMap *sources, const char *path, const 
         lines += found;
     }
     auto *file = arena_new<SourceFile>(arena);
-    // The place behind the end of a text is not that of the next one's begin.
+    // The place after the end of a text is not that of the next one's begin.
     *file = {.before = sources->latest,
              .path = path,
              .blocks = blocks,
@@ -104,7 +104,7 @@ SourcePosition source_position(const SourceMap *sources, uint32_t offset)
     if (!file)
         return {};
     offset = std::min(offset - file->base, file->length);
-    // A line begins behind its line end, so the last begin up to here may be that of an earlier
+    // A line begins after its line end, so the last begin up to here may be that of an earlier
     // block.
     uint32_t at = offset >> BLOCK_BITS;
     const LineBlock *block = &file->blocks[at];
@@ -119,7 +119,7 @@ SourcePosition source_position(const SourceMap *sources, uint32_t offset)
     return {file->path, line, static_cast<int32_t>(offset - begin + 1)};
 }
 
-// The number of the bit that is set so many set bits behind the first from `from` on; `size` when
+// The number of the bit that is set so many set bits after the first from `from` on; `size` when
 // there are not so many.
 static uint32_t find_mark(const SourceFile *file, uint64_t TokenMarks::*bits, uint32_t from,
                           uint32_t behind)

@@ -5,8 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
-// A range in the texts of a reading, from its first byte to behind its last. All files of a reading
-// lie one behind the other in the order in which they were opened, the first byte at 1, so that two
+// A range in the texts of a reading, from its first byte to after its last. All files of a reading
+// lie one after the other in the order in which they were opened, the first byte at 1, so that two
 // numbers name file, line and column. Both 0: no place.
 struct Place {
     uint32_t begin;
@@ -54,7 +54,7 @@ struct SourceBase {
     TokenMarks *marks; // to be set by the scanner; NULL when there are no places
 };
 
-// Enters a text; seven bytes behind it may be read.
+// Enters a text; seven bytes after it may be read.
 SourceBase source_add(Arena *arena, SourceMap *sources, const char *path, const char *text,
                       size_t length);
 
@@ -68,7 +68,7 @@ inline void mark_token(const SourceBase &base, Place token)
     base.marks[last / 64].ends |= uint64_t{1} << last % 64;
 }
 
-// The token that begins at the offset, or the one so many tokens behind it: a record keeps where
+// The token that begins at the offset, or the one so many tokens after it: a record keeps where
 // its row of tokens begins, and what stands in the row is found by counting. None where there is
 // no such token.
 Place source_token(const SourceMap *sources, uint32_t offset, uint32_t behind);

@@ -142,7 +142,7 @@ static const char *identifier_end(const char *at)
     }
 }
 
-// Digits with at most one point, which needs a digit behind it, and an exponent. NULL for no
+// Digits with at most one point, which needs a digit after it, and an exponent. NULL for no
 // number.
 static const char *real_end(const char *at)
 {
@@ -340,7 +340,7 @@ static int improper_word(Bsdl *bsdl, const char *start, const char *end, bool vh
     return IDENTIFIER;
 }
 
-// ATTRIBUTE and, behind any blanks and line ends, the name of an attribute are one token, whatever
+// ATTRIBUTE and, after any blanks and line ends, the name of an attribute are one token, whatever
 // follows the name.
 static int scan_attribute(Bsdl *bsdl, const char *start, const char *behind)
 {
@@ -568,7 +568,7 @@ static int scan_string(Bsdl *bsdl, const char *start)
     return empty ? static_cast<int>(QUOTED_STRING) : token;
 }
 
-// A comment goes on over the pieces of a string, and into the file behind them, up to a line end.
+// A comment goes on over the pieces of a string, and into the file after them, up to a line end.
 static int skip_comment(Bsdl *bsdl, const char *start)
 {
     ScanState *reading = bsdl->reading;
@@ -596,7 +596,7 @@ static int skip_comment(Bsdl *bsdl, const char *start)
     return NO_TOKEN;
 }
 
-// A Control-Z with nothing but its like, zeros and white space behind it ends the text, as it does
+// A Control-Z with nothing but its like, zeros and white space after it ends the text, as it does
 // in files from systems that close texts with it.
 static bool ends_as_text(const ScanState *reading, const char *at)
 {
@@ -772,7 +772,7 @@ static int scan_from(const char *at, Bsdl *bsdl)
                 at = reading->at;
                 continue;
             }
-            // Behind the text, not behind the line end that was put there.
+            // After the text, not after the line end that was put there.
             return finish_input(reading, input_place(reading, at - 1, at - 1));
         }
         if (first == FATAL) {
