@@ -175,7 +175,7 @@ typedef struct BsdlRule {
     const char *clause;  /**< Of the standard; NULL when there is none. */
     const char *forms;   /**< Forms of the message, one a line. */
     const char *meaning; /**< What it says about the file. */
-    const char *mend;    /**< How to fix the file. */
+    const char *fix;     /**< How to fix the file. */
 } BsdlRule;
 
 /** Number of rules. */

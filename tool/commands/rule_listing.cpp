@@ -92,8 +92,8 @@ static void list_as_markdown()
         if (*rule->forms)
             std::printf("%s\n", forms(*rule, "    ", "\n").c_str());
         std::printf("%s\n", folded(rule->meaning, "").c_str());
-        if (*rule->mend)
-            std::printf("\n%s\n", folded(rule->mend, "").c_str());
+        if (*rule->fix)
+            std::printf("\n%s\n", folded(rule->fix, "").c_str());
     }
 }
 
@@ -106,7 +106,7 @@ static void list_as_json()
                          {"clause", rule->clause ? ordered_json(rule->clause) : nullptr},
                          {"text", rule->forms},
                          {"meaning", rule->meaning},
-                         {"mend", rule->mend}});
+                         {"mend", rule->fix}});
     std::printf("%s\n", rules.dump(2).c_str());
 }
 
@@ -138,8 +138,8 @@ int explain_rule(const std::string &id)
     if (*rule->forms)
         std::printf("\nMessage:\n%s", forms(*rule, "  ", "\n").c_str());
     std::printf("\nMeaning:\n%s\n", folded(rule->meaning, "  ").c_str());
-    if (*rule->mend)
-        std::printf("\nHow to fix:\n%s\n", folded(rule->mend, "  ").c_str());
+    if (*rule->fix)
+        std::printf("\nHow to fix:\n%s\n", folded(rule->fix, "  ").c_str());
     if (rule->clause)
         std::printf("\nSource:\n  %s\n", rule->clause);
     return STATUS_CLEAN;

@@ -31,9 +31,9 @@ static ordered_json described(const std::string &id)
         rule["shortDescription"]["text"] = meaning;
     rule["fullDescription"] = {{"text", meaning + source}};
     rule["help"] = {
-        {"text", *entry->mend ? entry->mend : meaning},
+        {"text", *entry->fix ? entry->fix : meaning},
         {"markdown", meaning + "\n\n**How to fix the file:** " +
-                         (*entry->mend ? entry->mend : "nothing has to be done.") +
+                         (*entry->fix ? entry->fix : "nothing has to be done.") +
                          (entry->clause ? "\n\n*" + std::string(entry->clause) + "*" : "")}};
     rule["defaultConfiguration"] = {{"level", error                            ? "error"
                                               : entry->level == BSDL_RULE_NOTE ? "note"

@@ -185,7 +185,7 @@ void Analysis::run()
             give_back_memory();
             continue;
         }
-        // Another file's text came between: this one is mended after it.
+        // Another file's text came between: this one is diagnosed after it.
         const std::lock_guard hold(lock);
         if (!as_read && !fresh.contains(job.uri) && something_fresh)
             unmended.insert_or_assign(job.uri, job);

@@ -94,7 +94,7 @@ struct Findings {
 
     std::string uri;
     int64_t version = 0;
-    bool as_read = false; // the library's messages alone; mended ones follow
+    bool as_read = false; // the library's messages alone; those of the diagnosis follow
     std::vector<Finding> all;
     DeviceFacts facts;
     std::string unchecked;
@@ -105,7 +105,7 @@ std::shared_ptr<const Findings> diagnose(const Job &job, bool as_read,
                                          const std::function<bool()> &cancelled = {});
 
 // Diagnoses texts in the background, the newest text of each file: first as it is read, which is
-// fast, then with what mends it.
+// fast, then with the fixes.
 class Analysis
 {
   public:
@@ -125,7 +125,7 @@ class Analysis
     std::mutex lock;
     std::condition_variable wake;
     std::map<std::string, Job> fresh;    // to be read
-    std::map<std::string, Job> unmended; // to be mended; nothing is while any is to be read
+    std::map<std::string, Job> unmended; // to be diagnosed, once all are read
     std::atomic<bool> something_fresh = false;
     bool ending = false;
     std::thread thread;

@@ -138,7 +138,7 @@ static uint32_t standards_of(const Document &document)
     return standards ? standards : ~0u;
 }
 
-// Those that may still come: not written yet, and with none behind them that is written ahead of
+// Those that may still come: not written yet, and with none after them that is written before
 // the cursor. The next ones come first.
 void Completing::attributes(bool with_keyword)
 {
@@ -317,7 +317,7 @@ void Completing::outside(const BsdlStatement &statement, const Document &part,
                          const BsdlSymbol &symbol)
 {
     const auto place = static_cast<uint32_t>(&symbol - part.symbols().data()) -
-                       statement.first_symbol; // words ahead of it
+                       statement.first_symbol; // words before it
     switch (statement.kind) {
     case BSDL_STATEMENT_ATTRIBUTE:
         if (place == 1)

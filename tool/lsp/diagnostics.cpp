@@ -170,7 +170,7 @@ static json workspace_edit(const Document &document, json edits)
                        {"edits", std::move(edits)}}})}};
 }
 
-// The comment that turns a rule off: behind the line, or above it where the line has a comment or a
+// The comment that turns a rule off: after the line, or above it where the line has a comment or a
 // string goes on over its end.
 static json turned_off(const Document &document, const Finding &finding)
 {

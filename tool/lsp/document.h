@@ -42,7 +42,7 @@ class Document
 
     uint32_t line_count() const { return static_cast<uint32_t>(lines.size()); }
     uint32_t line_begin(uint32_t line) const { return lines[line]; }
-    uint32_t line_end(uint32_t line) const; // ahead of its line end
+    uint32_t line_end(uint32_t line) const; // before its line end
     uint32_t line_of(uint32_t offset) const;
     Position position(uint32_t offset) const;
     uint32_t offset(const json &position) const; // of the protocol; clamped into the text

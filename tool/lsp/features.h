@@ -50,7 +50,7 @@ struct CellRow {
 };
 CellRow cell_row(const Document &document, uint32_t symbol);
 
-// The first symbol of the row that a symbol stands in, and the one behind its last.
+// The first symbol of the row that a symbol stands in, and the one after its last.
 std::pair<uint32_t, uint32_t> row_of(const Document &document, uint32_t symbol);
 
 // The symbol that introduces what a symbol names, in this text or a package file of it.

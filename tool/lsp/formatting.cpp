@@ -15,7 +15,7 @@ namespace
 // A line that holds one whole row of a table in one string: the row cut into fields, of which all
 // but the last are followed by a column.
 struct Line {
-    uint32_t begin; // behind the opening quotation mark
+    uint32_t begin; // after the opening quotation mark
     uint32_t end;   // of the last field
     std::vector<std::string> fields;
 };

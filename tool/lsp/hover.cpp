@@ -42,7 +42,7 @@ static std::string cell_in_words(const CellRow &row)
 
 // ------------------------------------------------------------------------------------------ ports
 
-// "in bit", "inout bit_vector(7 downto 0)": what stands behind the colon.
+// "in bit", "inout bit_vector(7 downto 0)": what stands after the colon.
 static std::string declaration_of(const Document &document, uint32_t port)
 {
     const BsdlSymbol &symbol = document.symbols()[port];

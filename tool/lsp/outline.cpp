@@ -117,7 +117,7 @@ static int kind_of(const BsdlStatement &statement)
 json document_symbols(const Document &document)
 {
     json outline = json::array();
-    json *within = nullptr; // entries of the entity or package at hand
+    json *within = nullptr; // entries of the current entity or package
     for (const BsdlStatement &statement : document.statements()) {
         if (statement.kind == BSDL_STATEMENT_OTHER || statement.kind == BSDL_STATEMENT_GENERIC)
             continue;

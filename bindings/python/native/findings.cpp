@@ -53,7 +53,7 @@ static py::object finding_value(const BsdlFinding &finding, const py::object &be
                              truth(finding.suppressed != 0), text(finding.pin_map));
 }
 
-// A finding holds the one that it follows from, which may stand behind it. So all are made whose
+// A finding holds the one that it follows from, which may stand after it. So all are made whose
 // reason is there, until no more can be.
 py::object findings_of(const BsdlDiagnosis *diagnosis)
 {

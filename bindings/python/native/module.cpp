@@ -34,7 +34,7 @@ PYBIND11_MODULE(_native, module)
         .def("findings", &Reading::findings)
         .def("unchecked", &Reading::unchecked, "What was not looked at, in words.")
         .def("corvane_class", &Reading::corvane_class, py::arg("key"))
-        .def("fixed_text", &Reading::fixed_text, "The text with the mistakes of syntax mended.")
+        .def("fixed_text", &Reading::fixed_text, "The text with the mistakes of syntax fixed.")
         .def("write_ebst", &Reading::write_ebst, py::arg("path"));
 
     module.def("read_idcodes", read_idcodes, py::arg("text"), py::arg("name"),

@@ -150,8 +150,8 @@ class Device:
         return _decoded(self._reading.fixed_text())[1]
 
     def fixed_text(self) -> str:
-        """The text with its mistakes of syntax mended as the findings say, sure or not; the text
-        itself when there is nothing to mend."""
+        """The text with its mistakes of syntax fixed as the findings say, sure or not; the text
+        itself when there is nothing to fix."""
         return _decoded(self._reading.fixed_text())[0]
 
     @property

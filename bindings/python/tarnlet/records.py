@@ -64,7 +64,7 @@ class PortBit(str):
 
 
 class Place(NamedTuple):
-    """A range of a file: lines and columns count from 1, columns in bytes; the end is behind the
+    """A range of a file: lines and columns count from 1, columns in bytes; the end is after the
     last byte. A line of 0: the file as a whole."""
 
     file: str | None
@@ -92,7 +92,7 @@ class Related(NamedTuple):
 
 
 class Finding(NamedTuple):
-    """One mistake: where it is and what mends it."""
+    """One mistake: where it is and what fixes it."""
 
     severity: Severity
     rule: str
@@ -104,7 +104,7 @@ class Finding(NamedTuple):
     fix: str | None
     """What the edits do."""
     edits: tuple[Edit, ...]
-    """What mends it, in the order of the text."""
+    """What fixes it, in the order of the text."""
     sure: bool
     """The edits are certain to be what was meant."""
     related: tuple[Related, ...]

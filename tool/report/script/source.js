@@ -107,7 +107,7 @@ export class SourceView {
       ),
       this.lines.length
         ? this.rows.node
-        : element('p', { class: 'note' }, 'The text of the file is not at hand.'),
+        : element('p', { class: 'note' }, 'The text of the file is not available.'),
     );
   }
 
