@@ -197,6 +197,7 @@ TEST(Scanner, Tokens)
                       value_text(token, scanning.value);
         EXPECT_EQ(tokens, row.tokens);
         EXPECT_EQ(scanning.messages(), row.messages);
+        EXPECT_STREQ(scanning.handle()->reading->fatal, nullptr);
     }
 }
 
