@@ -20,7 +20,9 @@ static void look_at_symbols(const BsdlSymbols *symbols, size_t size)
         const BsdlSymbol *symbol = bsdlSymbolAt(symbols, i);
         const BsdlStatement *statement = bsdlStatementAt(symbols, symbol->statement);
         expect(symbol->begin < symbol->end && symbol->end <= size);
-        expect(statement && symbol->begin >= statement->begin && symbol->end <= statement->end);
+        // A statement without its ';' may have comments after its last word.
+        expect(statement && symbol->begin >= statement->begin &&
+               (symbol->end <= statement->end || symbol->kind == BSDL_SYMBOL_COMMENT));
         expect(i >= statement->first_symbol &&
                i - statement->first_symbol < statement->symbol_count);
         // A comment may lie between the two ends of a split word.
