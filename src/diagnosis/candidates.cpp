@@ -47,7 +47,7 @@ constexpr std::array MARKS = {Mark{',', "comma"},
 class Finder
 {
   public:
-    Finder(std::string_view text, size_t place, std::string_view component);
+    Finder(std::string_view in, size_t at, std::string_view name);
 
     std::vector<Candidate> run();
 
@@ -189,20 +189,6 @@ void Finder::replace_marks()
                              mark_text(text[token.begin]),
                      .fix = "replace '" + shown(token) + "' with '" + mark.character + "'"});
     }
-}
-
-// A word in the letters of the text around it.
-static std::string in_case_of(std::string_view like, std::string_view word)
-{
-    const bool small =
-        std::any_of(like.begin(), like.end(), [](char c) { return c >= 'a' && c <= 'z'; }) &&
-        std::none_of(like.begin(), like.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
-    std::string result(word);
-    if (small)
-        for (char &c : result)
-            if (c >= 'A' && c <= 'Z')
-                c = static_cast<char>(c + 32);
-    return result;
 }
 
 void Finder::replace_words()

@@ -41,3 +41,26 @@ int slips_between(std::string_view a, std::string_view b, int most)
     }
     return std::min(rows[a.size() % 3][b.size()], most + 1);
 }
+
+static bool is_small(char c) { return c >= 'a' && c <= 'z'; }
+
+static bool is_capital(char c) { return c >= 'A' && c <= 'Z'; }
+
+std::string in_case_of(std::string_view like, std::string_view word)
+{
+    std::string result;
+    while (result.size() < word.size()) {
+        const std::string_view part = word.substr(result.size());
+        const std::string_view like_part = like.substr(0, like.find('_'));
+        const size_t length = std::min(part.find('_'), part.size() - 1) + 1;
+        const bool small = std::any_of(like_part.begin(), like_part.end(), is_small);
+        const bool capitals = std::any_of(like_part.begin(), like_part.end(), is_capital);
+        for (size_t i = 0; i < length; i++) {
+            const bool lower = small && (i > 0 || !capitals) && is_capital(part[i]);
+            result += lower ? static_cast<char>(part[i] + 32) : part[i];
+        }
+        if (like_part.size() < like.size())
+            like.remove_prefix(like_part.size() + 1);
+    }
+    return result;
+}

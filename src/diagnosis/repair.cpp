@@ -281,7 +281,9 @@ std::vector<Proposal> Repairs::name_proposals(const Draft &draft, const NameRule
 {
     const std::string word(name_of(draft, text));
     std::vector<Proposal> proposals;
-    for (const std::string &name : near_names(word, rule.kind)) {
+    for (const std::string &near : near_names(word, rule.kind)) {
+        const bool kept_as_written = rule.kind == NameKind::PORT || rule.kind == NameKind::CELL;
+        const std::string name = kept_as_written ? near : in_case_of(word, near);
         const std::string unknown = std::string("there is no ") + rule.noun + " " + word;
         Proposal here = {.edits = {{draft.begin, draft.begin + word.size(), name}},
                          .hint = unknown + "; " + name + "?",

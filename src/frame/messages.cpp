@@ -60,7 +60,8 @@ static void send(int32_t level, uint32_t verbosity, const Rule &rule, const char
     // What begins in the description may end in a package that it uses: a place lies in one file.
     if (current.end.file != current.begin.file)
         current.end = current.begin;
-    current.file = current.begin.file || !call ? current.begin.file : call->bsdl->file_name;
+    const Bsdl *bsdl = call ? call->bsdl : nullptr;
+    current.file = current.begin.file || !bsdl ? current.begin.file : bsdl->file_name;
     const CurrentMessage outer = std::exchange(reader_state.message, current);
     context->message_sink(context->sink_data, &message);
     reader_state.message = outer;

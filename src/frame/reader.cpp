@@ -233,16 +233,16 @@ void bsdlRelease(Bsdl *h)
     discard(h);
 }
 
-void give_back_if_asked(Bsdl *h)
+void give_back_if_asked(Bsdl *bsdl)
 {
-    switch (std::exchange(h->give_back, KEEP)) {
+    switch (std::exchange(bsdl->give_back, KEEP)) {
     case KEEP:
         break;
     case FREE:
-        free_contents(h);
+        free_contents(bsdl);
         break;
     case RELEASE:
-        bsdlRelease(h);
+        bsdlRelease(bsdl);
         break;
     }
 }

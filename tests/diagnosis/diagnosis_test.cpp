@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cctype>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -79,12 +80,14 @@ std::string with_edits(std::string text, const BsdlFinding *finding)
     return text;
 }
 
-// Neither blanks nor the way in which a value is split into strings count.
+// Neither blanks nor letter case count, nor the way in which a value is split into strings.
 std::string without_blanks(std::string text)
 {
     std::erase_if(text, [](char c) { return c == ' ' || c == '\n'; });
     for (size_t at = text.find("\"&\""); at != std::string::npos; at = text.find("\"&\"", at))
         text.erase(at, 3);
+    for (char &c : text)
+        c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
     return text;
 }
 
@@ -134,6 +137,7 @@ INSTANTIATE_TEST_SUITE_P(Diagnosis, Mistake, testing::Values(
     MistakeCase{"parenthesis", "\"EXTEST    (000000), \"", "\"EXTEST    000000), \"", "syntax-error", SURE, "parenthesis is missing"},
     MistakeCase{"keyword", "attribute TAP_SCAN_OUT ", "atribute TAP_SCAN_OUT ", "syntax-error", SURE, "attribute?"},
     MistakeCase{"attribute_name", "attribute INSTRUCTION_OPCODE of", "attribute INSTRUCTION_OPCOD of", "syntax-error", SURE, "INSTRUCTION_OPCODE?"},
+    MistakeCase{"letters_of_the_text", "attribute BOUNDARY_LENGTH of", "attribute Boundary_Lenght of", "syntax-error", SURE, "Boundary_Length?"},
     MistakeCase{"letter_for_digit", "\"CLAMP     (000100), \"", "\"CLAMP     (00O100), \"", "syntax-error", SURE, "letters stand among the digits"},
     MistakeCase{"typographic_quotes", "\"FACTORY\";", "\xE2\x80\x9C" "FACTORY\xE2\x80\x9D;", "syntax-error", SURE, "typographic quotation marks"},
     MistakeCase{"run_together", "SDA      : inout   bit;", "SDA      : inoutbit;", "syntax-error", SURE, "a blank is missing"},
