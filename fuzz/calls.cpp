@@ -364,7 +364,7 @@ void Session::package_dirs()
     const char *name = nullptr;
     bsdlLibVersion(draw() & 1 ? &name : nullptr, nullptr);
     bsdlLibVersion(nullptr, nullptr);
-    bsdl_msg(static_cast<int32_t>(draw() % 6), draw() % 6, draw() & 1 ? nullptr : "%s", "text");
+    bsdl_msg(static_cast<int32_t>(draw() % 5), draw() % 6, draw() & 1 ? nullptr : "%s", "text");
     kept(bsdlMessageLine());
     kept(bsdlMessageColumn());
     kept(bsdlMessageEndLine());
