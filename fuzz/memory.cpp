@@ -1,5 +1,6 @@
 #include "targets.h"
 
+#include "frame/reader_state.h"
 #include "tarnlet/diagnosis.h"
 
 #include <cstdlib>
@@ -42,7 +43,10 @@ static void compare_with_file(const uint8_t *data, size_t size)
     BsdlContext to_text = {note, &of_text, 4};
     Read read = {file.path().c_str(), fingerprint(data, size) & BSDL_FLAG_STRICT, &to_file,
                  nullptr};
+    // A reading begins with the words that the one before has left.
+    const uint32_t words = reader_state.rule_set;
     const bool came_back = survives(read_step, &read);
+    reader_state.rule_set = words;
     Bsdl *h = readBsdlText(reinterpret_cast<const char *>(data), size, read.path, nullptr, nullptr,
                            read.flags, &to_text, nullptr, 0);
     if (of_file != of_text || (h != nullptr) != (came_back && read.handle))
