@@ -8,6 +8,12 @@ static bool is_standard_input(const std::string &path)
     return path == "-" || path == "/dev/stdin";
 }
 
+// Called from the library, which knows no exceptions.
+static int32_t ask(void *cancelled) noexcept
+{
+    return (*static_cast<const std::function<bool()> *>(cancelled))();
+}
+
 DiagnosisHandle diagnose_text(const std::string &text, const std::string &name,
                               const DiagnosisChoice &choice,
                               const std::vector<BsdlPackageText> &packages)
@@ -25,7 +31,10 @@ DiagnosisHandle diagnose_text(const std::string &text, const std::string &name,
         .flags = (choice.read.strict ? +BSDL_FLAG_STRICT : 0u) |
                  (choice.read.fast_read ? +BSDL_FLAG_FAST_READ : 0u),
         .as_read = choice.as_read || choice.read.fast_read,
-        .verbosity = choice.verbosity};
+        .verbosity = choice.verbosity,
+        .cancelled = choice.cancelled ? ask : nullptr,
+        .cancel_data = const_cast<std::function<bool()> *>(&choice.cancelled),
+        .comments = choice.comments};
     return DiagnosisHandle(bsdlDiagnose(text.data(), text.size(), name.c_str(), &options));
 }
 
@@ -36,12 +45,26 @@ DiagnosedFile::DiagnosedFile(const std::string &given, const DiagnosisChoice &ch
         cannot_read(FileState::NOT_OPENED, "file-not-opened", "Could not open file '" + name + "'");
         return;
     }
+    diagnose(choice, {});
+}
+
+DiagnosedFile::DiagnosedFile(const std::string &given, std::string bytes,
+                             const DiagnosisChoice &choice,
+                             const std::vector<BsdlPackageText> &packages)
+    : path(given), name(given), text(std::move(bytes))
+{
+    diagnose(choice, packages);
+}
+
+void DiagnosedFile::diagnose(const DiagnosisChoice &choice,
+                             const std::vector<BsdlPackageText> &packages)
+{
     const std::string package = package_name(text);
     is_package = !package.empty();
     if (is_package)
-        diagnose_package(package, choice);
+        diagnose_package(package, choice, packages);
     else
-        diagnosis = diagnose_text(text, name, choice);
+        diagnosis = diagnose_text(text, name, choice, packages);
     if (!diagnosis) {
         cannot_read(FileState::ENDED, RULE_PROCESS_ENDED, "Memory ran out while it was read");
         return;
@@ -57,16 +80,17 @@ DiagnosedFile::DiagnosedFile(const std::string &given, const DiagnosisChoice &ch
 
 // The description stands beside the package, so that it finds the same packages. What is found in
 // the description is no matter of the file.
-void DiagnosedFile::diagnose_package(const std::string &package, const DiagnosisChoice &choice)
+void DiagnosedFile::diagnose_package(const std::string &package, const DiagnosisChoice &choice,
+                                     std::vector<BsdlPackageText> packages)
 {
     const std::string asked_for = package + ".all";
     DiagnosisChoice as_it_is = choice;
     as_it_is.as_read = true;
-    diagnosis = diagnose_text(description_using(package), name + ".user.bsd", as_it_is,
-                              {{.name = asked_for.c_str(),
-                                .file_name = name.c_str(),
-                                .text = text.data(),
-                                .length = text.size()}});
+    packages.insert(packages.begin(), {.name = asked_for.c_str(),
+                                       .file_name = name.c_str(),
+                                       .text = text.data(),
+                                       .length = text.size()});
+    diagnosis = diagnose_text(description_using(package), name + ".user.bsd", as_it_is, packages);
 }
 
 void DiagnosedFile::cannot_read(FileState why, const char *rule, std::string reason)

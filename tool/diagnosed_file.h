@@ -3,6 +3,7 @@
 #include "file_report.h"
 #include "tarnlet/diagnosis.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -11,7 +12,9 @@
 struct DiagnosisChoice {
     ReadOptions read;
     bool as_read = false;
-    uint32_t verbosity = 0; // as for the library
+    uint32_t verbosity = 0;               // as for the library
+    bool comments = false;                // obeyed also as_read
+    std::function<bool()> cancelled = {}; // asked now and then
 };
 
 struct ReleaseDiagnosis {
@@ -24,6 +27,10 @@ class DiagnosedFile
 {
   public:
     DiagnosedFile(const std::string &path, const DiagnosisChoice &choice);
+    // A text that counts in place of that of the file. When the diagnosis was cancelled, the state
+    // is not READ.
+    DiagnosedFile(const std::string &path, std::string text, const DiagnosisChoice &choice,
+                  const std::vector<BsdlPackageText> &packages);
     DiagnosedFile(const DiagnosedFile &) = delete; // what it finds points into it
     DiagnosedFile &operator=(const DiagnosedFile &) = delete;
 
@@ -45,7 +52,9 @@ class DiagnosedFile
     }
 
   private:
-    void diagnose_package(const std::string &package, const DiagnosisChoice &choice);
+    void diagnose(const DiagnosisChoice &choice, const std::vector<BsdlPackageText> &packages);
+    void diagnose_package(const std::string &package, const DiagnosisChoice &choice,
+                          std::vector<BsdlPackageText> packages);
     void cannot_read(FileState why, const char *rule, std::string reason);
 
     std::string problem_text;

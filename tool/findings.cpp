@@ -122,7 +122,8 @@ void Selecting::judge_by_itself(size_t index)
     const BsdlFinding &found = *all[index];
     Finding finding = {.found = &found, .severity = severity_of(found, selection)};
     if (finding.severity != Severity::OFF && *found.rule) {
-        finding.fingerprint = fingerprint_of(found, sources);
+        if (selection.fingerprints)
+            finding.fingerprint = fingerprint_of(found, sources);
         accept(finding);
         if (found.because < 0)
             count(finding);

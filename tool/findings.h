@@ -24,6 +24,7 @@ struct Selection {
     bool warnings_are_errors = false;
     size_t error_limit = 0; // 0: none
     const Baseline *baseline = nullptr;
+    bool fingerprints = true; // nobody asks for them in an editor
 };
 
 // Whether somebody has said that a finding may stay. One that follows from it may stay too.

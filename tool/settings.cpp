@@ -7,6 +7,7 @@
 #define TOML_HEADER_ONLY 1
 #include <toml++/toml.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -194,6 +195,16 @@ bool Settings::excludes(const std::string &file) const
     return false;
 }
 
+ReadOptions with_settings(ReadOptions said, const Settings &settings)
+{
+    said.package_dirs.insert(said.package_dirs.end(), settings.package_dirs.begin(),
+                             settings.package_dirs.end());
+    if (said.package.empty())
+        said.package = settings.package.value_or("");
+    said.strict |= settings.strict.value_or(false);
+    return said;
+}
+
 std::string settings_text(const Settings &settings)
 {
     if (settings.path.empty())
@@ -223,6 +234,28 @@ std::string settings_text(const Settings &settings)
     return text.str();
 }
 
+// --------------------------------------------------------------------------------- what changes
+
+FileStamps::Stamp FileStamps::stamp_of(const std::string &path)
+{
+    struct stat found;
+    if (stat(path.c_str(), &found) != 0)
+        return {};
+    return {.size = found.st_size, .time = found.st_mtim, .number = found.st_ino};
+}
+
+void FileStamps::note(const std::string &path) { stamps[path] = stamp_of(path); }
+
+bool FileStamps::have_changed() const
+{
+    return std::any_of(stamps.begin(), stamps.end(), [](const auto &noted) {
+        const Stamp now = stamp_of(noted.first);
+        const Stamp &then = noted.second;
+        return now.size != then.size || now.number != then.number ||
+               now.time.tv_sec != then.time.tv_sec || now.time.tv_nsec != then.time.tv_nsec;
+    });
+}
+
 // ---------------------------------------------------------------------------------- the nearest
 
 // Folders are looked through upwards once; what was found holds for all of them.
@@ -234,6 +267,7 @@ const SettingsFinder::Known &SettingsFinder::in_folder(const std::string &folder
         return known;
     const fs::path path = fs::path(folder) / FILE_NAME;
     const fs::path parent = fs::path(folder).parent_path();
+    stamps.note(path.string());
     struct stat found;
     if (lstat(path.c_str(), &found) == 0) {
         known.settings = read_settings(path.string(), known.problem);

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "reading.h"
+
 #include <cstdint>
+#include <ctime>
 #include <map>
 #include <memory>
 #include <optional>
@@ -33,12 +36,35 @@ struct Settings {
 // Reads one file of settings. NULL when something is wrong with it; `problem` says what and where.
 std::unique_ptr<Settings> read_settings(const std::string &path, std::string &problem);
 
+// How a file is read: what the user has said counts, and the settings where nothing was said.
+ReadOptions with_settings(ReadOptions said, const Settings &settings);
+
+// What files were like when they were noted.
+class FileStamps
+{
+  public:
+    void note(const std::string &path);
+    bool have_changed() const;
+
+  private:
+    struct Stamp {
+        int64_t size = -1; // of a file that is not there
+        timespec time = {};
+        uint64_t number = 0;
+    };
+    static Stamp stamp_of(const std::string &path);
+
+    std::map<std::string, Stamp> stamps;
+};
+
 // Finds the settings of files, in their folder or in the nearest above it, and reads each once.
 class SettingsFinder
 {
   public:
     // NULL, and `problem` set, when the settings cannot be used; without settings all is empty.
     const Settings *settings_of(const std::string &file, std::string &problem);
+    // Whether a file of settings came, went or was written since it was looked for.
+    bool have_changed() const { return stamps.have_changed(); }
 
   private:
     struct Known {
@@ -48,6 +74,7 @@ class SettingsFinder
     const Known &in_folder(const std::string &folder);
 
     std::map<std::string, Known> folders;
+    FileStamps stamps;
 };
 
 // What --rule and the settings say: "off", "warning" or "error"; nothing for another word.

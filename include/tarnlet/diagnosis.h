@@ -100,6 +100,8 @@ typedef struct BsdlDiagnosisOptions {
                              this verbosity; headings and verdicts are notes without a rule. */
     int32_t (*cancelled)(void *data); /**< Asked now and then; not 0 ends the work early. */
     void *cancel_data;
+    uint32_t
+        comments; /**< With as_read: 1: comments that turn rules off are obeyed all the same. */
 } BsdlDiagnosisOptions;
 
 /** A diagnosis of one text. */

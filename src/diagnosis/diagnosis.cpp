@@ -103,6 +103,12 @@ static void export_findings(BsdlDiagnosis *diagnosis)
     }
 }
 
+static bool reads_without_error(const Found &found)
+{
+    Bsdl *bsdl = found.checked.bsdl.get();
+    return bsdl && bsdlGetNumErrors(bsdl) == 0;
+}
+
 BsdlDiagnosis *bsdlDiagnose(const char *text, size_t length, const char *file_name,
                             const BsdlDiagnosisOptions *options)
 {
@@ -121,11 +127,13 @@ BsdlDiagnosis *bsdlDiagnose(const char *text, size_t length, const char *file_na
                                        : find(source, &diagnosis->reading, &work);
         if (work.was_cancelled)
             return nullptr;
-        if (!how.as_read) {
-            if (is_utf16(source))
-                explain_utf16(&diagnosis->found);
-            suppress(source, diagnosis->reading.file_name, diagnosis->found.unchecked.empty(),
-                     &diagnosis->found.findings);
+        Found &found = diagnosis->found;
+        if (!how.as_read && is_utf16(source))
+            explain_utf16(&found);
+        if (!how.as_read || how.comments) {
+            const bool all_looked_at =
+                how.as_read ? reads_without_error(found) : found.unchecked.empty();
+            suppress(source, diagnosis->reading.file_name, all_looked_at, &found.findings);
         }
         export_findings(diagnosis.get());
         return diagnosis.release();

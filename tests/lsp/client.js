@@ -9,10 +9,20 @@ const url = require('node:url');
 const SOURCES = path.resolve(__dirname, '../..');
 const TOOL = process.env.TARNLET || path.join(SOURCES, 'build/release/bin/tarnlet');
 
+const servers = new Set();
+// A test that fails leaves its server behind.
+const endServers = () => servers.forEach((server) => server.kill());
+
 class Client {
-  static async start({ encodings = ['utf-16'], options = {}, snippets = true } = {}) {
+  static async start({
+    encodings = ['utf-16'],
+    options = {},
+    snippets = true,
+    watches = true,
+  } = {}) {
     const client = new Client();
     client.process = spawn(TOOL, ['lsp', '--stdio'], { stdio: ['pipe', 'pipe', 'inherit'] });
+    servers.add(client.process);
     client.ended = new Promise((resolve) => client.process.on('exit', resolve));
     client.connection = rpc.createMessageConnection(
       new rpc.StreamMessageReader(client.process.stdout),
@@ -37,7 +47,7 @@ class Client {
       initializationOptions: options,
       capabilities: {
         general: { positionEncodings: encodings },
-        workspace: { didChangeWatchedFiles: { dynamicRegistration: true } },
+        workspace: { didChangeWatchedFiles: { dynamicRegistration: watches } },
         textDocument: { completion: { completionItem: { snippetSupport: snippets } } },
       },
     });
@@ -107,23 +117,20 @@ class Client {
     return lines.slice(0, position.line).join('').length + position.character;
   }
 
-  // The findings on the present version once they are settled: nothing new for a while.
-  async findings(uri, quiet = 150) {
-    const version = this.documents.get(uri).version;
-    await new Promise((resolve) => {
-      const check = () => {
-        const now = this.published.get(uri);
-        if (!now || now.version !== version) return false;
-        resolve();
-        return true;
-      };
-      if (!check()) this.waiting.push(check);
-    });
-    for (let last; last !== this.published.get(uri);) {
-      last = this.published.get(uri);
-      await new Promise((resolve) => setTimeout(resolve, quiet));
-    }
+  // The findings on the present text, once nothing more is to come.
+  async findings(uri) {
+    await this.request('tarnlet/settled');
     return this.published.get(uri).diagnostics;
+  }
+
+  // Waits until what the client shows for a text is as wanted.
+  async until(uri, wanted) {
+    for (let tries = 0; tries < 200; tries++) {
+      const shown = this.published.get(uri);
+      if (shown && wanted(shown.diagnostics)) return shown.diagnostics;
+      await new Promise((resolve) => setTimeout(resolve, 50));
+    }
+    throw new Error(`still ${JSON.stringify(this.published.get(uri))}`);
   }
 
   // Applies a workspace edit to the texts that are open; returns the texts of other files.
@@ -154,4 +161,32 @@ class Client {
 const example = (name) => path.join(SOURCES, 'examples', name);
 const read = (file) => fs.readFileSync(file, 'latin1');
 
-module.exports = { Client, TOOL, SOURCES, example, read };
+// The demo with so many ports and cells more that the text has the size.
+function description(size) {
+  const rows = [];
+  const ports = [];
+  const pins = [];
+  const base = read(example("demo.bsd"));
+  const first = Number(
+    /BOUNDARY_LENGTH of \w+ : entity is (\d+)/.exec(base)[1],
+  );
+  for (let i = 0, length = base.length; length < size; i++) {
+    ports.push(`        P${i} : in bit;`);
+    pins.push(`        "P${i} : P${i}, " &`);
+    rows.push(`        "${first + i} (BC_4, P${i}, input, X), " &`);
+    length += ports[i].length + 2 * pins[i].length + rows[i].length + 4;
+  }
+  return base
+    .replace("port (", `port (\n${ports.join("\n")}`)
+    .replace(/(constant \w+ : PIN_MAP_STRING :=\n)/g, `$1${pins.join("\n")}\n`)
+    .replace(
+      /(BOUNDARY_LENGTH of \w+ : entity is )\d+/,
+      `$1${first + rows.length}`,
+    )
+    .replace(
+      /(BOUNDARY_REGISTER of \w+ : entity is\n)/,
+      `$1${rows.join("\n")}\n`,
+    );
+}
+
+module.exports = { Client, description, endServers, TOOL, SOURCES, example, read };

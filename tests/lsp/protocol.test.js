@@ -3,7 +3,9 @@
 const test = require('node:test');
 const assert = require('node:assert');
 const { spawn } = require('node:child_process');
-const { Client, TOOL, example, read } = require('./client');
+const { Client, description, endServers, TOOL, example, read } = require('./client');
+
+test.after(endServers);
 
 const framed = (message) => {
   const body =
@@ -134,4 +136,22 @@ test('an hour of typing in a minute: the last text counts, and nothing of the ot
   await client.request('shutdown').then(() => client.notify('exit'));
   assert.deepStrictEqual(client.published.get(uri).diagnostics, []);
   assert.strictEqual(await client.ended, 0);
+});
+
+test('a newer edit ends the search for what mends an older text', async () => {
+  const client = await Client.start();
+  const right = description(100e3);
+  const wrong = right.replace(/" &\n +"P\d*7 :/g, (join) => join.replace('" &', '"'));
+  const uri = client.open('/tmp/search.bsd', wrong);
+  const opened = performance.now();
+  assert.ok((await client.findings(uri)).length);
+  const search = performance.now() - opened;
+  client.edit(uri, wrong.length, wrong.length, '\n');
+  await client.until(uri, () => client.published.get(uri).version === 2);
+  const edited = performance.now();
+  client.edit(uri, 0, wrong.length, right);
+  assert.deepStrictEqual(await client.findings(uri), []);
+  const answer = performance.now() - edited;
+  assert.ok(answer < search / 4, `${answer} ms, while the search takes ${search} ms`);
+  assert.strictEqual(await client.stop(), 0);
 });

@@ -229,18 +229,6 @@ bool CheckRun::make_reporters()
 
 // ------------------------------------------------------------------------------------------- run
 
-// The command line wins over the settings.
-static DiagnosisChoice with_settings(DiagnosisChoice choice, const Settings &settings)
-{
-    ReadOptions &read = choice.read;
-    read.package_dirs.insert(read.package_dirs.end(), settings.package_dirs.begin(),
-                             settings.package_dirs.end());
-    if (read.package.empty())
-        read.package = settings.package.value_or("");
-    read.strict |= settings.strict.value_or(false);
-    return choice;
-}
-
 bool CheckRun::collect_work()
 {
     for (const std::string &path : collect_files(options.paths, &all_found)) {
@@ -250,10 +238,13 @@ bool CheckRun::collect_work()
             complain(escaped(problem));
             return false;
         }
-        if (found->excludes(path))
+        if (found->excludes(path)) {
             totals.excluded++;
-        else
-            work.push_back({path, with_settings(choice, *found), found});
+            continue;
+        }
+        DiagnosisChoice chosen = choice;
+        chosen.read = with_settings(choice.read, *found);
+        work.push_back({path, chosen, found});
     }
     return true;
 }

@@ -19,9 +19,10 @@ static Findings::Place place_of(const BsdlPlace &place)
     return {text_or_empty(place.file), place.line, place.column, place.end_line, place.end_column};
 }
 
-static Findings::Finding finding_of(const BsdlFinding &from)
+static Findings::Finding finding_of(const Finding &shown)
 {
-    Findings::Finding finding = {.severity = from.severity,
+    const BsdlFinding &from = *shown.found;
+    Findings::Finding finding = {.severity = shown.severity,
                                  .rule = text_or_empty(from.rule),
                                  .place = place_of(from.place),
                                  .text = text_or_empty(from.text),
@@ -30,9 +31,9 @@ static Findings::Finding finding_of(const BsdlFinding &from)
                                  .edits = {},
                                  .sure = from.fix_sure != 0,
                                  .related = {},
-                                 .because = from.because,
+                                 .because = shown.because,
                                  .count = from.count,
-                                 .suppressed = from.suppressed != 0};
+                                 .suppressed = shown.accepted != Accepted::NO};
     for (uint32_t i = 0; i < from.edit_count; i++)
         finding.edits.push_back({place_of(from.edits[i].place), from.edits[i].text});
     for (uint32_t i = 0; i < from.related_count; i++)
@@ -66,51 +67,34 @@ static DeviceFacts facts_of(Bsdl *bsdl)
     return facts;
 }
 
-// Called from the library, which knows no exceptions.
-static int32_t ask(void *cancelled) noexcept
-{
-    return (*static_cast<const std::function<bool()> *>(cancelled))();
-}
-
 std::shared_ptr<const Findings> diagnose(const Job &job, bool as_read,
                                          const std::function<bool()> &cancelled)
 {
-    std::vector<const char *> dirs;
-    for (const std::string &dir : job.settings.package_dirs)
-        dirs.push_back(dir.c_str());
     std::vector<BsdlPackageText> packages;
     for (const PackageText &package : job.packages)
         packages.push_back({.name = package.name.c_str(),
                             .file_name = package.path.c_str(),
                             .text = package.text->data(),
                             .length = package.text->size()});
-    BsdlDiagnosisOptions options = {};
-    options.size = sizeof options;
-    options.package = job.settings.package.empty() ? nullptr : job.settings.package.c_str();
-    options.package_dirs = dirs.data();
-    options.package_dir_count = dirs.size();
-    options.packages = packages.data();
-    options.package_count = packages.size();
-    options.flags = job.settings.strict ? +BSDL_FLAG_STRICT : 0u;
-    options.as_read = as_read;
-    if (cancelled) {
-        options.cancelled = ask;
-        options.cancel_data = const_cast<std::function<bool()> *>(&cancelled);
-    }
-
-    const std::unique_ptr<BsdlDiagnosis, ReleaseDiagnosis> diagnosis(
-        bsdlDiagnose(job.text->data(), job.text->size(), job.path.c_str(), &options));
-    if (!diagnosis)
+    const DiagnosedFile file(
+        job.path, *job.text,
+        {.read = job.read, .as_read = as_read, .comments = true, .cancelled = cancelled}, packages);
+    if (file.state != FileState::READ)
         return nullptr;
     auto findings = std::make_shared<Findings>();
     findings->uri = job.uri;
     findings->version = job.version;
     findings->as_read = as_read;
-    for (uint32_t i = 0; i < bsdlFindingCount(diagnosis.get()); i++)
-        findings->all.push_back(finding_of(*bsdlFindingAt(diagnosis.get(), i)));
-    findings->facts = facts_of(bsdlDiagnosisBsdl(diagnosis.get()));
-    findings->facts.checked = bsdlDiagnosisChecked(diagnosis.get());
-    findings->unchecked = text_or_empty(bsdlDiagnosisUnchecked(diagnosis.get()));
+    findings->excluded = job.excluded;
+    findings->settings_problem = job.settings_problem;
+    const FileFindings selected =
+        select_findings(file, {.rules = job.rules, .fingerprints = false});
+    findings->all.reserve(selected.findings.size());
+    for (const Finding &shown : selected.findings)
+        findings->all.push_back(finding_of(shown));
+    findings->facts = facts_of(bsdlDiagnosisBsdl(file.diagnosis.get()));
+    findings->facts.checked = file.checked();
+    findings->unchecked = file.unchecked();
     return findings;
 }
 
@@ -118,8 +102,10 @@ std::shared_ptr<const Findings> diagnose(const Job &job, bool as_read,
 
 Analysis::Analysis(Done to) : done(std::move(to)), thread([this] { run(); }) {}
 
-Analysis::~Analysis()
+void Analysis::stop()
 {
+    if (!thread.joinable())
+        return;
     {
         const std::lock_guard hold(lock);
         ending = true;
@@ -147,18 +133,35 @@ void Analysis::forget(const std::string &uri)
     unmended.erase(uri);
 }
 
+void Analysis::ask_for_end()
+{
+    {
+        const std::lock_guard hold(lock);
+        end_asked_for = true;
+    }
+    wake.notify_one();
+}
+
 // The next job; false at the end.
 bool Analysis::take(Job &job, bool &as_read)
 {
     std::unique_lock hold(lock);
-    wake.wait(hold, [this] { return ending || !fresh.empty() || !unmended.empty(); });
+    const auto has_work = [this] { return ending || !fresh.empty() || !unmended.empty(); };
+    wake.wait(hold, [&] { return has_work() || end_asked_for; });
+    while (!has_work()) {
+        end_asked_for = false;
+        hold.unlock();
+        done(nullptr);
+        hold.lock();
+        wake.wait(hold, [&] { return has_work() || end_asked_for; });
+    }
     if (ending)
         return false;
     as_read = !fresh.empty();
     std::map<std::string, Job> &from = as_read ? fresh : unmended;
     job = from.begin()->second;
     from.erase(from.begin());
-    if (as_read)
+    if (as_read && !job.excluded)
         unmended.insert_or_assign(job.uri, job);
     something_fresh = !fresh.empty();
     return true;

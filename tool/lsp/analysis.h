@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tarnlet/diagnosis.h"
+#include "findings.h"
 
 #include <atomic>
 #include <condition_variable>
@@ -17,14 +17,6 @@
 namespace lsp
 {
 
-// How a description is read, from the settings that apply to it.
-struct ReadingSettings {
-    std::vector<std::string> package_dirs;
-    std::string package; // empty: the default of the description
-    bool strict = false;
-    bool operator==(const ReadingSettings &) const = default;
-};
-
 // A package file whose text in the editor counts, not that on the disk.
 struct PackageText {
     std::string name; // as a use statement asks for it
@@ -37,7 +29,10 @@ struct Job {
     std::string path;
     int64_t version = 0;
     std::shared_ptr<const std::string> text;
-    ReadingSettings settings;
+    ReadOptions read;
+    std::map<std::string, Severity> rules; // as the settings have them
+    bool excluded = false;                 // by the settings: nothing is shown
+    std::string settings_problem;          // why the settings do not apply
     std::vector<PackageText> packages;
 };
 
@@ -59,10 +54,6 @@ struct DeviceFacts {
     uint32_t checked = 0;
 };
 
-struct ReleaseDiagnosis {
-    void operator()(BsdlDiagnosis *diagnosis) const { bsdlDiagnosisRelease(diagnosis); }
-};
-
 // The findings on one version of a text. The model is given up: a server keeps many files open.
 struct Findings {
     struct Place {
@@ -78,7 +69,7 @@ struct Findings {
         std::string text;
     };
     struct Finding {
-        int32_t severity;
+        Severity severity;
         std::string rule;
         Place place;
         std::string text;
@@ -95,7 +86,9 @@ struct Findings {
     std::string uri;
     int64_t version = 0;
     bool as_read = false; // the library's messages alone; those of the diagnosis follow
-    std::vector<Finding> all;
+    bool excluded = false;
+    std::string settings_problem;
+    std::vector<Finding> all; // those that the settings leave on
     DeviceFacts facts;
     std::string unchecked;
 };
@@ -111,11 +104,14 @@ class Analysis
   public:
     using Done = std::function<void(std::shared_ptr<const Findings>)>;
 
-    // `done` is called on the thread of the analysis.
+    // `done` is called on the thread of the analysis; with NULL when somebody has asked for its
+    // end and nothing is left to do.
     explicit Analysis(Done done);
-    ~Analysis();
+    ~Analysis() { stop(); }
+    void stop();
     void start(Job job);
     void forget(const std::string &uri);
+    void ask_for_end();
 
   private:
     void run();
@@ -127,6 +123,7 @@ class Analysis
     std::map<std::string, Job> fresh;    // to be read
     std::map<std::string, Job> unmended; // to be diagnosed, once all are read
     std::atomic<bool> something_fresh = false;
+    bool end_asked_for = false;
     bool ending = false;
     std::thread thread;
 };

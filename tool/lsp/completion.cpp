@@ -42,10 +42,12 @@ class Completing
     void attributes(bool with_keyword);
     void of_place(const Document &part, const BsdlSymbol &symbol, const std::string &statement);
     void ports(const std::string &statement);
+    void cell_numbers(bool of_control);
     void of_cell(const BsdlSymbol &symbol);
     void outside(const BsdlStatement &statement, const Document &part, const BsdlSymbol &symbol);
     std::string component() const;
     const BsdlStatement *statement_here() const;
+    std::string up_to_word(const BsdlStatement &statement) const;
 
     Workspace &workspace;
     const Document &document;
@@ -209,20 +211,43 @@ void Completing::ports(const std::string &statement)
 {
     const BsdlStatement *here = statement_here();
     const std::vector<BsdlSymbol> &symbols = document.symbols();
-    std::set<int32_t> taken;
+    std::vector<bool> taken(symbols.size());
     for (uint32_t i = 0; here && i < here->symbol_count; i++) {
         const BsdlSymbol &symbol = symbols[here->first_symbol + i];
-        if (symbol.kind == BSDL_SYMBOL_PORT && !(symbol.begin <= offset && offset <= symbol.end))
-            taken.insert(symbol.refers_to);
+        if (symbol.kind == BSDL_SYMBOL_PORT && symbol.refers_to >= 0 &&
+            !(symbol.begin <= offset && offset <= symbol.end))
+            taken[static_cast<size_t>(symbol.refers_to)] = true;
     }
     const char *missing = statement == "BOUNDARY_REGISTER"                ? "port without a cell"
                           : here && here->kind == BSDL_STATEMENT_CONSTANT ? "port without pins"
                                                                           : "port";
-    for (uint32_t i = 0; i < symbols.size(); i++)
-        if (symbols[i].kind == BSDL_SYMBOL_PORT && (symbols[i].flags & BSDL_SYMBOL_DEFINES)) {
-            const bool free = !taken.contains(static_cast<int32_t>(i));
-            add(document.word(symbols[i]), ITEM_FIELD, free ? missing : "port", free ? 1 : 6);
+    for (const bool with_taken : {false, true})
+        for (uint32_t i = 0; i < symbols.size() && !more; i++)
+            if (symbols[i].kind == BSDL_SYMBOL_PORT && (symbols[i].flags & BSDL_SYMBOL_DEFINES) &&
+                taken[i] == with_taken)
+                add(document.word(symbols[i]), ITEM_FIELD, with_taken ? "port" : missing,
+                    with_taken ? 6 : 1);
+}
+
+// The numbers of the cells that control others, and the number after the highest.
+void Completing::cell_numbers(bool of_control)
+{
+    int64_t next = 0;
+    std::string number;
+    for (const BsdlSymbol &symbol : document.symbols()) {
+        if (symbol.begin <= offset && offset <= symbol.end)
+            continue;
+        if (symbol.kind == BSDL_SYMBOL_CELL_NUMBER && symbol.column == 0) {
+            number = document.word(symbol);
+            next = std::max<int64_t>(next, std::strtoll(number.c_str(), nullptr, 10) + 1);
+        } else if (of_control && symbol.kind == BSDL_SYMBOL_FUNCTION) {
+            const std::string function = document.word(symbol);
+            if (upper(function).starts_with("CONTROL"))
+                add(number, ITEM_VALUE, function);
         }
+    }
+    if (!of_control)
+        add(std::to_string(next), ITEM_VALUE, "next cell");
 }
 
 void Completing::of_cell(const BsdlSymbol &symbol)
@@ -237,20 +262,9 @@ void Completing::of_cell(const BsdlSymbol &symbol)
         add_words({"0", "1"}, ITEM_VALUE);
     } else if (symbol.column == 6) {
         add_words({"Z", "WEAK0", "WEAK1", "PULL0", "PULL1", "KEEPER"}, ITEM_VALUE);
-    } else if (symbol.kind == BSDL_SYMBOL_CELL_NUMBER) {
-        const std::vector<BsdlSymbol> &symbols = document.symbols();
-        int64_t next = 0;
-        for (uint32_t i = 0; i < symbols.size(); i++)
-            if (symbols[i].kind == BSDL_SYMBOL_CELL_NUMBER && symbols[i].column == 0 &&
-                !(symbols[i].begin <= offset && offset <= symbols[i].end)) {
-                const std::string number = document.word(symbols[i]);
-                next = std::max<int64_t>(next, std::strtoll(number.c_str(), nullptr, 10) + 1);
-                const CellRow row = cell_row(document, i);
-                if (symbol.column == 4 && upper(row.function).starts_with("CONTROL"))
-                    add(number, ITEM_VALUE, row.function);
-            }
-        if (symbol.column == 0)
-            add(std::to_string(next), ITEM_VALUE, "next cell");
+    } else if (symbol.kind == BSDL_SYMBOL_CELL_NUMBER &&
+               (symbol.column == 0 || symbol.column == 4)) {
+        cell_numbers(symbol.column == 4);
     }
 }
 
@@ -358,6 +372,34 @@ const BsdlStatement *Completing::statement_here() const
     return here;
 }
 
+// The text of a statement ahead of the word; of a table, which may be long, only what stands ahead
+// of its rows, and the row.
+std::string Completing::up_to_word(const BsdlStatement &statement) const
+{
+    const std::vector<BsdlSymbol> &symbols = document.symbols();
+    const auto begin = symbols.begin() + statement.first_symbol;
+    const auto end = begin + statement.symbol_count;
+    const auto in_string = [](const BsdlSymbol &symbol) {
+        return (symbol.flags & BSDL_SYMBOL_IN_STRING) != 0 && symbol.kind != BSDL_SYMBOL_COMMENT;
+    };
+    const auto first = std::find_if(begin, end, in_string);
+    auto last =
+        std::lower_bound(begin, end, word_begin, [](const BsdlSymbol &symbol, uint32_t position) {
+            return symbol.begin < position;
+        });
+    while (last != begin && !in_string(*(last - 1)))
+        --last;
+    if (first >= last)
+        return std::string(document.raw(statement.begin, word_begin));
+    auto row = last - 1;
+    while (row != first && ((row - 1)->row == (last - 1)->row || !in_string(*(row - 1))))
+        --row;
+    while (!in_string(*row))
+        ++row;
+    return std::string(document.raw(statement.begin, first->begin)) +
+           std::string(document.raw(row->begin, word_begin));
+}
+
 // What a word would be at the cursor shows when one is put there.
 json Completing::run()
 {
@@ -370,11 +412,10 @@ json Completing::run()
         return items;
     }
     constexpr const char *WORD = "W";
-    uint32_t end = std::max(here->end, word_end);
-    std::string text(document.raw(here->begin, word_begin));
+    std::string text = up_to_word(*here);
     const auto place = static_cast<uint32_t>(text.size());
     text += WORD;
-    text += document.raw(word_end, end);
+    text += document.raw(word_end, std::max(document.line_end(document.line_of(offset)), word_end));
     const Document part("", std::move(text), 0, Encoding::UTF8);
     if (const std::optional<uint32_t> symbol = part.symbol_at(place)) {
         const BsdlSymbol &found = part.symbols()[*symbol];

@@ -82,9 +82,30 @@ static const std::string &rule_pages()
     return pages;
 }
 
-static json diagnostic(const Document &document, const Findings &findings, size_t index)
+// A quotation mark too many makes an error of each row. Mended findings replace them in a moment.
+static constexpr size_t MOST_AS_READ = 500;
+
+// As the protocol counts: an error is 1, a warning 2, information 3.
+static int severity_code(Severity severity)
 {
-    const Finding &finding = findings.all[index];
+    return static_cast<int>(Severity::ERROR) + 1 - static_cast<int>(severity);
+}
+
+// Of each finding, those that follow from it.
+using FollowUps = std::vector<std::vector<const Finding *>>;
+
+static FollowUps follow_ups_in(const Findings &findings)
+{
+    FollowUps follow_ups(findings.all.size());
+    for (const Finding &finding : findings.all)
+        if (finding.because >= 0)
+            follow_ups[static_cast<size_t>(finding.because)].push_back(&finding);
+    return follow_ups;
+}
+
+static json diagnostic(const Document &document, const Finding &finding,
+                       const std::vector<const Finding *> &follow_ups)
+{
     std::string text = finding.text;
     if (!finding.hint.empty())
         text += "\n" + finding.hint;
@@ -94,7 +115,7 @@ static json diagnostic(const Document &document, const Findings &findings, size_
     const auto [begin, end] =
         here ? extent(document, finding.place) : use_of(document, finding.place.file);
     json result = {{"range", document.range(begin, end)},
-                   {"severity", finding.severity + 1},
+                   {"severity", severity_code(finding.severity)},
                    {"source", "tarnlet"},
                    {"message", std::move(text)}};
     if (!finding.rule.empty()) {
@@ -109,10 +130,9 @@ static json diagnostic(const Document &document, const Findings &findings, size_
     for (const Findings::Related &other : finding.related)
         related.push_back(
             {{"location", location_json(document, other.place)}, {"message", other.text}});
-    for (const Finding &other : findings.all)
-        if (other.because == static_cast<int32_t>(index))
-            related.push_back({{"location", location_json(document, other.place)},
-                               {"message", "follows from this: " + other.text}});
+    for (const Finding *other : follow_ups)
+        related.push_back({{"location", location_json(document, other->place)},
+                           {"message", "follows from this: " + other->text}});
     if (!related.empty())
         result["relatedInformation"] = std::move(related);
     return result;
@@ -121,9 +141,18 @@ static json diagnostic(const Document &document, const Findings &findings, size_
 json diagnostics(const Document &document, const Findings &findings)
 {
     json list = json::array();
-    for (size_t i = 0; i < findings.all.size(); i++)
+    if (findings.excluded)
+        return list;
+    if (!findings.settings_problem.empty())
+        list.push_back({{"range", document.range(0, document.line_end(0))},
+                        {"severity", severity_code(Severity::ERROR)},
+                        {"source", "tarnlet"},
+                        {"message", findings.settings_problem}});
+    const FollowUps follow_ups = follow_ups_in(findings);
+    const size_t most = findings.as_read ? MOST_AS_READ : SIZE_MAX;
+    for (size_t i = 0; i < findings.all.size() && list.size() < most; i++)
         if (findings.all[i].because < 0 && !findings.all[i].suppressed)
-            list.push_back(diagnostic(document, findings, i));
+            list.push_back(diagnostic(document, findings.all[i], follow_ups[i]));
     return list;
 }
 
@@ -192,12 +221,6 @@ static json turned_off(const Document &document, const Finding &finding)
     return json::array({{{"range", document.range(begin, begin)}, {"newText", note + line_end}}});
 }
 
-static bool cannot_be_turned_off(const Finding &finding)
-{
-    return finding.rule.empty() || finding.rule == "syntax-error" ||
-           finding.rule == "unreadable-input";
-}
-
 // The edits of all findings that are certain, in their order; of two that overlap the first.
 static json all_sure_edits(const Document &document, const Findings &findings)
 {
@@ -244,6 +267,9 @@ json code_actions(const Workspace &workspace, const Document &document, const js
     if (known == workspace.findings.end() || known->second->version != document.version())
         return actions;
     const Findings &findings = *known->second;
+    if (findings.excluded)
+        return actions;
+    const FollowUps follow_ups = follow_ups_in(findings);
     for (size_t i = 0; i < findings.all.size(); i++) {
         const Finding &finding = findings.all[i];
         if (finding.because >= 0 || finding.suppressed || !is_in(document, finding.place))
@@ -251,7 +277,7 @@ json code_actions(const Workspace &workspace, const Document &document, const js
         const auto [from, to] = extent(document, finding.place);
         if (from > end || to < begin)
             continue;
-        const json about = json::array({diagnostic(document, findings, i)});
+        const json about = json::array({diagnostic(document, finding, follow_ups[i])});
         if (can_be_applied(document, finding) && wanted(context, "quickfix"))
             actions.push_back(
                 {{"title", finding.fix.empty() ? "Fix: " + finding.rule : finding.fix},
@@ -259,7 +285,7 @@ json code_actions(const Workspace &workspace, const Document &document, const js
                  {"diagnostics", about},
                  {"isPreferred", finding.sure},
                  {"edit", workspace_edit(document, edits_json(document, finding))}});
-        if (cannot_be_turned_off(finding) || !wanted(context, "quickfix"))
+        if (finding.rule.empty() || is_never_off(finding.rule) || !wanted(context, "quickfix"))
             continue;
         if (json edits = turned_off(document, finding); !edits.is_null())
             actions.push_back({{"title", "Turn " + finding.rule + " off here"},

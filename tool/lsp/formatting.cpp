@@ -254,9 +254,15 @@ json formatting(const Workspace &workspace, const Document &document, uint32_t f
     }
     if (edits.empty())
         return edits;
-    Document after = document;
-    for (auto edit = edits.rbegin(); edit != edits.rend(); ++edit)
-        after.change({{"range", edit->at("range")}, {"text", edit->at("newText")}});
+    std::string text;
+    uint32_t done = 0;
+    for (const json &edit : edits) {
+        text += document.raw(done, document.offset(edit["range"]["start"]));
+        text += edit["newText"].get_ref<const std::string &>();
+        done = document.offset(edit["range"]["end"]);
+    }
+    text += document.raw(done, static_cast<uint32_t>(document.text().size()));
+    const Document after(document.uri(), std::move(text), document.version(), workspace.encoding);
     if (!reads_the_same(workspace, document, after))
         throw RequestError(REQUEST_FAILED, "Formatting would change what the text says; it is "
                                            "left as it is");

@@ -51,9 +51,14 @@ std::optional<std::string> read_message(FILE *from)
     return body;
 }
 
-void write_message(FILE *to, const json &message)
+std::string message_body(json message)
 {
-    const std::string body = message.dump(-1, ' ', false, json::error_handler_t::replace);
+    message["jsonrpc"] = "2.0";
+    return message.dump(-1, ' ', false, json::error_handler_t::replace);
+}
+
+void write_message(FILE *to, const std::string &body)
+{
     std::fprintf(to, "Content-Length: %zu\r\n\r\n", body.size());
     std::fwrite(body.data(), 1, body.size(), to);
     std::fflush(to);

@@ -34,6 +34,7 @@ class RequestError : public std::runtime_error
 // where a message begins.
 std::optional<std::string> read_message(FILE *from);
 
-void write_message(FILE *to, const json &message);
+std::string message_body(json message);
+void write_message(FILE *to, const std::string &body);
 
 } // namespace lsp

@@ -5,6 +5,7 @@
 
 #include "lsp/features.h"
 
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
@@ -19,20 +20,23 @@ namespace
 
 // What waits to be dealt with.
 struct Event {
-    std::optional<json> message;
-    std::shared_ptr<const Findings> findings;
+    std::optional<json> message = {};
+    std::shared_ptr<const Findings> findings = nullptr;
     bool malformed = false;
-    bool end = false; // of the input
+    bool settled = false;       // all texts have their findings
+    bool look_at_files = false; // nothing came for a while
+    bool end = false;           // of the input
 };
+
+constexpr std::chrono::seconds FILES_ARE_LOOKED_AT_EVERY{1};
 
 class Server
 {
   public:
     Server(FILE *source, FILE *sink)
         : from(source), to(sink), analysis([this](std::shared_ptr<const Findings> found) {
-              Event event;
-              event.findings = std::move(found);
-              push(std::move(event));
+              const bool settled = !found;
+              push({.findings = std::move(found), .settled = settled});
           })
     {
     }
@@ -50,11 +54,13 @@ class Server
 
     void read();
     void push(Event event);
+    bool nothing_waits();
     Event next();
     void take(const json &message);
     void request(const json &message);
     void answer(const json &id, json result);
     void refuse(const json &id, int code, const std::string &text);
+    void answer_settled();
     void send(json message);
     bool is_cancelled(const json &id);
 
@@ -88,6 +94,7 @@ class Server
     uint32_t offset(const json &params);
     void settings(const json &given);
     void diagnose_again();
+    void look_at_files();
     void publish(std::shared_ptr<const Findings> found);
 
     FILE *from;
@@ -97,12 +104,13 @@ class Server
     bool snippets = false;
     bool watches_files = false;
     Workspace workspace;
-    std::map<std::string, json> published; // what the client shows now
+    std::map<std::string, size_t> published; // by URI: hash of what the client shows now
 
     std::mutex lock;
     std::condition_variable wake;
     std::deque<Event> events;
     std::set<std::string> cancelled; // ids of requests, as JSON
+    std::vector<json> wait_for_all;  // ids of requests that are answered when all is settled
     Analysis analysis;
 };
 
@@ -148,10 +156,23 @@ void Server::push(Event event)
     wake.notify_one();
 }
 
+bool Server::nothing_waits()
+{
+    const std::lock_guard hold(lock);
+    return events.empty();
+}
+
 Event Server::next()
 {
     std::unique_lock hold(lock);
-    wake.wait(hold, [this] { return !events.empty(); });
+    if (events.empty())
+        cancelled.clear(); // the requests have been answered already
+    const auto has_event = [this] { return !events.empty(); };
+    // Where the client cannot watch files, somebody else has to.
+    if (watches_files || state != State::RUNNING)
+        wake.wait(hold, has_event);
+    else if (!wake.wait_for(hold, FILES_ARE_LOOKED_AT_EVERY, has_event))
+        return {.look_at_files = true};
     Event event = std::move(events.front());
     events.pop_front();
     return event;
@@ -161,24 +182,18 @@ Event Server::next()
 void Server::read()
 {
     while (std::optional<std::string> body = read_message(from)) {
-        Event event;
         json message = json::parse(*body, nullptr, false);
         if (message.is_discarded()) {
-            event.malformed = true;
+            push({.malformed = true});
+        } else if (message.is_object() && message.value("method", json()) == "$/cancelRequest" &&
+                   message.contains("params") && message["params"].contains("id")) {
+            const std::lock_guard hold(lock);
+            cancelled.insert(message["params"]["id"].dump());
         } else {
-            if (message.is_object() && message.value("method", json()) == "$/cancelRequest" &&
-                message.contains("params") && message["params"].contains("id")) {
-                const std::lock_guard hold(lock);
-                cancelled.insert(message["params"]["id"].dump());
-                continue;
-            }
-            event.message = std::move(message);
+            push({.message = std::move(message)});
         }
-        push(std::move(event));
     }
-    Event last;
-    last.end = true;
-    push(std::move(last));
+    push({.end = true});
 }
 
 bool Server::is_cancelled(const json &id)
@@ -187,11 +202,7 @@ bool Server::is_cancelled(const json &id)
     return cancelled.erase(id.dump()) != 0;
 }
 
-void Server::send(json message)
-{
-    message["jsonrpc"] = "2.0";
-    write_message(to, message);
-}
+void Server::send(json message) { write_message(to, message_body(std::move(message))); }
 
 void Server::answer(const json &id, json result)
 {
@@ -201,6 +212,12 @@ void Server::answer(const json &id, json result)
 void Server::refuse(const json &id, int code, const std::string &text)
 {
     send({{"id", id}, {"error", {{"code", code}, {"message", text}}}});
+}
+
+void Server::answer_settled()
+{
+    for (const json &id : std::exchange(wait_for_all, {}))
+        answer(id, nullptr);
 }
 
 void Server::request(const json &message)
@@ -216,6 +233,10 @@ void Server::request(const json &message)
         return refuse(id, INVALID_REQUEST, "initialize comes once");
     if (state == State::SHUT_DOWN)
         return refuse(id, INVALID_REQUEST, "the server has been shut down");
+    if (method == "tarnlet/settled") {
+        wait_for_all.push_back(id);
+        return analysis.ask_for_end();
+    }
     for (const Row<Request> &row : REQUESTS)
         if (method == row.method) {
             try {
@@ -266,6 +287,8 @@ int Server::run()
     // It waits for input that may never come, so the end of the process ends it.
     std::thread([this] { read(); }).detach();
     while (!exited) {
+        if (nothing_waits())
+            workspace.get_ready();
         const Event event = next();
         if (event.end)
             break;
@@ -273,9 +296,14 @@ int Server::run()
             refuse(nullptr, PARSE_ERROR, "this is no JSON");
         else if (event.findings)
             publish(event.findings);
+        else if (event.settled)
+            answer_settled();
+        else if (event.look_at_files)
+            look_at_files();
         else
             take(*event.message);
     }
+    analysis.stop();
     return exited && state == State::SHUT_DOWN ? 0 : 1;
 }
 
@@ -345,7 +373,7 @@ void Server::settings(const json &given)
 {
     if (!given.is_object())
         return;
-    ReadingSettings &settings = workspace.client_settings;
+    ReadOptions &settings = workspace.client_settings;
     settings = {};
     settings.package = given.value("package", "");
     settings.strict = given.value("strict", false);
@@ -426,21 +454,39 @@ void Server::configuration_changed(const json &params)
     diagnose_again();
 }
 
-void Server::files_changed(const json &) { diagnose_again(); }
+void Server::files_changed(const json &)
+{
+    workspace.forget_settings();
+    diagnose_again();
+}
+
+void Server::look_at_files()
+{
+    if (workspace.files_have_changed())
+        files_changed({});
+}
 
 void Server::publish(std::shared_ptr<const Findings> found)
 {
     const Document *document = workspace.open_document(found->uri);
     if (!document || document->version() != found->version)
         return; // of a text that is no more
-    workspace.findings[found->uri] = found;
-    json list = diagnostics(*document, *found);
-    json params = {
-        {"uri", found->uri}, {"version", found->version}, {"diagnostics", std::move(list)}};
-    if (published[found->uri] == params)
+    for (const std::string &package : found->facts.package_files)
+        workspace.note_package(package);
+    // When only settings or packages have changed, mended findings need no library's ahead.
+    std::shared_ptr<const Findings> &known = workspace.findings[found->uri];
+    if (found->as_read && !found->excluded && known && known->version == found->version &&
+        !known->as_read)
         return;
-    published[found->uri] = params;
-    send({{"method", "textDocument/publishDiagnostics"}, {"params", std::move(params)}});
+    known = found;
+    const std::string body = message_body({{"method", "textDocument/publishDiagnostics"},
+                                           {"params",
+                                            {{"uri", found->uri},
+                                             {"version", found->version},
+                                             {"diagnostics", diagnostics(*document, *found)}}}});
+    const size_t hash = std::hash<std::string>()(body);
+    if (std::exchange(published[found->uri], hash) != hash)
+        write_message(to, body);
 }
 
 // --------------------------------------------------------------------------------------- requests

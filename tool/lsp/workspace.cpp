@@ -28,7 +28,10 @@ void Workspace::close(const std::string &uri)
     findings.erase(uri);
 }
 
-ReadingSettings Workspace::settings_of(const Document &) const { return client_settings; }
+const Settings *Workspace::settings_of(const Document &document, std::string &problem) const
+{
+    return project_settings.settings_of(document.path(), problem);
+}
 
 static bool is_package_file(const std::string &path)
 {
@@ -53,12 +56,19 @@ std::vector<PackageText> Workspace::open_packages() const
 
 Job Workspace::job_for(const Document &document) const
 {
-    return {.uri = document.uri(),
-            .path = document.path(),
-            .version = document.version(),
-            .text = document.shared_text(),
-            .settings = settings_of(document),
-            .packages = open_packages()};
+    Job job = {.uri = document.uri(),
+               .path = document.path(),
+               .version = document.version(),
+               .text = document.shared_text(),
+               .read = client_settings,
+               .rules = {},
+               .packages = open_packages()};
+    if (const Settings *settings = settings_of(document, job.settings_problem)) {
+        job.read = with_settings(client_settings, *settings);
+        job.rules = settings->rules;
+        job.excluded = settings->excludes(document.path());
+    }
+    return job;
 }
 
 const DeviceFacts *Workspace::facts_of(const Document &document) const
@@ -67,12 +77,21 @@ const DeviceFacts *Workspace::facts_of(const Document &document) const
     return at == findings.end() ? nullptr : &at->second->facts;
 }
 
+void Workspace::get_ready() const
+{
+    for (const auto &[uri, document] : documents)
+        document.symbols();
+}
+
 // --------------------------------------------------------------------------------------- packages
 
 // The order in which the library looks.
 std::vector<std::string> Workspace::folders_of(const Document &user) const
 {
-    std::vector<std::string> folders = settings_of(user).package_dirs;
+    std::vector<std::string> folders = client_settings.package_dirs;
+    std::string problem;
+    if (const Settings *settings = settings_of(user, problem))
+        folders = with_settings(client_settings, *settings).package_dirs;
     folders.emplace_back(".");
     folders.push_back(fs::path(user.path()).parent_path().string());
     if (const char *variable = std::getenv("BST64"))

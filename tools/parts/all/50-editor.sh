@@ -5,6 +5,8 @@ set -eu
 TARNLET=$PWD/build/release/bin/tarnlet
 export TARNLET
 [ -x "$TARNLET" ] || { cmake --preset release && cmake --build --preset release --target tarnlet_tool; }
+TARNLET_CORPUS=$(sed -n 's/^TARNLET_CORPUS:[A-Z]*=//p' build/release/CMakeCache.txt)
+export TARNLET_CORPUS
 
 cd tests/lsp
 npm ci --no-audit --no-fund
