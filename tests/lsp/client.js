@@ -113,8 +113,9 @@ class Client {
   }
 
   offset(uri, position) {
-    const lines = this.text(uri).split(/(?<=\r\n|\n|\r(?!\n))/);
-    return lines.slice(0, position.line).join('').length + position.character;
+    const ends = /\r\n|\n|\r/g;
+    for (let line = 0; line < position.line; line++) ends.exec(this.text(uri));
+    return ends.lastIndex + position.character;
   }
 
   // The findings on the present text, once nothing more is to come.
@@ -141,14 +142,23 @@ class Client {
     }
   }
 
+  // As one change, from the end of the text to its beginning.
   applyEdits(uri, edits) {
-    const places = edits.map((edit) => ({
-      begin: this.offset(uri, edit.range.start),
-      end: this.offset(uri, edit.range.end),
-      text: edit.newText,
+    const document = this.documents.get(uri);
+    const places = edits.map(({ range, newText }) => ({
+      range,
+      text: newText,
+      begin: this.offset(uri, range.start),
+      end: this.offset(uri, range.end),
     }));
     places.sort((a, b) => b.begin - a.begin);
-    for (const place of places) this.edit(uri, place.begin, place.end, place.text);
+    for (const { begin, end, text } of places)
+      document.text = document.text.slice(0, begin) + text + document.text.slice(end);
+    document.version++;
+    this.notify('textDocument/didChange', {
+      textDocument: { uri, version: document.version },
+      contentChanges: places.map(({ range, text }) => ({ range, text })),
+    });
   }
 
   async stop() {

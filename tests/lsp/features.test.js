@@ -462,10 +462,39 @@ const shown = (list) =>
     })
     .sort();
 
+test('changes that come together are made one after the other', async () => {
+  const client = await Client.start();
+  const start = 'entity A is\nend A;\n';
+  const change = (line, from, to, text) => ({
+    range: { start: { line, character: from }, end: { line, character: to } },
+    text,
+  });
+  for (const [changes, expected] of [
+    [[change(1, 4, 5, 'BB'), change(0, 7, 8, 'BB')], 'entity BB is\nend BB;\n'],
+    [[change(0, 7, 8, 'BB'), change(0, 7, 9, 'C'), change(1, 4, 5, 'C')], 'entity C is\nend C;\n'],
+    [[change(0, 11, 11, ' -- x'), change(0, 16, 16, 'y')], 'entity A is -- xy\nend A;\n'],
+    [[change(1, 0, 0, 'D\n'), change(2, 4, 5, 'E')], 'entity A is\nD\nend E;\n'],
+    [[change(1, 4, 5, 'B'), { text: 'entity F is\n' }, change(0, 7, 8, 'G')], 'entity G is\n'],
+  ]) {
+    const uri = client.open('/tmp/changes.bsd', start);
+    client.notify('textDocument/didChange', {
+      textDocument: { uri, version: 2 },
+      contentChanges: changes,
+    });
+    // What the server takes for the text shows in its words.
+    const tokens = await client.request('textDocument/semanticTokens/full', { textDocument: { uri } });
+    const fresh = client.open('/tmp/fresh.bsd', expected);
+    assert.deepStrictEqual(
+      tokens.data,
+      (await client.request('textDocument/semanticTokens/full', { textDocument: { uri: fresh } })).data,
+    );
+  }
+  assert.strictEqual(await client.stop(), 0);
+});
+
 test('settings of the client apply, and when they change', async () => {
   const client = await Client.start({ options: { strict: false } });
-  const file = example('demo_mistakes.bsd');
-  const uri = client.open(file, read(file));
+  const uri = client.open(DEMO, read(DEMO).replace(/\bRXN\b/g, 'RXN_'));
   const errors = (list) => list.filter((each) => each.severity === 1).length;
   const lenient = errors(await client.findings(uri));
   client.notify('workspace/didChangeConfiguration', { settings: { tarnlet: { strict: true } } });
@@ -482,6 +511,7 @@ for (const watches of [true, false])
     const file = path.join(folder, 'parts', 'device.bsd');
     const text = read(example('demo_mistakes.bsd'))
       .replace('use STD_1149_1_2001.all;', 'use STD_1149_1_2001.all; use MYCELLS.all;')
+      .replace(/\bRDY\b/g, 'RDY_')
       .replace('signal is true;', 'signal is true; -- tarnlet: off port-unknown');
     for (const sub of ['parts', 'cells']) fs.mkdirSync(path.join(folder, sub));
     fs.writeFileSync(path.join(folder, 'cells/MYCELLS.all'), packageText('MY_1'));
@@ -504,7 +534,10 @@ for (const watches of [true, false])
     const lacks = (rule) => (list) => list.length && !has(rule)(list);
     for (const [content, wanted] of [
       ['package-dirs = ["cells"]', lacks('package-not-found')],
-      ['strict = true', (list) => has('package-not-found')(list) && !list.some((each) => each.severity > 2)],
+      [
+        'strict = true',
+        (list) => list.some((each) => each.code === 'illegal-identifier' && each.severity === 1),
+      ],
       ['[rules]\nopcode-length = "off"\nidcode-last-bit = "warning"', lacks('opcode-length')],
       ['exclude = ["parts"]', (list) => list.length === 0],
     ])

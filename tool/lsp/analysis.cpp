@@ -100,36 +100,39 @@ std::shared_ptr<const Findings> diagnose(const Job &job, bool as_read,
 
 // ---------------------------------------------------------------------------------- in background
 
-Analysis::Analysis(Done to) : done(std::move(to)), thread([this] { run(); }) {}
+Analysis::Analysis(Done to)
+    : done(std::move(to)), reading([this] { run(true); }), mending([this] { run(false); })
+{
+}
 
 void Analysis::stop()
 {
-    if (!thread.joinable())
-        return;
     {
         const std::lock_guard hold(lock);
         ending = true;
-        something_fresh = true;
     }
-    wake.notify_one();
-    thread.join();
+    wake.notify_all();
+    for (std::thread *thread : {&reading, &mending})
+        if (thread->joinable())
+            thread->join();
 }
 
 void Analysis::start(Job job)
 {
     {
         const std::lock_guard hold(lock);
+        job.number = newest[job.uri] = ++jobs;
         unmended.erase(job.uri);
-        fresh.insert_or_assign(job.uri, std::move(job));
-        something_fresh = true;
+        unread.insert_or_assign(job.uri, std::move(job));
     }
-    wake.notify_one();
+    wake.notify_all();
 }
 
 void Analysis::forget(const std::string &uri)
 {
     const std::lock_guard hold(lock);
-    fresh.erase(uri);
+    newest.erase(uri);
+    unread.erase(uri);
     unmended.erase(uri);
 }
 
@@ -137,34 +140,49 @@ void Analysis::ask_for_end()
 {
     {
         const std::lock_guard hold(lock);
-        end_asked_for = true;
+        end_asked_for = working || !unread.empty() || !unmended.empty();
+        if (end_asked_for)
+            return;
     }
-    wake.notify_one();
+    done(nullptr);
 }
 
 // The next job; false at the end.
-bool Analysis::take(Job &job, bool &as_read)
+bool Analysis::take(Jobs &from, Job &job)
 {
     std::unique_lock hold(lock);
-    const auto has_work = [this] { return ending || !fresh.empty() || !unmended.empty(); };
-    wake.wait(hold, [&] { return has_work() || end_asked_for; });
-    while (!has_work()) {
-        end_asked_for = false;
-        hold.unlock();
-        done(nullptr);
-        hold.lock();
-        wake.wait(hold, [&] { return has_work() || end_asked_for; });
-    }
+    wake.wait(hold, [&] { return ending || !from.empty(); });
     if (ending)
         return false;
-    as_read = !fresh.empty();
-    std::map<std::string, Job> &from = as_read ? fresh : unmended;
-    job = from.begin()->second;
+    job = std::move(from.begin()->second);
     from.erase(from.begin());
-    if (as_read && !job.excluded)
-        unmended.insert_or_assign(job.uri, job);
-    something_fresh = !fresh.empty();
+    working++;
     return true;
+}
+
+void Analysis::finish(const Job &job, bool as_read)
+{
+    bool end;
+    {
+        const std::lock_guard hold(lock);
+        const auto counts = newest.find(job.uri);
+        if (as_read && !job.excluded && counts != newest.end() && counts->second == job.number)
+            unmended.insert_or_assign(job.uri, job);
+        working--;
+        end = end_asked_for && !working && unread.empty() && unmended.empty();
+        if (end)
+            end_asked_for = false;
+    }
+    wake.notify_all();
+    if (end)
+        done(nullptr);
+}
+
+bool Analysis::is_outdated(const Job &job)
+{
+    const std::lock_guard hold(lock);
+    const auto counts = newest.find(job.uri);
+    return ending || counts == newest.end() || counts->second != job.number;
 }
 
 // The model of a large description is many times its text, and is not needed until the next edit.
@@ -175,23 +193,17 @@ static void give_back_memory()
 #endif
 }
 
-void Analysis::run()
+void Analysis::run(bool as_read)
 {
-    Job job;
-    bool as_read;
-    while (take(job, as_read)) {
-        std::shared_ptr<const Findings> findings =
-            as_read ? diagnose(job, true)
-                    : diagnose(job, false, [this] { return something_fresh.load(); });
-        if (findings) {
+    for (Job job; take(as_read ? unread : unmended, job); job = {}) {
+        std::function<bool()> cancelled;
+        if (!as_read)
+            cancelled = [&] { return is_outdated(job); };
+        if (std::shared_ptr<const Findings> findings = diagnose(job, as_read, cancelled))
             done(std::move(findings));
+        if (!as_read)
             give_back_memory();
-            continue;
-        }
-        // Another file's text came between: this one is diagnosed after it.
-        const std::lock_guard hold(lock);
-        if (!as_read && !fresh.contains(job.uri) && something_fresh)
-            unmended.insert_or_assign(job.uri, job);
+        finish(job, as_read);
     }
 }
 

@@ -2,7 +2,6 @@
 
 #include "findings.h"
 
-#include <atomic>
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
@@ -25,6 +24,7 @@ struct PackageText {
 };
 
 struct Job {
+    uint64_t number = 0; // given by the analysis
     std::string uri;
     std::string path;
     int64_t version = 0;
@@ -97,14 +97,14 @@ struct Findings {
 std::shared_ptr<const Findings> diagnose(const Job &job, bool as_read,
                                          const std::function<bool()> &cancelled = {});
 
-// Diagnoses texts in the background, the newest text of each file: first as it is read, which is
-// fast, then with the fixes.
+// Diagnoses texts in the background, the newest text of each file: one thread as it is read, which
+// is fast, another with the fixes, whose search a newer text ends.
 class Analysis
 {
   public:
     using Done = std::function<void(std::shared_ptr<const Findings>)>;
 
-    // `done` is called on the thread of the analysis; with NULL when somebody has asked for its
+    // `done` is called on the threads of the analysis; with NULL when somebody has asked for the
     // end and nothing is left to do.
     explicit Analysis(Done done);
     ~Analysis() { stop(); }
@@ -114,18 +114,25 @@ class Analysis
     void ask_for_end();
 
   private:
-    void run();
-    bool take(Job &job, bool &as_read);
+    using Jobs = std::map<std::string, Job>; // by URI
+
+    void run(bool as_read);
+    bool take(Jobs &from, Job &job);
+    void finish(const Job &job, bool as_read);
+    bool is_outdated(const Job &job);
 
     Done done;
     std::mutex lock;
     std::condition_variable wake;
-    std::map<std::string, Job> fresh;    // to be read
-    std::map<std::string, Job> unmended; // to be diagnosed, once all are read
-    std::atomic<bool> something_fresh = false;
+    Jobs unread;
+    Jobs unmended;
+    std::map<std::string, uint64_t> newest; // number of the job of a file that counts
+    uint64_t jobs = 0;
+    int working = 0;
     bool end_asked_for = false;
     bool ending = false;
-    std::thread thread;
+    std::thread reading;
+    std::thread mending;
 };
 
 } // namespace lsp

@@ -172,17 +172,48 @@ json Document::range(uint32_t begin, uint32_t end) const
     return {{"start", position_json(begin)}, {"end", position_json(end)}};
 }
 
-void Document::change(const json &change)
+// Replaces parts of the text, the last one first.
+void Document::replace(std::vector<Replaced> &from_the_end)
 {
-    auto changed = change.at("text").get<std::string>();
-    if (change.contains("range")) {
-        const uint32_t begin = offset(change["range"].at("start"));
-        const uint32_t end = std::max(begin, offset(change["range"].at("end")));
-        changed.insert(0, *content, 0, begin);
-        changed.append(*content, end);
+    std::string changed;
+    uint32_t done = 0;
+    for (auto part = from_the_end.rbegin(); part != from_the_end.rend(); ++part) {
+        changed.append(*content, done, part->begin - done).append(part->text);
+        done = part->end;
     }
+    changed.append(*content, done);
+    from_the_end.clear();
     content = std::make_shared<const std::string>(std::move(changed));
     find_lines();
+}
+
+// Changes from the end of the text to its beginning, as formatting gives thousands of, make the new
+// text in one go: what is ahead of a change is as it was.
+void Document::change(const json &changes)
+{
+    std::vector<Replaced> parts;
+    std::pair<int64_t, int64_t> first; // position of the change nearest to the beginning
+    for (const json &change : changes) {
+        const auto text = change.at("text").get<std::string>();
+        if (!change.contains("range")) {
+            parts.assign(1, {0, static_cast<uint32_t>(content->size()), text});
+            replace(parts);
+            continue;
+        }
+        const json &from = change["range"].at("start");
+        const json &to = change["range"].at("end");
+        const auto place_of = [](const json &position) {
+            return std::pair(position.at("line").get<int64_t>(),
+                             position.at("character").get<int64_t>());
+        };
+        if (!parts.empty() && std::max(place_of(from), place_of(to)) > first)
+            replace(parts);
+        const uint32_t begin = offset(from);
+        first = place_of(from);
+        parts.push_back({begin, std::max(begin, offset(to)), text});
+    }
+    if (!parts.empty())
+        replace(parts);
 }
 
 // ---------------------------------------------------------------------------------------- symbols

@@ -36,8 +36,9 @@ class Document
     std::shared_ptr<const std::string> shared_text() const { return content; }
     int64_t version() const { return number; }
 
-    // A change as the client tells it: of a range, or of everything.
-    void change(const json &change);
+    // Changes as the client tells them, each of a range or of everything; a range is one of the
+    // text that the changes ahead of it have made.
+    void change(const json &changes);
     void set_version(int64_t version) { number = version; }
 
     uint32_t line_count() const { return static_cast<uint32_t>(lines.size()); }
@@ -68,6 +69,12 @@ class Document
     std::vector<std::pair<uint32_t, uint32_t>> parts(const BsdlSymbol &symbol) const;
 
   private:
+    struct Replaced {
+        uint32_t begin, end;
+        std::string text;
+    };
+
+    void replace(std::vector<Replaced> &from_the_end);
     void find_lines();
     void find_symbols() const;
 

@@ -1,4 +1,4 @@
-// The language server: messages in, answers and findings out. One thread reads, one diagnoses, and
+// The language server: messages in, answers and findings out. One thread reads, two diagnose, and
 // this one answers, in the order of the messages.
 
 #include "lsp/server.h"
@@ -421,8 +421,7 @@ void Server::changed(const json &params)
     Document *document = workspace.open_document(uri);
     if (!document)
         throw RequestError(INVALID_PARAMS, "'" + uri + "' is not open");
-    for (const json &change : params.at("contentChanges"))
-        document->change(change);
+    document->change(params.at("contentChanges"));
     document->set_version(item.value("version", int64_t{0}));
     if (workspace.is_package(*document))
         diagnose_again();

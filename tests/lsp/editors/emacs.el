@@ -22,6 +22,10 @@
 (call-interactively #'eglot)
 (flymake-mode 1)
 (wait-for "finding" (lambda () (flymake-start) (flymake-diagnostics)))
+;; The library's messages come first, those with a fix behind them.
+(jsonrpc-request (eglot-current-server) :tarnlet/settled nil :timeout 20)
+(flymake-start)
+(wait-for "finding" #'flymake-diagnostics)
 (let* ((finding (car (flymake-diagnostics)))
        (begin (flymake-diagnostic-beg finding))
        (actions (progn (goto-char begin) (eglot-code-actions begin (flymake-diagnostic-end finding)))))

@@ -14,6 +14,8 @@ end
 local client = vim.lsp.start_client({ name = 'tarnlet', cmd = { tool, 'lsp' } })
 vim.lsp.buf_attach_client(0, client)
 wait_for('finding', function() return #vim.diagnostic.get(0) > 0 end)
+-- The library's messages come first, those with a fix behind them.
+vim.lsp.get_client_by_id(client).request_sync('tarnlet/settled', {}, 20000, 0)
 local finding = vim.diagnostic.get(0)[1]
 local code = finding.code or finding.user_data.lsp.code
 if code ~= rule then fail('found ' .. vim.inspect(finding)) end
