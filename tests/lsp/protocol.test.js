@@ -138,7 +138,7 @@ test('an hour of typing in a minute: the last text counts, and nothing of the ot
   assert.strictEqual(await client.ended, 0);
 });
 
-test('a newer edit ends the search for what mends an older text', async () => {
+test('a newer edit ends the search for the fixes of an older text', async () => {
   const client = await Client.start();
   const right = description(100e3);
   const wrong = right.replace(/" &\n +"P\d*7 :/g, (join) => join.replace('" &', '"'));

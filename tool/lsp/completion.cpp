@@ -372,8 +372,8 @@ const BsdlStatement *Completing::statement_here() const
     return here;
 }
 
-// The text of a statement ahead of the word; of a table, which may be long, only what stands ahead
-// of its rows, and the row.
+// The text of a statement before the word; of a table, which may be long, only what stands before
+// its rows, and the row.
 std::string Completing::up_to_word(const BsdlStatement &statement) const
 {
     const std::vector<BsdlSymbol> &symbols = document.symbols();

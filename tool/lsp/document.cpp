@@ -188,7 +188,7 @@ void Document::replace(std::vector<Replaced> &from_the_end)
 }
 
 // Changes from the end of the text to its beginning, as formatting gives thousands of, make the new
-// text in one go: what is ahead of a change is as it was.
+// text in one go: what is before a change is as it was.
 void Document::change(const json &changes)
 {
     std::vector<Replaced> parts;

@@ -37,7 +37,7 @@ class Document
     int64_t version() const { return number; }
 
     // Changes as the client tells them, each of a range or of everything; a range is one of the
-    // text that the changes ahead of it have made.
+    // text that the changes before it have made.
     void change(const json &changes);
     void set_version(int64_t version) { number = version; }
 

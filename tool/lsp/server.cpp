@@ -472,7 +472,8 @@ void Server::publish(std::shared_ptr<const Findings> found)
         return; // of a text that is no more
     for (const std::string &package : found->facts.package_files)
         workspace.note_package(package);
-    // When only settings or packages have changed, mended findings need no library's ahead.
+    // Where only settings or packages have changed, the findings shown stay until the diagnosis is
+    // done.
     std::shared_ptr<const Findings> &known = workspace.findings[found->uri];
     if (found->as_read && !found->excluded && known && known->version == found->version &&
         !known->as_read)

@@ -22,7 +22,7 @@
 (call-interactively #'eglot)
 (flymake-mode 1)
 (wait-for "finding" (lambda () (flymake-start) (flymake-diagnostics)))
-;; The library's messages come first, those with a fix behind them.
+;; The library's messages come first, then those with a fix.
 (jsonrpc-request (eglot-current-server) :tarnlet/settled nil :timeout 20)
 (flymake-start)
 (wait-for "finding" #'flymake-diagnostics)

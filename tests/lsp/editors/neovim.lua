@@ -14,7 +14,7 @@ end
 local client = vim.lsp.start_client({ name = 'tarnlet', cmd = { tool, 'lsp' } })
 vim.lsp.buf_attach_client(0, client)
 wait_for('finding', function() return #vim.diagnostic.get(0) > 0 end)
--- The library's messages come first, those with a fix behind them.
+-- The library's messages come first, then those with a fix.
 vim.lsp.get_client_by_id(client).request_sync('tarnlet/settled', {}, 20000, 0)
 local finding = vim.diagnostic.get(0)[1]
 local code = finding.code or finding.user_data.lsp.code
@@ -32,7 +32,5 @@ local tick = vim.api.nvim_buf_get_changedtick(0)
 vim.lsp.buf.code_action()
 wait_for('edit', function() return vim.api.nvim_buf_get_changedtick(0) ~= tick end)
 vim.cmd('write')
-if os.getenv('CLEAN') ~= '' then
-  wait_for('clean text', function() return #vim.diagnostic.get(0) == 0 end)
-end
+wait_for('clean text', function() return #vim.diagnostic.get(0) == 0 end)
 vim.cmd('qall!')
