@@ -535,7 +535,7 @@ for (const watches of [true, false])
     for (const [content, wanted] of [
       ['package-dirs = ["cells"]', lacks('package-not-found')],
       ['strict = true', has('syntax-error')],
-      ['[rules]\nopcode-length = "off"\nidcode-last-bit = "warning"', lacks('opcode-length')],
+      ['[rules]\nopcode-length = "off"\nidcode-last-bit = "warning"', has('idcode-last-bit')],
       ['exclude = ["parts"]', (list) => list.length === 0],
     ])
       assert.deepStrictEqual(await put(content, wanted), checked(text, file), content);
