@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <functional>
 #include <string_view>
+#include <strings.h>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -307,31 +308,65 @@ static Json device_without_rows(Bsdl *bsdl)
 
 // ------------------------------------------------------------------------- rows, counted
 
-void WordCounts::add(const char *word)
+namespace
+{
+
+// References to a port bit, equal whatever the case of their letters.
+struct PortBit {
+    const PortId *port;
+
+    bool operator==(const PortBit &other) const
+    {
+        return port->subscripted == other.port->subscripted &&
+               (!port->subscripted || port->subscript == other.port->subscript) &&
+               (port->name == other.port->name || strcasecmp(port->name, other.port->name) == 0);
+    }
+};
+
+struct HashPortBit {
+    size_t operator()(const PortBit &bit) const
+    {
+        size_t hash = bit.port->subscripted ? static_cast<size_t>(bit.port->subscript) + 1 : 0;
+        for (const char *c = bit.port->name; *c; c++)
+            hash = hash * 31 + (static_cast<unsigned char>(*c) | 0x20);
+        return hash;
+    }
+};
+
+} // namespace
+
+size_t WordCounts::place_of(const char *word)
 {
     const auto [found, is_new] = places_.try_emplace(word ? word : "", counts.size());
     if (is_new)
-        counts.emplace_back(word_value(nullptr), 0);
-    if (is_new && word)
-        counts.back().first = text_value(word);
+        counts.emplace_back(text_value(word), 0);
+    return found->second;
+}
+
+void WordCounts::add(const char *word)
+{
+    const auto [found, is_new] = known_.try_emplace(word);
+    if (is_new)
+        found->second = place_of(word);
     counts[found->second].second++;
 }
 
 static void count_rows(Bsdl *bsdl, RowCounts &rows)
 {
-    std::unordered_set<std::string> observed;
+    std::unordered_set<PortBit, HashPortBit> observed;
     for (CellEntry *cell = bsdlGetFirstCellEntry(bsdl); cell; cell = bsdlGetNextCellEntry(bsdl)) {
         rows.cells++;
         rows.cell_functions.add(cell_function_word(bsdlGetCellFunction(cell)));
         rows.cell_names.add(bsdlGetCellName(cell));
-        observed.insert(port_key(bsdlGetCellPort(cell)));
+        if (const PortId *port = bsdlGetCellPort(cell); port && port->name)
+            observed.insert(PortBit{port});
     }
-    observed.erase("");
     for (PinEntry *pin = bsdlGetFirstPin(bsdl); pin; pin = bsdlGetNextPin(bsdl)) {
         rows.pins++;
         rows.pin_types.add(pin_type_word(bsdlGetPinType(pin)));
         rows.pin_functions.add(pin_function_word(bsdlGetPinFunction(pin)));
-        rows.pins_with_cells += observed.count(port_key(bsdlGetPinPortID(pin)));
+        const PortId *port = bsdlGetPinPortID(pin);
+        rows.pins_with_cells += port && port->name ? observed.count(PortBit{port}) : 0;
         rows.pins_without_number += !bsdlGetPinPhysicalName(pin);
     }
 }

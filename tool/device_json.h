@@ -19,11 +19,13 @@ using TakeRow = std::function<void(Json row)>;
 
 // How many rows have each word, in the order in which the words come up; null for none.
 struct WordCounts {
-    void add(const char *word);
+    void add(const char *word); // stays where it is as long as words are added
     std::vector<std::pair<Json, size_t>> counts;
 
   private:
+    size_t place_of(const char *word);
     std::unordered_map<std::string, size_t> places_;
+    std::unordered_map<const char *, size_t> known_; // the same by address
 };
 
 // What a summary says of the rows of a device.

@@ -19,13 +19,33 @@ namespace
 constexpr size_t BYTES_OF_REPAIRS = size_t{48} << 20;
 constexpr size_t MOST_PIN_MAPS = 32;
 
+// The text as it can be read, checked. One without a mistake of syntax, as most are, is read once.
+MendedText mended_and_checked(std::string_view text, ReadingOptions *options, Work *work,
+                              CheckedText *checked)
+{
+    *checked = check_text(text, *options);
+    const auto keeps_from_reading = [&](const Said &said) {
+        return said.level == BSDL_LEVEL_ERROR && said.file == options->file_name &&
+               is_syntax_mistake(said.rule.c_str());
+    };
+    if (std::none_of(checked->messages.begin(), checked->messages.end(), keeps_from_reading)) {
+        work->spend(text.size());
+        return {.edited = EditedText(text)};
+    }
+    *checked = {}; // its memory
+    MendedText mended = mend_text(text, options, work);
+    *checked = check_text(mended.edited.text(), *options);
+    return mended;
+}
+
 // One text on its way.
 class Search
 {
   public:
     Search(std::string_view text, ReadingOptions *how, Work *budget)
-        : original(text), options(how), work(budget), mended(mend_text(text, how, budget)),
-          lines(text), mended_lines(mended.edited.text())
+        : original(text), options(how), work(budget),
+          mended(mended_and_checked(text, how, budget, &found.checked)), lines(text),
+          mended_lines(mended.edited.text())
     {
     }
     Found run();
@@ -48,10 +68,10 @@ class Search
     std::string_view original;
     ReadingOptions *options;
     Work *work;
+    Found found;
     MendedText mended;
     Lines lines; // of the original
     Lines mended_lines;
-    Found found;
     Drafts drafts;
     std::map<const Draft *, const Mend *> mend_of;
     std::string pin_map;     // that the drafts are about, where the default names none
@@ -315,7 +335,6 @@ void Search::say_what_was_not_checked()
 Found Search::run()
 {
     found.text = mended.edited.text();
-    found.checked = check_text(found.text, *options);
     draft_mends();
     draft_missing_packages();
     check_each_pin_map();

@@ -7,11 +7,9 @@
 Lines::Lines(std::string_view text) : size(text.size())
 {
     starts.push_back(0);
-    for (size_t at = text.find_first_of("\r\n"); at != std::string_view::npos;
-         at = text.find_first_of("\r\n", at)) {
-        at += text.substr(at, 2) == "\r\n" ? 2 : 1;
-        starts.push_back(at);
-    }
+    for (size_t at = 0; at < size; at++)
+        if (text[at] == '\n' || (text[at] == '\r' && text.substr(at + 1, 1) != "\n"))
+            starts.push_back(at + 1);
 }
 
 int32_t Lines::line_of(size_t offset) const

@@ -105,7 +105,8 @@ static void add_pins(Summary &summary, const Json &json, const RowCounts &rows)
                      : ""));
     WordCounts pairs;
     for (const Json &group : json["port_groups"])
-        pairs.add(group["type"].is_null() ? nullptr : group["type"].get<std::string>().c_str());
+        pairs.add(group["type"].is_null() ? nullptr
+                                          : group["type"].get_ref<const std::string &>().c_str());
     if (const size_t count = json["port_groups"].size())
         summary.add("Differential", counted(count, "pair") + ": " + tally(pairs, "-"));
 }
