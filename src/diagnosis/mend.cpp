@@ -47,8 +47,8 @@ class Mender
     std::vector<Attempt> furthest_attempts(const Trial &mistake);
     void keep_one_of_each_meaning(std::vector<Attempt> &attempts) const;
     void keep_least_findings(std::vector<Attempt> &attempts);
-    size_t count_findings(const std::string &text) const;
-    Trial trial(const std::string &text, const std::vector<TextEdit> &edits,
+    size_t count_findings(const std::string &edited) const;
+    Trial trial(const std::string &edited, const std::vector<TextEdit> &edits,
                 const TextRange &read_before = {});
     const std::string &text() const { return result.edited.text(); }
 
