@@ -271,10 +271,10 @@ std::vector<std::string> Repairs::near_names(const std::string &word, NameKind k
     }
     std::sort(near.begin(), near.end());
     near.erase(std::unique(near.begin(), near.end()), near.end());
-    std::vector<std::string> names;
-    for (auto &each : near)
-        names.push_back(std::move(std::get<std::string>(each)));
-    return names;
+    std::vector<std::string> result(near.size());
+    std::transform(near.begin(), near.end(), result.begin(),
+                   [](const auto &each) { return std::get<std::string>(each); });
+    return result;
 }
 
 std::vector<Proposal> Repairs::name_proposals(const Draft &draft, const NameRule &rule)
