@@ -639,7 +639,8 @@ TARNLET_API Bsdl *readBsdl(const char *file_name, const char *package, GSList *p
 typedef struct BsdlPackageText {
     const char *name; /**< As a use statement asks for it, "STD_1532_2002.ALL" for example; letter
                            case does not count. */
-    const char *file_name; /**< What messages call it; NULL for the name. */
+    const char *file_name; /**< What messages call it; NULL for the name. A text with an empty name
+                                is no file of bsdlGetFirstDotALLFileSpec(). */
     const char *text;
     size_t length; /**< Of the text in bytes. */
 } BsdlPackageText;

@@ -336,7 +336,7 @@ bool Mender::stand_in_for_package(const Trial &mistake)
     const std::string &kept_text = options.stand_ins.emplace_back(
         "package " + name + " is end " + name + "; package body " + name + " is end " + name + ";");
     options.packages.push_back({.name = kept_name.c_str(),
-                                .file_name = kept_name.c_str(),
+                                .file_name = "",
                                 .text = kept_text.c_str(),
                                 .length = kept_text.size()});
     for (Said &each : missing.messages)

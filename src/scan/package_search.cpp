@@ -224,11 +224,17 @@ static Iteration package_specs(Bsdl *h)
     return {&h->data->package_spec_walk, h->data->package_specs, &h->data->dot_all_spec_cursor};
 }
 
-// A package of a standard in a file of its own name is no package of a user, and is passed over.
+// A package of a standard in a file of its own name is no package of a user.
+static bool is_user_file(const UserPackage *package)
+{
+    if (package->standard_file)
+        return package->file_name && !text_starts_with(package->file_name, package->name);
+    return !package->file_path || *package->file_path;
+}
+
 static const char *file_or_next(const UserPackage *package, const Iteration &files)
 {
-    while (package && package->standard_file &&
-           (!package->file_name || text_starts_with(package->file_name, package->name)))
+    while (package && !is_user_file(package))
         package = iteration_next<UserPackage>(files);
     if (!package)
         return nullptr;
