@@ -10,7 +10,8 @@ OTHER = ['"', '" & "', '";\n', "(", ")", ",", ":", ";", "*", "-", "--", "::", ":
          "!", "?", "?!", "$", "[", "]", "+", "<<", ">>", "~", "{", "}", "\x1a", "\n", ".all;\n",
          "attribute ", " of ", " : entity is ", " : signal is ", "0", "1", "-1", "2147483647",
          "2147483648", "4294967295", "4294967296", "1.0e-3", "1e308", "1e999", "0xFFFFFFFF",
-         "XXXX", "BC_0", "BC_1", "BC_7", "PROGRAM_JCS12", "FLOW_ENABLE", "PROC_ENABLE", "ARRAY"]
+         "XXXX", "BC_0", "BC_1", "BC_7", "PROGRAM_JCS12", "FLOW_ENABLE", "PROC_ENABLE", "ARRAY",
+         " -- tarnlet: off ", "-- tarnlet: off-file ", "pin-without-cell", "syntax-error: "]
 
 
 def main():

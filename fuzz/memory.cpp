@@ -110,7 +110,8 @@ static void diagnose(const uint8_t *data, size_t size)
     for (uint32_t i = 0; i < bsdlFindingCount(diagnosis); i++) {
         const BsdlFinding *finding = bsdlFindingAt(diagnosis, i);
         look(finding->place, lines);
-        for (const char *text : {finding->rule, finding->text, finding->hint, finding->fix})
+        for (const char *text :
+             {finding->rule, finding->text, finding->hint, finding->fix, finding->reason})
             look(text);
         for (uint32_t edit = 0; edit < finding->edit_count; edit++) {
             look(finding->edits[edit].place, lines);

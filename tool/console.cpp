@@ -22,7 +22,8 @@ size_t utf8_length(std::string_view text)
     const bool surrogate = byte(0) == 0xED && byte(1) > 0x9F;
     const bool beyond = byte(0) == 0xF4 && byte(1) > 0x8F;
     const bool control = byte(0) == 0xC2 && byte(1) < 0xA0;
-    return overlong || surrogate || beyond || control ? 0 : length;
+    const bool no_character = byte(0) == 0xEF && byte(1) == 0xBF && byte(2) >= 0xBE;
+    return overlong || surrogate || beyond || control || no_character ? 0 : length;
 }
 
 std::string escaped(std::string_view text)

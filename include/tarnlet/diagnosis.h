@@ -84,6 +84,8 @@ typedef struct BsdlFinding {
     int32_t suppressed; /**< 1: a comment in the text turns it off. */
     const char
         *pin_map; /**< The pin map it was found with, where several were checked; else NULL. */
+    const char *reason; /**< Why that comment turns it off, as written behind its colon; NULL for
+                             none. */
 } BsdlFinding;
 
 /** How a text is diagnosed. All zero but for `size` is the usual way. */

@@ -99,7 +99,8 @@ static void export_findings(BsdlDiagnosis *diagnosis)
                                        .because = found.because,
                                        .count = found.count,
                                        .suppressed = found.suppressed,
-                                       .pin_map = text_or_null(found.pin_map)});
+                                       .pin_map = text_or_null(found.pin_map),
+                                       .reason = text_or_null(found.reason)});
     }
 }
 
@@ -128,8 +129,8 @@ BsdlDiagnosis *bsdlDiagnose(const char *text, size_t length, const char *file_na
         if (work.was_cancelled)
             return nullptr;
         Found &found = diagnosis->found;
-        if (!how.as_read && is_utf16(source))
-            explain_utf16(&found);
+        if (!how.as_read)
+            explain_unreadable(source, &found);
         if (!how.as_read || how.comments) {
             const bool all_looked_at =
                 how.as_read ? reads_without_error(found) : found.unchecked.empty();

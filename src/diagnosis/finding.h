@@ -37,5 +37,6 @@ struct Finding {
     int32_t because = -1;
     uint32_t count = 1;
     bool suppressed = false;
+    std::string reason; // for that
     std::string pin_map;
 };

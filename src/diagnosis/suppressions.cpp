@@ -86,13 +86,14 @@ void Suppressions::read_comment(std::string_view line, size_t at, int32_t number
 
 void Suppressions::read_rules(std::string_view line, size_t at, int32_t number, int32_t covered)
 {
-    const size_t end = std::min(line.find(':', at), line.size()); // a reason follows
+    const size_t end = std::min(line.find(':', at), line.size());
+    const std::string reason(without_blanks(line.substr(std::min(end + 1, line.size()))));
     while (at < end) {
         const size_t comma = std::min(line.find(',', at), end);
         const std::string_view name = without_blanks(line.substr(at, comma - at));
         const auto column = static_cast<int32_t>(name.data() - line.data()) + 1;
         const size_t index = entries.size();
-        entries.push_back({std::string(name), number, column, false});
+        entries.push_back({std::string(name), number, column, reason, false});
         if (covered == WAITING)
             waiting.push_back(index);
         else if (covered == WHOLE_FILE)
@@ -103,16 +104,23 @@ void Suppressions::read_rules(std::string_view line, size_t at, int32_t number, 
     }
 }
 
-bool Suppressions::covers(int32_t line, std::string_view rule)
+bool Suppressions::covers(int32_t line, std::string_view rule, std::string *reason)
 {
     if (entries.empty() || is_never_off(rule))
         return false;
+    Entry *entry = nullptr;
     if (const auto found = by_line.find(line); found != by_line.end())
         for (const size_t index : found->second)
-            if (entries[index].rule == rule)
-                return entries[index].used = true;
-    const auto found = by_file_rule.find(std::string(rule));
-    return found != by_file_rule.end() && (entries[found->second].used = true);
+            if (!entry && entries[index].rule == rule)
+                entry = &entries[index];
+    if (const auto found = by_file_rule.find(std::string(rule));
+        !entry && found != by_file_rule.end())
+        entry = &entries[found->second];
+    if (!entry)
+        return false;
+    if (reason)
+        *reason = entry->reason;
+    return entry->used = true;
 }
 
 static std::string with_name(std::string_view format, const std::string &name)
@@ -203,7 +211,8 @@ void suppress(std::string_view text, const std::string &file, bool all_looked_at
     Suppressions suppressions(text);
     for (Finding &finding : *findings)
         if (finding.place.file == file || finding.place.file.empty())
-            finding.suppressed = suppressions.covers(finding.place.line, finding.rule);
+            finding.suppressed =
+                suppressions.covers(finding.place.line, finding.rule, &finding.reason);
     suppress_follow_ups(findings);
     std::vector<Finding> remarks;
     for (const Suppressions::Remark &remark : suppressions.remarks(all_looked_at))

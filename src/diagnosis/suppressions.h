@@ -24,7 +24,8 @@ class Suppressions
     explicit Suppressions(std::string_view text);
 
     // Whether a finding is turned off that begins on this line; 0 for the file as a whole.
-    bool covers(int32_t line, std::string_view rule);
+    // `reason` gets what the comment says behind its colon.
+    bool covers(int32_t line, std::string_view rule, std::string *reason = nullptr);
 
     // What is wrong with the comments themselves.
     struct Remark {
@@ -44,6 +45,7 @@ class Suppressions
         std::string rule;
         int32_t line; // of the comment
         int32_t column;
+        std::string reason;
         bool used;
     };
 

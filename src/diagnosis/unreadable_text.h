@@ -4,8 +4,6 @@
 
 #include <string_view>
 
-// Whether a text is written in UTF-16, so that no statement of it can be read.
-bool is_utf16(std::string_view text);
-
-// What is to be said of such a text: the first error of the reading, and what it is.
-void explain_utf16(Found *found);
+// A text of which no statement can be read, since it is written in UTF-16 or holds nothing: leaves
+// the first error of the reading, and says what the text is. Any other text stays as it is found.
+void explain_unreadable(std::string_view text, Found *found);

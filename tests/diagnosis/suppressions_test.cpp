@@ -77,6 +77,17 @@ TEST(Suppressions, RemarksTellWhatIsWrongWithAComment)
     EXPECT_EQ(suppressions.remarks(false).size(), 2u);
 }
 
+TEST(Suppressions, ReasonsAreKept)
+{
+    Suppressions suppressions("a -- tarnlet: off pin-without-cell : strap: to VCC \n"
+                              "b -- tarnlet: off pin-without-cell\n");
+    std::string reason;
+    EXPECT_TRUE(suppressions.covers(1, RULE, &reason));
+    EXPECT_EQ(reason, "strap: to VCC");
+    EXPECT_TRUE(suppressions.covers(2, RULE, &reason));
+    EXPECT_EQ(reason, "");
+}
+
 TEST(Suppressions, ManyAreFoundAtOnce)
 {
     constexpr int32_t COUNT = 100'000;

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Holds the JSON and SARIF forms of check to their schemas, all forms to each other, and looks at
-what a terminal gets.
+"""Holds the JSON, SARIF and GitLab forms of check to their schemas, all forms to each other, and
+looks at what a terminal gets.
 
 usage: check_output.py TOOL SOURCE_FOLDER FILE_OR_FOLDER...
 """
@@ -13,6 +13,7 @@ import pty
 import re
 import subprocess
 import sys
+from xml.etree import ElementTree
 
 from expectations import Schemas, expect, finish
 
@@ -62,7 +63,38 @@ def compare_forms(*options):
     pattern = re.compile(matcher["problemMatcher"][0]["pattern"][0]["regexp"], re.M)
     expect(len(pattern.findall(text)) == sum(shown.values()), "the problem matcher")
     expect(status == sarif_status == gcc_status, f"status {options}")
+    compare_with_gitlab(ruled, *options)
+    compare_with_junit(ruled, *options)
     return files
+
+
+def compare_with_gitlab(messages, *options):
+    issues = json.loads(run("gitlab", *options)[1])
+    schemas.expect_valid("gitlab", issues, "gitlab")
+    expect([issue["check_name"] for issue in issues] ==
+           [message["rule"] for message in messages if not message["accepted"]], "rules of gitlab")
+    fingerprints = {issue["fingerprint"] for issue in issues}
+    expect(len(fingerprints) == len(issues), "a fingerprint for each issue")
+
+
+def compare_with_junit(messages, *options):
+    """The form that build servers take: suites of cases, with the counts of both."""
+    top = ElementTree.fromstring(run("junit", *options)[1])
+    kinds = {"failures": "failure", "errors": "error", "skipped": "skipped"}
+    expect(top.tag == "testsuites" and all(suite.tag == "testsuite" for suite in top), "suites")
+    for element in (top, *top):
+        cases = list(element.iter("testcase"))
+        counted = {"tests": len(cases)} | {
+            name: sum(case.find(kind) is not None for case in cases)
+            for name, kind in kinds.items()}
+        expect({name: int(element.get(name)) for name in counted} == counted,
+               f"counts of {element.get('name')}")
+        expect(all(case.get("classname") and case.get("name") and len(case) <= 1
+                   for case in cases), f"cases of {element.get('name')}")
+    failed = [each.get("type") for kind in ("failure", "error") for each in top.iter(kind)]
+    expect(sorted(failed) == sorted(message["rule"] for message in messages if not
+                                    message["accepted"] and message["severity"] == "error"),
+           "failures of junit")
 
 
 def on_terminal(*options, **environment):

@@ -305,6 +305,22 @@ INSTANTIATE_TEST_SUITE_P(
                 "syntax-error"}),
     [](const auto &param) { return std::string(param.param.name); });
 
+TEST(ToolCheck, TextsWithoutAStatementAreNamed)
+{
+    const auto said_of = [](const std::string &text) {
+        return run_tool({"check", scratch_file("nothing.bsd", text)}).out;
+    };
+    const std::string empty = said_of("");
+    EXPECT_TRUE(contains(empty, "nothing.bsd:1:1: error: ")) << empty;
+    EXPECT_TRUE(contains(empty, "the file is empty")) << empty;
+    EXPECT_FALSE(contains(empty, "line 2")) << empty;
+    EXPECT_TRUE(contains(said_of(" \n\t\r\n"), "nothing but white space"));
+    EXPECT_TRUE(contains(said_of(std::string("\xFF\xFE"
+                                             "e\0n\0",
+                                             6)),
+                         "UTF-16"));
+}
+
 // --------------------------------------------------------------------------------------- packages
 
 TEST(ToolCheck, MissingPackageIsReportedWithAllFolders)

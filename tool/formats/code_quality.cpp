@@ -26,6 +26,7 @@ class CodeQualityReporter : public Reporter
   private:
     Writer write;
     ordered_json issues = ordered_json::array();
+    std::map<std::string, int> seen; // fingerprints
 };
 
 } // namespace
@@ -38,10 +39,9 @@ static const char *weight_of(const Finding &finding)
                                                    : "info";
 }
 
-// Fingerprints are to be unique in the whole report.
+// Fingerprints are to be unique in the whole report, in which several files may use one package.
 void CodeQualityReporter::file(const FileFindings &file)
 {
-    std::map<std::string, int> seen;
     for (const Finding &finding : file.findings) {
         const BsdlFinding &found = *finding.found;
         if (!*found.rule || finding.because >= 0 || finding.accepted != Accepted::NO)

@@ -83,6 +83,8 @@ ordered_json message_of(const Finding &finding, const DiagnosedFile &file)
     }
     if (found.pin_map)
         message["pin_map"] = found.pin_map;
+    if (found.reason)
+        message["reason"] = found.reason;
     return message;
 }
 

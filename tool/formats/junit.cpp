@@ -62,8 +62,11 @@ static std::string numbers(size_t tests, size_t failures, size_t errors, size_t 
 static std::string outcome_of(const Finding &finding, const DiagnosedFile &file)
 {
     const BsdlFinding &found = *finding.found;
-    if (finding.accepted != Accepted::NO)
-        return "<skipped message=\"accepted by a comment or the baseline\"/>";
+    if (finding.accepted == Accepted::BY_COMMENT)
+        return "<skipped message=\"accepted by a comment" +
+               (found.reason ? ": " + xml(found.reason) : "") + "\"/>";
+    if (finding.accepted == Accepted::BY_BASELINE)
+        return "<skipped message=\"accepted by the baseline\"/>";
     BsdlPlace place = found.place;
     place.file = file.file_of(place);
     const std::string text = xml(message_text(found));

@@ -145,9 +145,13 @@ ordered_json SarifReporter::result_of(const Finding &finding, const DiagnosedFil
         result["relatedLocations"] = std::move(related);
     if (found.edit_count)
         result["fixes"] = ordered_json::array({fix_of(found, file, sources)});
-    if (finding.accepted != Accepted::NO)
-        result["suppressions"] = ordered_json::array(
-            {{{"kind", finding.accepted == Accepted::BY_COMMENT ? "inSource" : "external"}}});
+    if (finding.accepted != Accepted::NO) {
+        const bool by_comment = finding.accepted == Accepted::BY_COMMENT;
+        ordered_json suppression = {{"kind", by_comment ? "inSource" : "external"}};
+        if (by_comment && found.reason)
+            suppression["justification"] = found.reason;
+        result["suppressions"] = ordered_json::array({std::move(suppression)});
+    }
     return result;
 }
 
