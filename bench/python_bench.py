@@ -96,6 +96,8 @@ def walking(text):
 
 def importing():
     environment = {**os.environ, "PYTHONPATH": str(BUILD / "python")}
+    # The modules are compiled once, as when they are installed.
+    environment.pop("PYTHONDONTWRITEBYTECODE", None)
 
     def processor_time(code):
         before = resource.getrusage(resource.RUSAGE_CHILDREN)

@@ -1,19 +1,13 @@
 #include "device_json.h"
 
 #include "code_words.h"
-#include "command.h"
 #include "console.h"
-#include "diagnosed_file.h"
 #include "idcode.h"
 
-#include <algorithm>
-#include <cstdio>
-#include <functional>
-#include <string_view>
-#include <strings.h>
+#include <span>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
+#include <vector>
 
 // ------------------------------------------------------------------------------------ values
 
@@ -73,8 +67,7 @@ std::string folded(std::string name)
 
 // ---------------------------------------------------------------------------- ports and pins
 
-// The same for all references to a port bit; empty for none.
-static std::string port_key(const PortId *port)
+std::string port_key(const PortId *port)
 {
     if (!port || !port->name)
         return {};
@@ -84,7 +77,7 @@ static std::string port_key(const PortId *port)
     return key;
 }
 
-static void each_pin(Bsdl *bsdl, const TakeRow &take)
+void each_pin(Bsdl *bsdl, const TakeRow &take)
 {
     std::unordered_map<std::string, std::vector<int32_t>> cells_of_port;
     for (CellEntry *cell = bsdlGetFirstCellEntry(bsdl); cell; cell = bsdlGetNextCellEntry(bsdl))
@@ -226,7 +219,7 @@ Json idcodes_of(Bsdl *bsdl)
 
 // -------------------------------------------------------------------------- boundary register
 
-static void each_cell(Bsdl *bsdl, const TakeRow &take)
+void each_cell(Bsdl *bsdl, const TakeRow &take)
 {
     for (CellEntry *cell = bsdlGetFirstCellEntry(bsdl); cell; cell = bsdlGetNextCellEntry(bsdl)) {
         const int32_t result = bsdlGetCellDisableResult(cell);
@@ -277,121 +270,90 @@ Json standards_of(Bsdl *bsdl)
             {"conformance", word_value(conformance_word(bsdlConformance(bsdl)))}};
 }
 
-// Without the rows of pins and cells, which may be very many.
-static Json device_without_rows(Bsdl *bsdl)
+static Json packages_of(Bsdl *bsdl)
 {
-    Json json;
-    json["packages"] = {
-        {"names", texts_of(bsdl, bsdlGetFirstDotALLSpec, bsdlGetNextDotALLSpec)},
-        {"files", texts_of(bsdl, bsdlGetFirstDotALLFileSpec, bsdlGetNextDotALLFileSpec)}};
-    json["pin_map"] = text_value(bsdlGetDefaultDevicePackage(bsdl));
-    json["pin_maps"] = pin_maps_of(bsdl);
-    json["pins"] = nullptr;
-    json["port_groups"] = port_groups_of(bsdl);
-    json["tap"] = tap_of(bsdl);
-    json["compliance"] = compliance_of(bsdl);
-    json["instruction_register"] = {{"length", number_value(bsdlGetInstructionLength(bsdl), 1)},
-                                    {"captures", texts_of(bsdl, bsdlGetFirstInstructionCapture,
-                                                          bsdlGetNextInstructionCapture)}};
-    json["instructions"] = instructions_of(bsdl);
-    json["registers"] = registers_of(json["instructions"]);
-    json["idcodes"] = idcodes_of(bsdl);
-    json["usercodes"] = texts_of(bsdl, bsdlGetFirstUsercodePattern, bsdlGetNextUsercodePattern);
-    json["boundary"] = {{"length", number_value(bsdlGetBSRLength(bsdl), 1)}, {"cells", nullptr}};
-    json["cell_descriptions"] = cell_descriptions_of(bsdl);
-    json["design_warning"] = text_value(bsdlDesignWarning(bsdl));
-    json["isc"] = bsdlIs1532(bsdl) ? isc_of(bsdl) : Json();
-    json["aio"] = aio_of(bsdl);
-    json["analog"] = analog_of(bsdl);
-    return json;
+    return {{"names", texts_of(bsdl, bsdlGetFirstDotALLSpec, bsdlGetNextDotALLSpec)},
+            {"files", texts_of(bsdl, bsdlGetFirstDotALLFileSpec, bsdlGetNextDotALLFileSpec)}};
 }
 
-// ------------------------------------------------------------------------- rows, counted
+static Json instruction_register_of(Bsdl *bsdl)
+{
+    return {{"length", number_value(bsdlGetInstructionLength(bsdl), 1)},
+            {"captures",
+             texts_of(bsdl, bsdlGetFirstInstructionCapture, bsdlGetNextInstructionCapture)}};
+}
 
 namespace
 {
 
-// References to a port bit, equal whatever the case of their letters.
-struct PortBit {
-    const PortId *port;
-
-    bool operator==(const PortBit &other) const
-    {
-        return port->subscripted == other.port->subscripted &&
-               (!port->subscripted || port->subscript == other.port->subscript) &&
-               (port->name == other.port->name || strcasecmp(port->name, other.port->name) == 0);
-    }
+struct Part {
+    std::string_view name;
+    Json (*of)(Bsdl *bsdl);
 };
 
-struct HashPortBit {
-    size_t operator()(const PortBit &bit) const
-    {
-        size_t hash = bit.port->subscripted ? static_cast<size_t>(bit.port->subscript) + 1 : 0;
-        for (const char *c = bit.port->name; *c; c++)
-            hash = hash * 31 + (static_cast<unsigned char>(*c) | 0x20);
-        return hash;
-    }
+// In the order of the document.
+constexpr Part DEVICE_PARTS[] = {
+    {"packages", packages_of},
+    {"pin_map", [](Bsdl *h) { return text_value(bsdlGetDefaultDevicePackage(h)); }},
+    {"pin_maps", pin_maps_of},
+    {"pins", [](Bsdl *) { return Json(); }},
+    {"port_groups", port_groups_of},
+    {"tap", tap_of},
+    {"compliance", compliance_of},
+    {"instruction_register", instruction_register_of},
+    {"instructions", instructions_of},
+    {"registers", [](Bsdl *h) { return registers_of(instructions_of(h)); }},
+    {"idcodes", idcodes_of},
+    {"usercodes",
+     [](Bsdl *h) { return texts_of(h, bsdlGetFirstUsercodePattern, bsdlGetNextUsercodePattern); }},
+    {"boundary",
+     [](Bsdl *h) {
+         return Json{{"length", number_value(bsdlGetBSRLength(h), 1)}, {"cells", nullptr}};
+     }},
+    {"cell_descriptions", cell_descriptions_of},
+    {"design_warning", [](Bsdl *h) { return text_value(bsdlDesignWarning(h)); }},
+    {"isc", [](Bsdl *h) { return bsdlIs1532(h) ? isc_of(h) : Json(); }},
+    {"aio", aio_of},
+    {"analog", analog_of},
+};
+
+constexpr Part FILE_PARTS[] = {
+    {"kind", [](Bsdl *h) { return Json(bsdlIsPrg(h) ? "prg" : "bsdl"); }},
+    {"component", [](Bsdl *h) { return text_value(bsdlComponentName(h)); }},
+    {"standards", standards_of},
+    {"prg", [](Bsdl *h) { return bsdlIsPrg(h) ? prg_of(h) : Json(); }},
 };
 
 } // namespace
 
-size_t WordCounts::place_of(const char *word)
+Json part_of(Bsdl *bsdl, std::string_view name)
 {
-    const auto [found, is_new] = places_.try_emplace(word ? word : "", counts.size());
-    if (is_new)
-        counts.emplace_back(text_value(word), 0);
-    return found->second;
+    for (const std::span<const Part> parts :
+         {std::span<const Part>(FILE_PARTS), std::span<const Part>(DEVICE_PARTS)})
+        for (const Part &part : parts)
+            if (part.name == name)
+                return part.of(bsdl);
+    return {};
 }
 
-void WordCounts::add(const char *word)
+Json document_without_rows(Bsdl *bsdl, const std::string &path)
 {
-    const auto [found, is_new] = known_.try_emplace(word);
-    if (is_new)
-        found->second = place_of(word);
-    counts[found->second].second++;
-}
-
-static void count_rows(Bsdl *bsdl, RowCounts &rows)
-{
-    std::unordered_set<PortBit, HashPortBit> observed;
-    for (CellEntry *cell = bsdlGetFirstCellEntry(bsdl); cell; cell = bsdlGetNextCellEntry(bsdl)) {
-        rows.cells++;
-        rows.cell_functions.add(cell_function_word(bsdlGetCellFunction(cell)));
-        rows.cell_names.add(bsdlGetCellName(cell));
-        if (const PortId *port = bsdlGetCellPort(cell); port && port->name)
-            observed.insert(PortBit{port});
-    }
-    for (PinEntry *pin = bsdlGetFirstPin(bsdl); pin; pin = bsdlGetNextPin(bsdl)) {
-        rows.pins++;
-        rows.pin_types.add(pin_type_word(bsdlGetPinType(pin)));
-        rows.pin_functions.add(pin_function_word(bsdlGetPinFunction(pin)));
-        const PortId *port = bsdlGetPinPortID(pin);
-        rows.pins_with_cells += port && port->name ? observed.count(PortBit{port}) : 0;
-        rows.pins_without_number += !bsdlGetPinPhysicalName(pin);
-    }
-}
-
-// ------------------------------------------------------------------------------ from the file
-
-// Of a description without rows.
-static Json document_without_rows(Bsdl *bsdl, const std::string &path)
-{
-    const bool is_prg = bsdlIsPrg(bsdl) != 0;
     Json json = {{"schema", "tarnlet-info-1"},
-                 {"kind", is_prg ? "prg" : "bsdl"},
+                 {"kind", part_of(bsdl, "kind")},
                  {"file", text_value(path.c_str())},
-                 {"component", text_value(bsdlComponentName(bsdl))},
+                 {"component", part_of(bsdl, "component")},
                  {"standards", standards_of(bsdl)},
                  {"syntax_errors", nullptr},
                  {"check", nullptr}};
-    if (is_prg)
+    if (bsdlIsPrg(bsdl))
         json["prg"] = prg_of(bsdl);
     else
-        json.update(device_without_rows(bsdl));
+        for (const Part &part : DEVICE_PARTS)
+            json[std::string(part.name)] = part.of(bsdl);
     return json;
 }
 
-static void add_rows(Bsdl *bsdl, Json &json)
+void add_rows(Bsdl *bsdl, Json &json)
 {
     json["pins"] = pins_of(bsdl);
     json["boundary"]["cells"] = cells_of(bsdl);
@@ -403,157 +365,4 @@ Json document_of(Bsdl *bsdl, const std::string &path)
     if (!bsdlIsPrg(bsdl))
         add_rows(bsdl, json);
     return json;
-}
-
-static std::string with_line(const BsdlFinding &finding)
-{
-    const std::string text = escaped_line(finding.text);
-    return finding.place.line > 0 ? "line " + std::to_string(finding.place.line) + ": " + text
-                                  : text;
-}
-
-// What a person would count: what follows from another finding is none.
-static void count_findings(const DiagnosedFile &file, Model &model)
-{
-    for (const BsdlFinding *finding : file.findings) {
-        const bool is_error = finding->severity == BSDL_SEVERITY_ERROR;
-        if (is_error && model.first_error.empty())
-            model.first_error = with_line(*finding);
-        if (finding->because >= 0 || finding->suppressed)
-            continue;
-        if (is_error && std::string_view(finding->rule) == "syntax-error")
-            model.syntax_errors++;
-        else if (is_error)
-            model.errors++;
-        else
-            model.warnings += finding->severity == BSDL_SEVERITY_WARNING;
-    }
-}
-
-static bool read_and_check(const std::string &path, const ReadOptions &options, Model &model,
-                           const std::function<void(Bsdl *bsdl)> &describe)
-{
-    const DiagnosedFile file(path, {.read = options});
-    Bsdl *bsdl = bsdlDiagnosisBsdl(file.diagnosis.get());
-    count_findings(file, model);
-    if (!bsdl) {
-        complain(escaped(path) + ": " +
-                 (model.first_error.empty() ? "cannot be read" : model.first_error));
-        return false;
-    }
-    model.is_prg = bsdlIsPrg(bsdl) != 0;
-    model.component = text_value(bsdlComponentName(bsdl));
-    describe(bsdl);
-    return true;
-}
-
-static void describe(Bsdl *bsdl, const std::string &path, Model &model)
-{
-    model.json = document_without_rows(bsdl, path);
-    model.json["syntax_errors"] = model.syntax_errors;
-    model.json["check"] = {{"passed", model.syntax_errors == 0 && model.errors == 0},
-                           {"errors", model.errors},
-                           {"warnings", model.warnings}};
-}
-
-static void print_with_rows(Bsdl *bsdl, const Json &json);
-
-bool read_summary(const std::string &path, const ReadOptions &options, Model &model)
-{
-    return read_and_check(path, options, model, [&](Bsdl *bsdl) {
-        describe(bsdl, path, model);
-        count_rows(bsdl, model.rows);
-    });
-}
-
-bool read_model(const std::string &path, const ReadOptions &options, Model &model)
-{
-    return read_and_check(path, options, model, [&](Bsdl *bsdl) {
-        describe(bsdl, path, model);
-        if (!model.is_prg)
-            add_rows(bsdl, model.json);
-    });
-}
-
-bool print_model(const std::string &path, const ReadOptions &options, Model &model)
-{
-    return read_and_check(path, options, model, [&](Bsdl *bsdl) {
-        describe(bsdl, path, model);
-        if (model.is_prg)
-            print_json(model.json);
-        else
-            print_with_rows(bsdl, model.json);
-    });
-}
-
-bool read_model(const std::string &path, const ReadOptions &options, Json (*part)(Bsdl *bsdl),
-                Model &model)
-{
-    return read_and_check(path, options, model, [&](Bsdl *bsdl) {
-        if (!model.is_prg)
-            model.json = part(bsdl);
-    });
-}
-
-void note_syntax_errors(const std::string &path, const Model &model)
-{
-    if (model.syntax_errors > 0)
-        complain(escaped(path) + ": " +
-                 counted(static_cast<size_t>(model.syntax_errors), "syntax error") +
-                 ", so what is shown may not be all; the first: " + model.first_error);
-}
-
-// As a part of a larger document: each line but the first goes to the right.
-static void print_indented(const Json &json, size_t blanks)
-{
-    const std::string text = json.dump(2, ' ', true);
-    const std::string indentation(blanks, ' ');
-    for (size_t at = 0; at < text.size();) {
-        const size_t end = std::min(text.find('\n', at), text.size() - 1) + 1;
-        std::fwrite(text.data() + at, 1, end - at, stdout);
-        if (end < text.size())
-            std::fwrite(indentation.data(), 1, blanks, stdout);
-        at = end;
-    }
-}
-
-// One row after the other, so that no more than one is held.
-static void print_rows(Bsdl *bsdl, void (*each_row)(Bsdl *bsdl, const TakeRow &take), size_t blanks)
-{
-    const char *between = "[";
-    each_row(bsdl, [&](const Json &row) {
-        std::printf("%s\n%*s", between, static_cast<int>(blanks) + 2, "");
-        print_indented(row, blanks + 2);
-        between = ",";
-    });
-    if (*between == '[')
-        std::fputs("[]", stdout);
-    else
-        std::printf("\n%*s]", static_cast<int>(blanks), "");
-}
-
-static void print_with_rows(Bsdl *bsdl, const Json &json)
-{
-    const char *between = "{";
-    for (const auto &[key, value] : json.items()) {
-        std::printf("%s\n  \"%s\": ", between, key.c_str());
-        between = ",";
-        if (key == "pins") {
-            print_rows(bsdl, each_pin, 2);
-        } else if (key == "boundary") {
-            std::printf("{\n    \"length\": %s,\n    \"cells\": ", value["length"].dump().c_str());
-            print_rows(bsdl, each_cell, 4);
-            std::fputs("\n  }", stdout);
-        } else {
-            print_indented(value, 2);
-        }
-    }
-    std::fputs("\n}\n", stdout);
-}
-
-void print_json(const Json &json)
-{
-    const std::string text = json.dump(2, ' ', true);
-    std::fwrite(text.data(), 1, text.size(), stdout);
-    std::fputc('\n', stdout);
 }

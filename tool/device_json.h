@@ -1,44 +1,18 @@
 #pragma once
 
-#include "reading.h"
+#include "tarnlet/bsdl.h"
 
 #include <nlohmann/json.hpp>
 
 #include <functional>
 #include <string>
-#include <unordered_map>
-#include <utility>
-#include <vector>
+#include <string_view>
 
-// What a file holds, as the exports give it. Every command that shows or compares a device takes it
-// from here, so that all of them, and docs/schemas/info.schema.json, speak of the same names and
-// values. A value that a description does not give is null.
+// What a file holds, as the exports give it. Whatever shows or compares a device takes it from
+// here, the commands and the Python package, so that all of them, and
+// docs/schemas/info.schema.json, speak of the same names and values. A value that a description
+// does not give is null.
 using Json = nlohmann::ordered_json;
-
-using TakeRow = std::function<void(Json row)>;
-
-// How many rows have each word, in the order in which the words come up; null for none.
-struct WordCounts {
-    void add(const char *word); // stays where it is as long as words are added
-    std::vector<std::pair<Json, size_t>> counts;
-
-  private:
-    size_t place_of(const char *word);
-    std::unordered_map<std::string, size_t> places_;
-    std::unordered_map<const char *, size_t> known_; // the same by address
-};
-
-// What a summary says of the rows of a device.
-struct RowCounts {
-    size_t pins = 0;
-    size_t pins_with_cells = 0;
-    size_t pins_without_number = 0;
-    size_t cells = 0;
-    WordCounts pin_types;
-    WordCounts pin_functions;
-    WordCounts cell_functions;
-    WordCounts cell_names;
-};
 
 // A device after its checks.
 Json pins_of(Bsdl *bsdl);
@@ -47,6 +21,11 @@ Json instructions_of(Bsdl *bsdl);
 Json registers_of(const Json &instructions);
 Json idcodes_of(Bsdl *bsdl);
 Json standards_of(Bsdl *bsdl);
+
+// Pins and cells may be very many: one row after the other.
+using TakeRow = std::function<void(Json row)>;
+void each_pin(Bsdl *bsdl, const TakeRow &take);
+void each_cell(Bsdl *bsdl, const TakeRow &take);
 
 // Families of their own; null when the file has nothing of the kind.
 Json isc_of(Bsdl *bsdl);
@@ -63,34 +42,13 @@ Json word_value(const char *word);
 // As a key: names of the language are the same whatever the case of their letters.
 std::string folded(std::string name);
 
+// The same for all references to a port bit; empty for none.
+std::string port_key(const PortId *port);
+
 // The document of `tarnlet info --json` but for what the check said.
 Json document_of(Bsdl *bsdl, const std::string &path);
-
-// One file, read and checked, with what has to be said about it.
-// NOLINTNEXTLINE(bugprone-exception-escape): making a null value of Json throws nothing.
-struct Model {
-    bool is_prg = false;
-    int syntax_errors = 0;
-    int errors = 0; // of rules
-    int warnings = 0;
-    std::string first_error; // its text, with its line
-    Json component;          // its name
-    Json json;               // what was asked for
-    RowCounts rows;          // of a summary
-};
-
-// Prints the document of `tarnlet info --json`, row by row; pins and cells are not kept.
-bool print_model(const std::string &path, const ReadOptions &options, Model &model);
-// The same document; in a summary without pins and cells, which are counted.
-bool read_summary(const std::string &path, const ReadOptions &options, Model &model);
-bool read_model(const std::string &path, const ReadOptions &options, Model &model);
-// Of a description only what `part` takes from it, of a data file nothing. Both give false when the
-// file cannot be read, which has been said then.
-bool read_model(const std::string &path, const ReadOptions &options, Json (*part)(Bsdl *bsdl),
-                Model &model);
-
-// Says that what is shown is not the whole, when there are syntax errors.
-void note_syntax_errors(const std::string &path, const Model &model);
-
-// JSON for a file or a pipe: in ASCII, so that no character of a name reaches a terminal as such.
-void print_json(const Json &json);
+// The same without the rows of pins and cells, and those rows.
+Json document_without_rows(Bsdl *bsdl, const std::string &path);
+void add_rows(Bsdl *bsdl, Json &json);
+// What the document has under a name, without rows; null for a name that it does not have.
+Json part_of(Bsdl *bsdl, std::string_view name);

@@ -5,6 +5,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <future>
 #include <memory>
 #include <set>
 #include <string>
@@ -220,7 +221,7 @@ Json aio_of(Bsdl *bsdl)
 
 // -------------------------------------------------------------------------------- IEEE 1149.4
 
-Json analog_of(Bsdl *bsdl)
+static Json analog_value(Bsdl *bsdl)
 {
     if (!bsdlDot4(bsdl))
         return nullptr;
@@ -240,6 +241,10 @@ Json analog_of(Bsdl *bsdl)
                                    {"values", module->value}});
     return json;
 }
+
+// A thread gets all its answers for the component of its first question, so each device asks in a
+// thread of its own.
+Json analog_of(Bsdl *bsdl) { return std::async(std::launch::async, analog_value, bsdl).get(); }
 
 // ------------------------------------------------------------------------------ PPC/PRG files
 

@@ -12,6 +12,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fnmatch.h>
+#include <mutex>
 #include <sstream>
 #include <sys/stat.h>
 
@@ -289,4 +290,15 @@ const Settings *SettingsFinder::settings_of(const std::string &file, std::string
     const Known &known = in_folder(named.parent_path().string());
     problem = known.problem;
     return known.settings.get();
+}
+
+std::string add_settings(const std::string &file, ReadOptions &options)
+{
+    static std::mutex turn;
+    static SettingsFinder finder;
+    const std::lock_guard lock(turn);
+    std::string problem;
+    if (const Settings *settings = finder.settings_of(file, problem))
+        options = with_settings(options, *settings);
+    return problem;
 }

@@ -77,6 +77,10 @@ class SettingsFinder
     FileStamps stamps;
 };
 
+// Completes what the command line says by the settings of a file. Empty, or why they cannot be
+// used. Any thread may call it.
+std::string add_settings(const std::string &file, ReadOptions &options);
+
 // What --rule and the settings say: "off", "warning" or "error"; nothing for another word.
 std::optional<Severity> severity_word(std::string_view word);
 

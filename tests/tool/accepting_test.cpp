@@ -6,6 +6,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <regex>
 #include <sys/stat.h>
 
@@ -78,7 +79,8 @@ TEST(ToolAccepting, BaselineShowsWhatIsNew)
 
 TEST(ToolAccepting, CommentsCannotTurnReadingOff)
 {
-    const std::string text = replaced(read_text(DEMO), "TMS    : signal is true;", "TMS    : signal is is true;");
+    const std::string text =
+        replaced(read_text(DEMO), "TMS    : signal is true;", "TMS    : signal is is true;");
     const std::string path = scratch_file("off.bsd", "-- tarnlet: off-file syntax-error\n" + text);
     EXPECT_EQ(run_tool({"check", path}).status, 1);
     for (const char *rule : {"syntax-error=off", "file-not-opened=warning"}) {
@@ -152,9 +154,41 @@ TEST(ToolSettings, HoldForTheFilesBelow)
     EXPECT_TRUE(shown.out.starts_with("# " + folder + "/.tarnlet.toml\n"));
     EXPECT_TRUE(contains(shown.out, "pin-id-not-unique = "));
 
+    // So they do for what other commands read.
+    write_in(folder, "new/.tarnlet.toml", "package = \"NONE\"\n");
+    const std::string page = folder + "/a.html";
+    for (const std::vector<std::string> &line :
+         {std::vector<std::string>{"info", path}, {"report", path, "-o", page}}) {
+        const ToolRun other = run_tool(line);
+        const std::string said = line[0] == "report" ? read_text(page) : other.out;
+        EXPECT_TRUE(contains(said, "NONE")) << line[0];
+    }
+
     fs::remove(folder + "/new/.tarnlet.toml");
     fs::create_symlink(".tarnlet.toml", folder + "/new/.tarnlet.toml");
     EXPECT_EQ(run_tool({"check", path}).status, 2);
+}
+
+TEST(ToolSettings, AnyBytesEndInAStatus)
+{
+    const std::string valid = "package-dirs = [\"parts\"]\npackage = \"P\"\nstrict = true\n"
+                              "exclude = [\"old\", \"*_draft.bsd\"]\n"
+                              "[rules]\npin-id-not-unique = \"off\" # why\n";
+    constexpr char MARKS[] = "[]{}\"'=.,#\\\n\0\x1B\xC3\xFF-_19E";
+    const std::string folder = new_folder();
+    const std::string path = write_in(folder, "parts/a.bsd", read_text(ACCEPTED));
+    std::mt19937 random(18);
+    for (int i = 0; i < 100; i++) {
+        std::string text = valid;
+        for (size_t slips = 1 + random() % 4; slips > 0; slips--) {
+            const size_t at = random() % text.size();
+            text.replace(at, random() % 3, random() % 2, MARKS[random() % (sizeof MARKS - 1)]);
+        }
+        write_in(folder, ".tarnlet.toml", text);
+        const ToolRun run = run_tool({"check", path});
+        EXPECT_LE(run.status, 2) << text;
+        EXPECT_EQ(run.status == 2, contains(run.err, ".tarnlet.toml:")) << text << run.err;
+    }
 }
 
 // ----------------------------------------------------------------------------------- usage errors

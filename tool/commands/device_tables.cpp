@@ -3,6 +3,7 @@
 #include "command.h"
 #include "console.h"
 #include "formats/table.h"
+#include "model.h"
 
 #include <CLI/CLI.hpp>
 

@@ -5,6 +5,7 @@
 #include "command.h"
 #include "console.h"
 #include "formats/table.h"
+#include "model.h"
 #include "near_name.h"
 
 #include <CLI/CLI.hpp>

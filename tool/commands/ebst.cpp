@@ -4,6 +4,7 @@
 #include "console.h"
 #include "file_report.h"
 #include "formats/reporter.h"
+#include "settings.h"
 
 #include <CLI/CLI.hpp>
 
@@ -13,6 +14,7 @@
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace
 {
@@ -27,7 +29,7 @@ struct EbstOptions {
 class EbstRun
 {
   public:
-    explicit EbstRun(const EbstOptions &given) : options(given) {}
+    explicit EbstRun(EbstOptions given) : options(std::move(given)) {}
     int run();
 
   private:
@@ -37,7 +39,7 @@ class EbstRun
     void show_findings();
     int status() const;
 
-    const EbstOptions &options;
+    EbstOptions options;
     std::string output;
     int copy = -1;            // of what is to go to standard output
     int standard_output = -1; // while messages go to standard error
@@ -143,6 +145,10 @@ int EbstRun::run()
 {
     if (!choose_output())
         return STATUS_UNUSABLE;
+    if (const std::string problem = add_settings(options.path, options.read); !problem.empty()) {
+        complain(escaped(problem));
+        return STATUS_UNUSABLE;
+    }
     show_findings();
     std::string said; // by the writing
     const auto keep = [&](const Message &message) {

@@ -2,10 +2,10 @@
 
 #include "command.h"
 #include "console.h"
-#include "device_json.h"
 #include "formats/table.h"
 #include "idcode.h"
 #include "input_files.h"
+#include "model.h"
 
 #include <CLI/CLI.hpp>
 

@@ -4,6 +4,7 @@
 #include "console.h"
 #include "formats/table.h"
 #include "idcode.h"
+#include "model.h"
 
 #include <CLI/CLI.hpp>
 

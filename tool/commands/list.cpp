@@ -9,6 +9,7 @@
 #include "in_order.h"
 #include "input_files.h"
 #include "near_name.h"
+#include "settings.h"
 
 #include <CLI/CLI.hpp>
 
@@ -251,8 +252,12 @@ static int read_rows(const std::vector<std::string> &files, const ListJob &job, 
         report.extract = row_of(file, report, job).dump();
     };
     const auto check = [&](size_t i) {
-        FileReport report;
-        check_file(files[i], reading, report);
+        FileReport report = {.path = files[i]};
+        CheckJob of_file = reading;
+        if (const std::string problem = add_settings(files[i], of_file.read); !problem.empty())
+            report.messages.push_back({.level = BSDL_LEVEL_ERROR, .text = problem});
+        else
+            check_file(files[i], of_file, report);
         return report;
     };
     const auto take = [&](size_t, const FileReport &report) {

@@ -3,10 +3,12 @@
 #include "command.h"
 #include "commands/diff.h"
 #include "console.h"
+#include "formats/reporter.h"
 #include "input_files.h"
 #include "new_file.h"
 #include "report/device.h"
 #include "report/page.h"
+#include "settings.h"
 
 #include <CLI/CLI.hpp>
 
@@ -122,12 +124,18 @@ static Json index_row(const Json &device, const std::string &page)
     return row;
 }
 
-// Whether there is something to show; else the reason has been said.
-static bool can_show(const DiagnosedFile &file)
+// Null when there is nothing to show. What is wrong with the file as a whole has been said.
+static Json read_device(const std::string &path, const ReportOptions &options)
 {
+    DiagnosisChoice choice = {.read = options.read};
+    if (const std::string problem = add_settings(path, choice.read); !problem.empty()) {
+        complain(escaped(path) + ": " + escaped(problem));
+        return nullptr;
+    }
+    const DiagnosedFile file(path, choice);
     if (file.state != FileState::READ)
-        complain(escaped(file.path) + ": " + escaped(file.findings[0]->text));
-    return file.state != FileState::NOT_OPENED;
+        complain(escaped(path) + ": " + escaped(file.findings[0]->text));
+    return file.state == FileState::NOT_OPENED ? Json() : shown_device(file, choice);
 }
 
 namespace
@@ -137,7 +145,7 @@ class FolderReport
 {
   public:
     FolderReport(const ReportOptions &given, std::string to)
-        : options(given), choice{.read = given.read}, folder(std::move(to)),
+        : options(given), folder(std::move(to)),
           top(given.paths.size() == 1 && is_folder(given.paths[0]) ? given.paths[0] : "")
     {
         while (folder.size() > 1 && folder.back() == '/')
@@ -151,7 +159,6 @@ class FolderReport
     Json write(const std::string &path);
 
     const ReportOptions &options;
-    const DiagnosisChoice choice;
     std::string folder;
     std::string top;
     std::vector<std::string> files;
@@ -179,11 +186,10 @@ bool FolderReport::names_differ() const
 // Writes the page of a file and gives its row of the index.
 Json FolderReport::write(const std::string &path)
 {
-    const DiagnosedFile file(path, choice);
-    failed = failed || file.state != FileState::READ;
-    if (!can_show(file))
+    Json device = read_device(path, options);
+    failed = failed || device.is_null() || device["state"] != state_name(FileState::READ);
+    if (device.is_null())
         return nullptr;
-    Json device = shown_device(file, choice);
     const std::string name = page_name(path, top);
     Json row = index_row(device, name);
     const std::string page = folder + "/" + name;
@@ -251,11 +257,10 @@ static bool same_file(const std::string &a, const std::string &b)
 // The devices of the files; fewer, and that has been said, when some could not be read.
 static std::vector<Json> read_devices(const ReportOptions &options)
 {
-    const DiagnosisChoice choice = {.read = options.read};
     std::vector<Json> devices;
     for (const std::string &path : options.paths)
-        if (const DiagnosedFile file(path, choice); can_show(file))
-            devices.push_back(shown_device(file, choice));
+        if (Json device = read_device(path, options); !device.is_null())
+            devices.push_back(std::move(device));
     return devices;
 }
 

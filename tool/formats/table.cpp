@@ -151,3 +151,10 @@ void print_table(const Json &rows, const std::vector<std::string> &columns, Tabl
     else
         write_table(rows, columns, print);
 }
+
+void print_json(const Json &json)
+{
+    const std::string text = json.dump(2, ' ', true);
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    std::fputc('\n', stdout);
+}

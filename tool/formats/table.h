@@ -22,3 +22,6 @@ std::string table_text(const Json &rows, const std::vector<std::string> &columns
 
 // A value in one line of text: null is `nothing`, the elements of a list are joined.
 std::string value_text(const Json &value, std::string_view nothing, std::string_view joint);
+
+// JSON for a file or a pipe: in ASCII, so that no character of a name reaches a terminal as such.
+void print_json(const Json &json);

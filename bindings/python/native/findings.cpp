@@ -18,7 +18,7 @@ struct FindingRecords {
     Record<5> place{"Place"};
     Record<2> edit{"Edit"};
     Record<2> related{"Related"};
-    Record<13> finding{"Finding"};
+    Record<14> finding{"Finding"};
 };
 
 } // namespace
@@ -46,11 +46,11 @@ static py::object finding_value(const BsdlFinding &finding, const py::object &be
     for (uint32_t i = 0; i < finding.related_count; i++)
         related.add(records().related(place_value(finding.related[i].place),
                                       text(finding.related[i].text)));
-    return records().finding(records().severity[finding.severity], text(finding.rule),
-                             place_value(finding.place), text(finding.text), text(finding.hint),
-                             text(finding.fix), edits.tuple(), truth(finding.fix_sure != 0),
-                             related.tuple(), because, number(finding.count),
-                             truth(finding.suppressed != 0), text(finding.pin_map));
+    return records().finding(
+        records().severity[finding.severity], text(finding.rule), place_value(finding.place),
+        text(finding.text), text(finding.hint), text(finding.fix), edits.tuple(),
+        truth(finding.fix_sure != 0), related.tuple(), because, number(finding.count),
+        truth(finding.suppressed != 0), text(finding.pin_map), text(finding.reason));
 }
 
 // A finding holds the one that it follows from, which may stand after it. So all are made whose

@@ -1,15 +1,15 @@
 // tarnlet._native: readings of the library as objects of Python.
 
 #include "findings.h"
-#include "model.h"
 #include "reading.h"
+#include "rows.h"
 
 #include <pybind11/stl.h>
 
 PYBIND11_MODULE(_native, module)
 {
     module.doc() = "Readings of libtarnlet; the package tarnlet is the way to use them.";
-    load_record_types();
+    load_row_types();
     load_finding_types();
 
     const char *name;
@@ -30,7 +30,10 @@ PYBIND11_MODULE(_native, module)
              py::arg("strict"))
         .def("close", &Reading::close, "Give the memory back.")
         .def_property_readonly("is_closed", &Reading::is_closed)
-        .def("part", &Reading::part, py::arg("name"), "A part of the model, such as \"pins\".")
+        .def("part", &Reading::part, py::arg("name"),
+             "What the document of `tarnlet info --json` has under this name, without rows.")
+        .def("pin_rows", &Reading::pin_rows)
+        .def("cell_rows", &Reading::cell_rows)
         .def("findings", &Reading::findings)
         .def("unchecked", &Reading::unchecked, "What was not looked at, in words.")
         .def("corvane_class", &Reading::corvane_class, py::arg("key"))

@@ -1,7 +1,8 @@
 #include "reading.h"
 
 #include "findings.h"
-#include "model.h"
+#include "rows.h"
+#include "trees.h"
 
 #include <chrono>
 
@@ -87,13 +88,14 @@ static Handle read_text(std::string_view text, const std::string &name, const Re
 
 py::object read_idcodes(const py::bytes &text, const std::string &name)
 {
-    Handle handle{nullptr, bsdlRelease};
+    Json idcodes;
     {
         const std::string_view bytes = text;
         const py::gil_scoped_release released;
-        handle = read_text(bytes, name, {}, BSDL_FLAG_FAST_READ);
+        const Handle handle = read_text(bytes, name, {}, BSDL_FLAG_FAST_READ);
+        idcodes = idcodes_of(handle.get());
     }
-    return find_part("idcodes")(handle.get());
+    return tree_of(idcodes);
 }
 
 // The checks that an EBST file takes its values from. Empty, or what went wrong.
@@ -126,9 +128,8 @@ void Reading::write_ebst(const std::string &path)
 
 // --------------------------------------------------------------------------- what a device asks
 
-// The turn of a thread to walk over the handle. The lock is waited for without the interpreter's,
-// which the thread that has it may need. While records are made no garbage is collected: what that
-// runs could come back here.
+// The turn of a thread to ask the handle, whose functions go by one position in each list. The lock
+// is waited for without the interpreter's, which the thread that has it may need.
 class Reading::Turn
 {
   public:
@@ -142,21 +143,36 @@ class Reading::Turn
             reading.turn.unlock();
             throw py::value_error("the device is closed");
         }
-        collects_garbage = PyGC_Disable() != 0;
     }
-    ~Turn()
-    {
-        if (collects_garbage)
-            PyGC_Enable();
-        reading.turn.unlock();
-    }
+    ~Turn() { reading.turn.unlock(); }
     Turn(const Turn &) = delete;
     Turn &operator=(const Turn &) = delete;
 
   private:
     Reading &reading;
-    bool collects_garbage;
 };
+
+namespace
+{
+
+// While records are made no garbage is collected: what that runs could come back to the handle.
+class NoCollection
+{
+  public:
+    NoCollection() : was_enabled(PyGC_Disable() != 0) {}
+    ~NoCollection()
+    {
+        if (was_enabled)
+            PyGC_Enable();
+    }
+    NoCollection(const NoCollection &) = delete;
+    NoCollection &operator=(const NoCollection &) = delete;
+
+  private:
+    const bool was_enabled;
+};
+
+} // namespace
 
 Reading::Reading(const py::bytes &text, std::string file_name, ReadOptions given)
     : name(std::move(file_name)), options(std::move(given))
@@ -197,16 +213,30 @@ void Reading::close()
 
 py::object Reading::part(std::string_view part_name)
 {
-    const PartOf part_of = find_part(part_name);
-    if (!part_of)
-        throw py::key_error(std::string(part_name));
-    const Turn mine(*this);
-    return part_of(bsdlDiagnosisBsdl(diagnosis.get()));
+    Json part;
+    {
+        const Turn mine(*this);
+        const py::gil_scoped_release released;
+        part = part_of(bsdlDiagnosisBsdl(diagnosis.get()), part_name);
+    }
+    return tree_of(part);
 }
+
+py::object Reading::rows_of(py::object (*rows)(Bsdl *bsdl))
+{
+    const Turn mine(*this);
+    const NoCollection quiet;
+    return rows(bsdlDiagnosisBsdl(diagnosis.get()));
+}
+
+py::object Reading::pin_rows() { return rows_of(::pin_rows); }
+
+py::object Reading::cell_rows() { return rows_of(::cell_rows); }
 
 py::object Reading::findings()
 {
     const Turn mine(*this);
+    const NoCollection quiet;
     return findings_of(diagnosis.get());
 }
 

@@ -33,8 +33,10 @@ class Reading
     void close();
     bool is_closed() const { return diagnosis == nullptr; }
 
-    // See find_part() in model.h.
+    // What the document of `tarnlet info --json` has under this name, without rows.
     py::object part(std::string_view name);
+    py::object pin_rows();
+    py::object cell_rows();
     py::object findings();
     py::object unchecked();
     py::object corvane_class(const std::string &key);
@@ -44,6 +46,7 @@ class Reading
 
   private:
     class Turn;
+    py::object rows_of(py::object (*rows)(Bsdl *bsdl));
     using Diagnosis = std::unique_ptr<BsdlDiagnosis, void (*)(BsdlDiagnosis *)>;
 
     std::string name;

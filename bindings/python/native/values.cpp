@@ -46,16 +46,12 @@ py::object port_bit(const PortId *port)
     return stolen(PyObject_CallOneArg(type, name.ptr()));
 }
 
-Codes::Codes(const char *name, const char *(*word_of)(int32_t), int32_t far_code)
+Codes::Codes(const char *name, const char *(*word_of)(int32_t))
 {
     const py::object enumeration = py::module_::import("tarnlet.codes").attr(name);
-    const auto take = [&](int32_t code) {
+    for (int32_t code = 0; code < 256; code++)
         if (const char *word = word_of(code))
             members[code] = enumeration(word).release().ptr();
-    };
-    for (int32_t code = 0; code < 256; code++)
-        take(code);
-    take(far_code);
 }
 
 py::object Codes::operator[](int32_t code) const

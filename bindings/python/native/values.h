@@ -31,8 +31,8 @@ inline py::object truth(bool value) { return py::bool_(value); }
 class Codes
 {
   public:
-    // All codes are below 256, but for `far_code`.
-    Codes(const char *name, const char *(*word_of)(int32_t), int32_t far_code = 0);
+    // All codes are below 256.
+    Codes(const char *name, const char *(*word_of)(int32_t));
     // None for a code that has no word.
     py::object operator[](int32_t code) const;
 
@@ -81,21 +81,3 @@ class Rows
   private:
     std::vector<py::object> rows;
 };
-
-// All that a First and a Next function give, as texts.
-template <class Owner, class First, class Next>
-py::object texts(Owner *owner, First first, Next next)
-{
-    Rows rows;
-    for (const char *each = first(owner); each; each = next(owner))
-        rows.add(text(each));
-    return rows.tuple();
-}
-
-template <size_t COUNT> py::object numbers(const int32_t (&values)[COUNT])
-{
-    Rows rows;
-    for (int32_t value : values)
-        rows.add(number(value));
-    return rows.tuple();
-}

@@ -1,4 +1,5 @@
-"""Words that a description uses for its codes.
+"""Words that a description uses for its codes; those of the further standards are in
+tarnlet.families.
 
 Each member is the word itself, so that ``row.function == "OUTPUT3"`` holds as well as
 ``row.function is CellFunction.OUTPUT3``.
@@ -140,77 +141,5 @@ class InstructionType(StrEnum):
     """Class of an instruction."""
 
     PUBLIC = "public"
-    MANDATORY = "mandatory"
+    STANDARD = "standard"
     PRIVATE = "private"
-
-
-class IscConformance(StrEnum):
-    """Value of ISC_Conformance."""
-
-    IEEE_1532_2001 = "STD_1532_2001"
-    IEEE_1532_2002 = "STD_1532_2002"
-
-
-class IscPinBehavior(StrEnum):
-    """Value of ISC_Pin_Behavior."""
-
-    HIGHZ = "HIGHZ"
-    CLAMP = "CLAMP"
-
-
-class IscStatus(StrEnum):
-    """Value of ISC_Status."""
-
-    IMPLEMENTED = "implemented"
-    NOT_IMPLEMENTED = "not implemented"
-
-
-class IscOperation(StrEnum):
-    """Operation of a data expression."""
-
-    HEX = "hex"
-    VARIABLE = "variable"
-    ASSIGN = "assign"
-    INPUT = "input"
-    VARIABLE_INPUT = "variable-input"
-    IO = "io"
-    VARIABLE_IO = "variable-io"
-    ADD = "add"
-    SUBTRACT = "subtract"
-    SHIFT_LEFT = "shift-left"
-    SHIFT_RIGHT = "shift-right"
-    COMPLEMENT = "complement"
-
-
-class IscTag(StrEnum):
-    """Tag of a capture field."""
-
-    CRC = "CRC"
-    OST = "OST"
-    CRC_OST = "CRC_OST"
-
-
-class BlockKind(StrEnum):
-    """Kind of a block of a flow."""
-
-    INITIALIZE = "initialize"
-    REPEAT = "repeat"
-    TERMINATE = "terminate"
-
-
-class StepKind(StrEnum):
-    """Kind of a step of a block."""
-
-    ACTIVITY = "activity"
-    LOOP_START = "loop-start"
-    LOOP_END = "loop-end"
-
-
-class ProgramType(StrEnum):
-    """Type of a program in a PPC/PRG file."""
-
-    ISC = "ISC"
-    SVF = "SVF"
-    STAPL = "STAPL"
-    JAM = "JAM"
-    JCS = "JCS"

@@ -3,15 +3,14 @@
 from __future__ import annotations
 
 import os
+from collections.abc import Callable
 from types import TracebackType
-from typing import Any, NoReturn, TypeVar
+from typing import TYPE_CHECKING, Any, NoReturn
 
 from ._native import Reading
 from .codes import Severity
 from .lists import Cells, Instructions, Pins, Ports, Registers
 from .records import (
-    Aio,
-    Analog,
     CellDescription,
     CellRow,
     Check,
@@ -20,19 +19,17 @@ from .records import (
     Idcode,
     Instruction,
     InstructionRegister,
-    Isc,
     Packages,
     Pin,
     PortGroup,
-    Prg,
     Register,
     Standards,
     Tap,
-    plain,
 )
+from .trees import maker, plain
 
-List = TypeVar("List", Ports, Pins, Instructions, Registers, Cells)
-"""A list that is made from the rows of a part."""
+if TYPE_CHECKING:
+    from .families import Aio, Analog, Isc, Prg
 
 
 def _decoded(text: bytes) -> tuple[str, str]:
@@ -52,24 +49,19 @@ class Device:
     def __init__(self, reading: Reading, file: str) -> None:
         self._reading = reading
         self._parts: dict[str, Any] = {}
-        self._lists: dict[type, Any] = {}
-        self._findings: tuple[Finding, ...] | None = None
         self.file = file
 
-    def _part(self, name: str) -> Any:
+    def _once(self, name: str, make: Callable[[], Any]) -> Any:
         if self._reading.is_closed:
             raise ValueError("the device is closed")
         if name not in self._parts:
             # Of two threads that ask at once both get what the first one has put here.
-            self._parts.setdefault(name, self._reading.part(name))
+            self._parts.setdefault(name, make())
         return self._parts[name]
 
-    def _list(self, of: type[List], part: str) -> List:
-        rows = self._part(part)
-        if of not in self._lists:
-            self._lists.setdefault(of, of(rows))
-        made: List = self._lists[of]
-        return made
+    def _part(self, name: str, kind: Any = str) -> Any:
+        """A part of the document, as a value of this type."""
+        return self._once(name, lambda: maker(kind)(self._reading.part(name)))
 
     def close(self) -> None:
         """Give the memory of the reading back. Parts that were taken stay as they are."""
@@ -103,14 +95,14 @@ class Device:
     @property
     def kind(self) -> str:
         """ "bsdl" for a description, "prg" for a PPC/PRG file."""
-        return "prg" if self._part("is_prg") else "bsdl"
+        kind: str = self._part("kind")
+        return kind
 
     @property
     def findings(self) -> tuple[Finding, ...]:
         """What is wrong in the file, in the order of the text."""
-        if self._findings is None:
-            self._findings = self._reading.findings()
-        return self._findings
+        findings: tuple[Finding, ...] = self._once("findings", self._reading.findings)
+        return findings
 
     @property
     def ok(self) -> bool:
@@ -163,13 +155,13 @@ class Device:
     @property
     def standards(self) -> Standards:
         """The standards that the file names."""
-        standards: Standards = self._part("standards")
+        standards: Standards = self._part("standards", Standards)
         return standards
 
     @property
     def packages(self) -> Packages:
         """The packages that the description uses."""
-        packages: Packages = self._part("packages")
+        packages: Packages = self._part("packages", Packages)
         return packages
 
     @property
@@ -193,35 +185,37 @@ class Device:
     @property
     def pin_maps(self) -> tuple[str | None, ...]:
         """Names of all pin maps; None for one with a syntax error."""
-        pin_maps: tuple[str | None, ...] = self._part("pin_maps")
+        pin_maps: tuple[str | None, ...] = self._part("pin_maps", tuple[str, ...])
         return pin_maps
 
     @property
     def ports(self) -> Ports:
         """The ports by name: ``device.ports["D"][3]``."""
-        return self._list(Ports, "pins")
+        ports: Ports = self._once("ports", lambda: Ports(self.pins.rows))
+        return ports
 
     @property
     def pins(self) -> Pins:
         """The pins by the name of the physical pin: ``device.pins["AB12"]``."""
-        return self._list(Pins, "pins")
+        pins: Pins = self._once("pins", lambda: Pins(self._reading.pin_rows()))
+        return pins
 
     @property
     def groups(self) -> tuple[PortGroup, ...]:
         """The differential pairs."""
-        groups: tuple[PortGroup, ...] = self._part("port_groups")
+        groups: tuple[PortGroup, ...] = self._part("port_groups", tuple[PortGroup, ...])
         return groups
 
     @property
     def tap(self) -> Tap:
         """The test access port."""
-        tap: Tap = self._part("tap")
+        tap: Tap = self._part("tap", Tap)
         return tap
 
     @property
     def compliance(self) -> Compliance | None:
         """COMPLIANCE_PATTERNS."""
-        compliance: Compliance | None = self._part("compliance")
+        compliance: Compliance | None = self._part("compliance", Compliance)
         return compliance
 
     # -------------------------------------------------------------------- registers and cells
@@ -229,46 +223,57 @@ class Device:
     @property
     def instruction_register(self) -> InstructionRegister:
         """Length of the instruction register and what it captures."""
-        register: InstructionRegister = self._part("instruction_register")
+        register: InstructionRegister = self._part("instruction_register", InstructionRegister)
         return register
 
     @property
     def instructions(self) -> Instructions:
         """The instructions by name: ``device.instructions["EXTEST"].opcodes``."""
-        return self._list(Instructions, "instructions")
+        instructions: Instructions = self._once(
+            "Instructions",
+            lambda: Instructions(self._part("instructions", tuple[Instruction, ...])),
+        )
+        return instructions
 
     @property
     def registers(self) -> Registers:
         """The data registers that instructions select, by name."""
-        return self._list(Registers, "registers")
+        registers: Registers = self._once(
+            "Registers", lambda: Registers(self._part("registers", tuple[Register, ...]))
+        )
+        return registers
 
     @property
     def idcodes(self) -> tuple[Idcode, ...]:
         """The patterns of IDCODE_REGISTER."""
-        idcodes: tuple[Idcode, ...] = self._part("idcodes")
+        idcodes: tuple[Idcode, ...] = self._part("idcodes", tuple[Idcode, ...])
         return idcodes
 
     @property
     def usercodes(self) -> tuple[str, ...]:
         """The patterns of USERCODE_REGISTER."""
-        usercodes: tuple[str, ...] = self._part("usercodes")
+        usercodes: tuple[str, ...] = self._part("usercodes", tuple[str, ...])
         return usercodes
 
     @property
     def boundary_length(self) -> int | None:
         """BOUNDARY_LENGTH: the number of cells that the description announces."""
-        length: int | None = self._part("boundary_length")
+        boundary = self._once("boundary", lambda: self._reading.part("boundary"))
+        length: int | None = boundary["length"]
         return length
 
     @property
     def cells(self) -> Cells:
         """The boundary register by cell number: ``device.cells[17]``."""
-        return self._list(Cells, "cells")
+        cells: Cells = self._once("cells", lambda: Cells(self._reading.cell_rows()))
+        return cells
 
     @property
     def cell_descriptions(self) -> tuple[CellDescription, ...]:
         """The cell types: those of the standard, then those of packages."""
-        descriptions: tuple[CellDescription, ...] = self._part("cell_descriptions")
+        descriptions: tuple[CellDescription, ...] = self._part(
+            "cell_descriptions", tuple[CellDescription, ...]
+        )
         return descriptions
 
     # ---------------------------------------------------------------------------------- families
@@ -276,25 +281,33 @@ class Device:
     @property
     def isc(self) -> Isc | None:
         """Statements of IEEE 1532."""
-        isc: Isc | None = self._part("isc")
+        from .families import Isc
+
+        isc: Isc | None = self._part("isc", Isc)
         return isc
 
     @property
     def aio(self) -> Aio | None:
         """Statements of IEEE 1149.6."""
-        aio: Aio | None = self._part("aio")
+        from .families import Aio
+
+        aio: Aio | None = self._part("aio", Aio)
         return aio
 
     @property
     def analog(self) -> Analog | None:
         """What is known of an IEEE 1149.4 device by its name."""
-        analog: Analog | None = self._part("analog")
+        from .families import Analog
+
+        analog: Analog | None = self._part("analog", Analog)
         return analog
 
     @property
     def prg(self) -> Prg | None:
         """Design, scan chains and programs of a PPC/PRG file."""
-        prg: Prg | None = self._part("prg")
+        from .families import Prg
+
+        prg: Prg | None = self._part("prg", Prg)
         return prg
 
     # ------------------------------------------------------------------------------ other forms

@@ -8,8 +8,11 @@ from collections.abc import Iterable, Iterator
 from ._native import Reading, read_idcodes
 from .device import Device
 from .records import Idcode
+from .trees import maker
 
 Path = str | os.PathLike[str]
+
+IDCODES = maker(tuple[Idcode, ...])
 
 ENDINGS = (".bsd", ".bsdl", ".bsm")
 """Of descriptions, in either case."""
@@ -84,7 +87,8 @@ def descriptions(folder: Path) -> Iterator[str]:
 
 def _idcodes(path: str) -> tuple[Idcode, ...]:
     with open(path, "rb") as file:
-        return read_idcodes(file.read(), _for_c(path))
+        idcodes: tuple[Idcode, ...] = IDCODES(read_idcodes(file.read(), _for_c(path)))
+    return idcodes
 
 
 def _for_c(name: Path) -> bytes:

@@ -1,4 +1,4 @@
-"""The rows and values of a device.
+"""The rows and values of a device; those of the further standards are in tarnlet.families.
 
 Every record is a named tuple of plain Python values: it belongs to whoever holds it, outlives its
 device, compares by value, can be pickled and sorted into sets. A value that a description does not
@@ -6,10 +6,9 @@ give is None. The fields have the names of `tarnlet info --json`; where such a n
 Python, an underscore follows it.
 """
 
-from typing import Any, NamedTuple
+from typing import NamedTuple
 
 from .codes import (
-    BlockKind,
     CaptureInstruction,
     CaptureSource,
     CellFunction,
@@ -18,29 +17,13 @@ from .codes import (
     DisableValue,
     HaltState,
     InstructionType,
-    IscConformance,
-    IscOperation,
-    IscPinBehavior,
-    IscStatus,
-    IscTag,
     PairType,
     PinFunction,
     PinType,
-    ProgramType,
     SafeBit,
     Severity,
     Standard,
-    StepKind,
 )
-
-
-def plain(value: Any) -> Any:
-    """A record as a dict, a tuple as a list, a word as a str, and so on inside of them."""
-    if isinstance(value, tuple):
-        if fields := getattr(value, "_fields", None):
-            return {name.rstrip("_"): plain(each) for name, each in zip(fields, value)}
-        return [plain(each) for each in value]
-    return str(value) if isinstance(value, str) else value
 
 
 class PortBit(str):
@@ -96,7 +79,7 @@ class Finding(NamedTuple):
 
     severity: Severity
     rule: str
-    """Stable identifier of the rule; `tarnlet check --explain` tells what it means."""
+    """Stable identifier of the rule; `tarnlet explain` tells what it means."""
     place: Place
     text: str
     hint: str | None
@@ -116,6 +99,8 @@ class Finding(NamedTuple):
     """A comment in the text turns it off."""
     pin_map: str | None
     """The pin map it was found with, where several were checked."""
+    reason: str | None
+    """Why that comment turns it off."""
 
     def __str__(self) -> str:
         return f"{self.place}: {self.severity}: {self.text} [{self.rule}]"
@@ -335,251 +320,3 @@ class Check(NamedTuple):
     passed: bool
     errors: int
     warnings: int
-
-
-# ------------------------------------------------------------------------------------ IEEE 1532
-
-
-class Security(NamedTuple):
-    """ISC_Security: bit positions in the register ISC_PDATA, or "*"."""
-
-    disable_read: int | str
-    disable_program: int | str
-    disable_erase: int | str
-    disable_key_lsb: int | str
-    disable_key_msb: int | str
-
-
-class Expression(NamedTuple):
-    """Data of a field."""
-
-    operation: IscOperation | None
-    variable: int | None
-    """Index of the variable in its flow."""
-    operand: int | None
-    """Second operand of add, subtract and the shifts."""
-    hex: str | None
-    defines_length: bool
-    """The variable gets its length here."""
-
-
-class UpdateField(NamedTuple):
-    """A field to shift in."""
-
-    width: int
-    data: Expression | None
-
-
-class CaptureField(NamedTuple):
-    """A field to shift out and compare."""
-
-    width: int
-    expected: Expression | None
-    expected_output: bool
-    """'!' was written."""
-    mask: Expression | None
-    mask_output: bool
-    """'!' was written."""
-    tag: IscTag | None
-
-
-class Activity(NamedTuple):
-    """Load an instruction, shift, and wait: in clock cycles and microseconds, 0 if not given."""
-
-    kind: StepKind
-    instruction: str
-    min_cycles: int
-    min_time_us: int
-    max_cycles: int
-    max_time_us: int
-    update: tuple[UpdateField, ...]
-    capture: tuple[CaptureField, ...]
-
-
-class Loop(NamedTuple):
-    """Start or end of a loop of activities."""
-
-    kind: StepKind
-    max_loops: int
-    min_loops: int
-
-
-class Block(NamedTuple):
-    """Activities and loop markers that are run once, or `count_` times in a repeat block."""
-
-    kind: BlockKind
-    count_: int | None
-    activities: tuple[Activity | Loop, ...]
-
-
-class Flow(NamedTuple):
-    """A flow of a procedure."""
-
-    name: str | None
-    data: str | None
-    unprocessed: bool
-    exit_on_error: bool
-    variables: int
-    """Number of its variables."""
-    blocks: tuple[Block, ...]
-
-
-class Procedure(NamedTuple):
-    """A procedure that an action runs."""
-
-    name: str | None
-    data: str | None
-    flows: tuple[Flow, ...]
-
-
-class ProcedureCall(NamedTuple):
-    """One entry of an action."""
-
-    procedure: str | None
-    data: str | None
-    proprietary: bool
-    optional: bool
-    recommended: bool
-
-
-class Action(NamedTuple):
-    """An action and the procedures that it runs."""
-
-    name: str | None
-    data: str | None
-    proprietary: bool
-    procedures: tuple[ProcedureCall, ...]
-
-
-class Isc(NamedTuple):
-    """Statements of IEEE 1532. Without a passed check all of it is None or empty."""
-
-    conformance: IscConformance | None
-    pin_behavior: IscPinBehavior | None
-    status: IscStatus | None
-    blank_usercode: str | None
-    security: Security | None
-    fixed_pins: tuple[PortBit, ...]
-    illegal_exit: tuple[str, ...]
-    """Names of instructions."""
-    design_warning: str | None
-    actions: tuple[Action, ...]
-    procedures: tuple[Procedure, ...]
-    """Those that actions run."""
-
-    def procedure(self, name: str, data: str | None = None) -> Procedure:
-        """The procedure of a name, whatever the case of its letters."""
-        for procedure in self.procedures:
-            if (_folded(procedure.name), _folded(procedure.data)) == (_folded(name), _folded(data)):
-                return procedure
-        raise KeyError(f"no procedure {name}" if data is None else f"no procedure {name}({data})")
-
-
-def _folded(name: str | None) -> str | None:
-    return name if name is None else name.upper()
-
-
-# ---------------------------------------------------------------------------- IEEE 1149.6, 1149.4
-
-
-class ExtestPulse(NamedTuple):
-    """AIO_EXTEST_Pulse_Execution; one of the two is 0."""
-
-    cycles: int
-    time: float
-    """In seconds."""
-
-
-class ExtestTrain(NamedTuple):
-    """AIO_EXTEST_Train_Execution."""
-
-    pulses: int
-    max_time: float
-    """In seconds; 0 if not given."""
-
-
-class AioPin(NamedTuple):
-    """AC behaviour of a port bit; times are in seconds."""
-
-    port: PortBit | None
-    select_cell: int | None
-    """Number of the cell that selects AC mode."""
-    low_pass_time: float | None
-    high_pass_time: float | None
-    high_pass_on_chip: bool
-    input_cell: int | None
-    """Number of the cell that observes the bit."""
-
-
-class Aio(NamedTuple):
-    """Statements of IEEE 1149.6."""
-
-    conformance: str | None
-    extest_pulse: ExtestPulse | None
-    extest_train: ExtestTrain | None
-    pins: tuple[AioPin, ...]
-
-
-class AnalogBus(NamedTuple):
-    """Analog test bus of an IEEE 1149.4 device."""
-
-    at1: PortBit | None
-    at2: PortBit | None
-    values: tuple[int, ...]
-
-
-class AnalogModule(NamedTuple):
-    """Analog boundary module of an IEEE 1149.4 device."""
-
-    number: int
-    pin: PortBit | None
-    values: tuple[int, ...]
-
-
-class Analog(NamedTuple):
-    """What is known of an IEEE 1149.4 device by its name."""
-
-    test_bus: AnalogBus | None
-    partitions: tuple[tuple[int, ...], ...]
-    modules: tuple[AnalogModule, ...]
-
-
-# ---------------------------------------------------------------------------------- PPC/PRG files
-
-
-class ComponentSetting(NamedTuple):
-    """What is loaded into one part of a scan chain."""
-
-    part: str | None
-    instruction: str | None
-    register_values: str | None
-
-
-class Channel(NamedTuple):
-    """A serial channel and what its parts are set to."""
-
-    tap: int
-    components: tuple[ComponentSetting, ...]
-
-
-class Program(NamedTuple):
-    """A program of a part."""
-
-    part: str | None
-    part_type: str | None
-    type: ProgramType | None
-    jcs_number: int | None
-    in_file: str | None
-    out_file: str | None
-    isc: Isc | None
-
-
-class Prg(NamedTuple):
-    """A PPC/PRG file: a design, its scan chains and its programs."""
-
-    design: str | None
-    revision: str | None
-    frequency: int
-    """As written."""
-    channels: tuple[Channel, ...]
-    programs: tuple[Program, ...]

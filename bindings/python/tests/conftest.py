@@ -1,6 +1,7 @@
 """Tests of the package as it is built: TARNLET_BUILD names the build folder."""
 
 import os
+import re
 import sys
 from pathlib import Path
 
@@ -11,7 +12,12 @@ BUILD = Path(os.environ.get("TARNLET_BUILD") or ROOT / "build" / "release").reso
 sys.path.insert(0, str(BUILD / "python"))
 
 EXAMPLES = sorted(path for path in (ROOT / "examples").iterdir() if path.suffix in (".bsd", ".prg"))
-CORPUS = Path(os.environ.get("TARNLET_CORPUS") or ROOT.parent / "shared" / "corpus")
+
+
+def corpus_folder():
+    """Real descriptions, as the build was told."""
+    told = re.search(r"^TARNLET_CORPUS:\w+=(.+)$", (BUILD / "CMakeCache.txt").read_text(), re.M)
+    return os.environ.get("TARNLET_CORPUS") or (told and told[1])
 
 
 @pytest.fixture
@@ -23,6 +29,7 @@ def demo():
 
 @pytest.fixture(scope="session")
 def corpus():
-    if not CORPUS.is_dir():
+    folder = corpus_folder()
+    if not folder:
         pytest.skip("no folder of real descriptions")
-    return sorted(path for path in CORPUS.iterdir() if path.suffix.lower().startswith(".bsd"))
+    return sorted(path for path in Path(folder).iterdir() if path.suffix.lower().startswith(".bsd"))

@@ -1,11 +1,14 @@
-"""Threads and processes."""
+"""Threads, processes, and the start of one."""
 
 import multiprocessing
+import os
+import subprocess
+import sys
 import threading
 from concurrent.futures import ThreadPoolExecutor
 
 import tarnlet
-from conftest import EXAMPLES
+from conftest import BUILD, EXAMPLES
 
 
 def document(path):
@@ -50,6 +53,15 @@ def test_a_device_is_closed_while_others_ask():
             begin.wait()
             device.close()
             assert answer.result()
+
+
+def test_what_few_need_is_not_imported():
+    script = (
+        "import sys; before = {*sys.modules}; import tarnlet; new = {*sys.modules} - before;"
+        "assert not new & {'pandas', 'pathlib', 'dataclasses', 'difflib', 'tarnlet.families'}, new"
+    )
+    environment = {**os.environ, "PYTHONPATH": str(BUILD / "python")}
+    subprocess.run([sys.executable, "-S", "-c", script], env=environment, check=True)
 
 
 def test_processes():
