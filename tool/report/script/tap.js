@@ -54,7 +54,8 @@ function instructionRegister(model) {
 export function makerOf(idcode) {
   const maker = idcode.manufacturer;
   if (!maker) return null;
-  return maker.name ?? `bank ${maker.bank}, number ${maker.number}`;
+  const number = maker.number.toString(16).toUpperCase().padStart(2, '0');
+  return maker.name ?? `bank ${maker.bank}, number 0x${number}`;
 }
 
 function idcodeFields(idcode) {
