@@ -26,6 +26,7 @@ enum Cost : int {
     COST_SPLIT = 2,
     COST_REPLACE_MARK = 2,
     COST_DELETE_WORD = 3,
+    COST_RENAME_ENTITY = 1,
     COST_NAME = 2,
     COST_RENAME = 3,
     COST_MOVE = 2,
@@ -55,6 +56,7 @@ class Finder
     void insert_marks();
     void delete_tokens();
     void replace_words();
+    void rename_entity(std::string_view name);
     void replace_marks();
     void split_words();
     void replace_look_alikes();
@@ -217,13 +219,41 @@ void Finder::replace_words()
             try_word(attribute.word);
         const bool names_entity =
             is_word_of(i - 1, "OF") || is_word_of(i - 1, "END") || is_word_of(i - 1, "ENTITY");
-        if (!component.empty() && word != component && names_entity)
+        if (!component.empty() && word != component && names_entity) {
+            rename_entity(word);
             add({.edits = {{token.begin, token.end, std::string(component)}},
                  .cost = COST_NAME,
                  .certain_words = false,
                  .hint = "the entity is called " + std::string(component),
                  .fix = "replace '" + shown(token) + "' with '" + std::string(component) + "'"});
+        }
     }
+}
+
+// Where most attributes name another entity, it is the entity that has the wrong name.
+void Finder::rename_entity(std::string_view name)
+{
+    Candidate candidate = {.edits = {},
+                           .cost = COST_RENAME_ENTITY,
+                           .certain_words = false,
+                           .hint = "the attributes are of " + std::string(name),
+                           .fix = "rename the entity to '" + std::string(name) + "'"};
+    size_t of_name = 0;
+    size_t of_component = 0;
+    RawToken token;
+    std::string_view before;
+    for (size_t at = 0; next_raw_token(text, at, &token); at = token.end) {
+        const std::string_view word = token.in(text);
+        const bool of = slips_between(before, "OF", 0) == 0;
+        of_name += of && slips_between(word, name, 0) == 0;
+        of_component += of && slips_between(word, component, 0) == 0;
+        if (slips_between(word, component, 0) == 0 &&
+            (slips_between(before, "ENTITY", 0) == 0 || slips_between(before, "END", 0) == 0))
+            candidate.edits.push_back({token.begin, token.end, std::string(name)});
+        before = word;
+    }
+    if (of_name > of_component && of_name > 1 && !candidate.edits.empty())
+        add(std::move(candidate));
 }
 
 static bool is_digit(char c) { return c >= '0' && c <= '9'; }

@@ -277,6 +277,8 @@ Finding Search::finding_of(const Draft &draft, const Mend *mend) const
         edits = mend->edits;
         finding.place = edits.empty() ? place_of(mend->told_at, mend->told_at)
                                       : place_of(edits.front().begin, edits.back().end);
+        if (finding.place.end_line > finding.place.line && edits.size() > 1) // far apart
+            finding.place = place_of(edits.front().begin, edits.front().end);
     } else if (auto in_original = mended.edited.in_original(draft.edits)) {
         edits = std::move(*in_original);
     }

@@ -252,6 +252,7 @@ bool Mender::mend(const Trial &mistake)
                             .aside = {}});
     result.aside = shifted(std::move(result.aside), best.candidate.edits);
     result.edited.apply(best.in_original);
+    find_component();
     return true;
 }
 

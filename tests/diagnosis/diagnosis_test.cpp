@@ -176,6 +176,18 @@ TEST(Diagnosis, MistakeInAStringThatIsNotComplete)
               without_blanks(example()));
 }
 
+TEST(Diagnosis, EntityThatAllAttributesCallOtherwise)
+{
+    std::string text = replaced(example(), "entity tarn_demo is", "entity tarn_dmeo is");
+    text = replaced(text, "end tarn_demo;", "end tarn_dmeo;");
+    const Diagnosis diagnosis = diagnose(text);
+    const auto found = standing(diagnosis);
+    ASSERT_EQ(found.size(), 1u) << listed(diagnosis);
+    EXPECT_STREQ(found[0]->rule, "component-name-mismatch");
+    EXPECT_EQ(without_blanks(bsdlDiagnosisText(diagnosis.get(), nullptr)),
+              without_blanks(example()));
+}
+
 TEST(Diagnosis, InstructionListedTwice)
 {
     const std::string wrong =
