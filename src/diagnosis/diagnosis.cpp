@@ -25,7 +25,7 @@ namespace
 {
 
 // About how much two seconds read; one mistake in an ordinary file takes a quarter of it at most.
-constexpr size_t BYTES_OF_WORK = size_t{256} << 20;
+constexpr size_t BYTES_OF_WORK = size_t{96} << 20;
 
 // A diagnosis is no reading of its thread: it starts as if nothing had been read, and nothing of it
 // stays.

@@ -279,13 +279,18 @@ std::vector<std::string> Repairs::near_names(const std::string &word, NameKind k
 
 std::vector<Proposal> Repairs::name_proposals(const Draft &draft, const NameRule &rule)
 {
-    const std::string word(name_of(draft, text));
+    // The scanner passes over an underscore that no name may begin with.
+    const bool underscore = draft.begin > 0 && text[draft.begin - 1] == '_';
+    const size_t begin = draft.begin - (underscore ? 1 : 0);
+    const std::string word((underscore ? "_" : "") + std::string(name_of(draft, text)));
     std::vector<Proposal> proposals;
     for (const std::string &near : near_names(word, rule.kind)) {
+        if (proposals.size() >= MOST_PROPOSALS)
+            break;
         const bool kept_as_written = rule.kind == NameKind::PORT || rule.kind == NameKind::CELL;
         const std::string name = kept_as_written ? near : in_case_of(word, near);
         const std::string unknown = std::string("there is no ") + rule.noun + " " + word;
-        Proposal here = {.edits = {{draft.begin, draft.begin + word.size(), name}},
+        Proposal here = {.edits = {{begin, begin + word.size(), name}},
                          .hint = unknown + "; " + name + "?",
                          .fix = "replace '" + word + "' with '" + name + "'"};
         for (const TextRange &place : draft.alike)
@@ -294,14 +299,13 @@ std::vector<Proposal> Repairs::name_proposals(const Draft &draft, const NameRule
         proposals.push_back(std::move(here));
         // Or the declaration is what is misspelt.
         std::vector<RawToken> declared;
-        declared_words(rule.kind, name, &declared);
+        if (worth_trying())
+            declared_words(rule.kind, name, &declared);
         if (declared.size() == 1)
             proposals.push_back({.edits = {{declared.front().begin, declared.front().end, word}},
                                  .hint = name + " is used as " + word + " elsewhere; " + word + "?",
                                  .fix = "replace '" + name + "' with '" + word + "'"});
     }
-    if (proposals.size() > MOST_PROPOSALS)
-        proposals.resize(MOST_PROPOSALS);
     return proposals;
 }
 
@@ -497,6 +501,7 @@ void Repairs::repair_lengths()
         }
         return false;
     };
+    std::set<std::string_view> tried; // the edit is the same for all findings of a rule
     for (const auto &draft : drafts) {
         const bool of_table =
             draft->said.rule == "cell-number-range" || draft->said.rule == "cell-number-missing";
@@ -504,6 +509,7 @@ void Repairs::repair_lengths()
             draft->said.rule == "opcode-length" || draft->said.rule == "instruction-capture-length";
         RawToken token;
         if (draft->because || !draft->edits.empty() || (!of_table && !of_opcodes) ||
+            !tried.insert(draft->said.rule).second ||
             !length_token(of_table ? "BOUNDARY_LENGTH" : "INSTRUCTION_LENGTH", &token))
             continue;
         std::vector<Proposal> proposals;
