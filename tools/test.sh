@@ -26,8 +26,8 @@ done
 [ -n "$parts" ] || { echo "no such part: $*" >&2; exit 2; }
 
 [ -n "$*" ] || case $all in
-yes) echo "All parts take about 15 minutes on two cores and 3 GB of disk." ;;
-*) echo "The test takes about 8 minutes on two cores and 1 GB of disk." ;;
+yes) echo "All parts take about 20 minutes on two cores and 3 GB of disk." ;;
+*) echo "The test takes about 15 minutes on two cores and 1 GB of disk." ;;
 esac
 # shellcheck disable=SC2086,SC2046 # the words are separate arguments, here and below
 tools/setup.sh $(sed -n 's/^# packages: //p' $parts) || exit 1

@@ -818,7 +818,7 @@ int scan_token(BSDL_YYSTYPE *value, Place *place, Bsdl *bsdl)
     const char *at = reading->at;
     while (start_class(*at) == BLANK)
         at++;
-    int token = *at;
+    int token = static_cast<unsigned char>(*at);
     // Half of all tokens, and much simpler than the others.
     if (start_class(*at) == PUNCTUATION && at < reading->piece_end && reading->rules != RULES_PRG) {
         reading->place.begin = low_half(at) - reading->origin;
