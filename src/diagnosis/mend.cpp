@@ -243,13 +243,14 @@ bool Mender::mend(const Trial &mistake)
     keep_one_of_each_meaning(attempts);
     keep_least_findings(attempts);
     Attempt &best = attempts.front();
-    result.mends.push_back({.said = mistake.first,
-                            .told_at = result.edited.to_original(mistake.far),
-                            .edits = best.in_original,
-                            .sure = attempts.size() == 1 && best.candidate.certain_words,
-                            .hint = std::move(best.candidate.hint),
-                            .fix = std::move(best.candidate.fix),
-                            .aside = {}});
+    result.mends.push_back(
+        {.said = mistake.first,
+         .told_at = result.edited.to_original(mistake.far),
+         .edits = best.in_original,
+         .sure = attempts.size() == 1 && best.candidate.certain_words && !result.standard_unknown,
+         .hint = std::move(best.candidate.hint),
+         .fix = std::move(best.candidate.fix),
+         .aside = {}});
     result.aside = shifted(std::move(result.aside), best.candidate.edits);
     result.edited.apply(best.in_original);
     find_component();

@@ -250,8 +250,11 @@ TEST(Diagnosis, PackageThatIsMissingHidesNothing)
 
 TEST(Diagnosis, LaterStandardIsReadAsTheNewestKnown)
 {
-    const Diagnosis diagnosis =
-        diagnose(replaced(example(), "use STD_1149_1_2001.all;", "use STD_1149_1_2013.all;"));
+    const Diagnosis diagnosis = diagnose(
+        replaced(replaced(example(), "use STD_1149_1_2001.all;", "use STD_1149_1_2013.all;"),
+                 "\"STD_1149_1_2001\"", "\"STD_1149_1_2013\""));
+    for (const BsdlFinding *finding : findings(diagnosis))
+        EXPECT_FALSE(finding->fix_sure) << listed(diagnosis);
     const auto found = standing(diagnosis);
     ASSERT_EQ(found.size(), 1u) << listed(diagnosis);
     EXPECT_STREQ(found[0]->rule, "standard-unknown");
