@@ -9,8 +9,8 @@
 std::string escaped(std::string_view text);
 
 // Length of the well-formed UTF-8 sequence of more than one byte at the start, 0 without one. C1
-// controls, which terminals may obey, do not count as such, nor do U+FFFE and U+FFFF, which XML does
-// not have.
+// controls, which terminals may obey, do not count as such, nor do U+FFFE and U+FFFF, which XML
+// does not have.
 size_t utf8_length(std::string_view text);
 
 // As escaped(), without the white space at both ends. Messages of the library bring tabs and line

@@ -103,7 +103,7 @@ TEST(RunbistIntest, StatementMessages)
     expect_messages(told(both), {{INFORMATION, "\tRunbist description statement passed", 3},
                                  {INFORMATION, "\tIntest description statement passed", 3}});
     const std::vector<Expected> skipped = {{ERROR, "Skipping runbist_description due to errors", 1},
-                                      {ERROR, "Skipping intest_description due to errors", 1}};
+                                           {ERROR, "Skipping intest_description due to errors", 1}};
     both.with(RUNBIST_EXECUTION, "attribute RUNBIST_EXECUTION of DEV : entity is 1;")
         .with(INTEST_EXECUTION, "attribute INTEST_EXECUTION of DEV : entity is 1;");
     expect_messages(told(both), skipped);
