@@ -256,8 +256,6 @@ void Finder::rename_entity(std::string_view name)
         add(std::move(candidate));
 }
 
-static bool is_digit(char c) { return c >= '0' && c <= '9'; }
-
 static bool is_letter(char c) { return (c | 32) >= 'a' && (c | 32) <= 'z'; }
 
 // Two tokens that have run into each other: "17PA4", "bit_vector0".

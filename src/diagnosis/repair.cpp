@@ -279,10 +279,11 @@ std::vector<std::string> Repairs::near_names(const std::string &word, NameKind k
 
 std::vector<Proposal> Repairs::name_proposals(const Draft &draft, const NameRule &rule)
 {
+    const std::string_view read = name_of(draft, text);
     // The scanner passes over an underscore that no name may begin with.
-    const bool underscore = draft.begin > 0 && text[draft.begin - 1] == '_';
-    const size_t begin = draft.begin - (underscore ? 1 : 0);
-    const std::string word((underscore ? "_" : "") + std::string(name_of(draft, text)));
+    const auto begin_of = [&](size_t at) { return at > 0 && text[at - 1] == '_' ? at - 1 : at; };
+    const size_t begin = begin_of(draft.begin);
+    const std::string word(text.substr(begin, draft.begin + read.size() - begin));
     std::vector<Proposal> proposals;
     for (const std::string &near : near_names(word, rule.kind)) {
         if (proposals.size() >= MOST_PROPOSALS)
@@ -295,7 +296,7 @@ std::vector<Proposal> Repairs::name_proposals(const Draft &draft, const NameRule
                          .fix = "replace '" + word + "' with '" + name + "'"};
         for (const TextRange &place : draft.alike)
             if (place.begin > here.edits.back().end)
-                here.edits.push_back({place.begin, place.begin + word.size(), name});
+                here.edits.push_back({begin_of(place.begin), place.begin + read.size(), name});
         proposals.push_back(std::move(here));
         // Or the declaration is what is misspelt.
         std::vector<RawToken> declared;
@@ -405,8 +406,6 @@ void Repairs::repair_names()
 }
 
 // ----------------------------------------------------------------------------------------- numbers
-
-static bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
 static bool is_number(std::string_view word)
 {

@@ -8,6 +8,8 @@
 
 // A text as its bytes show it, whether it can be read or not.
 
+inline bool is_digit(char c) { return c >= '0' && c <= '9'; }
+
 // Where lines begin. "\n", "\r\n" and "\r" alone end a line.
 class Lines
 {

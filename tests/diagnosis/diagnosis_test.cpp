@@ -101,6 +101,17 @@ std::string listed(const Diagnosis &diagnosis)
     return list.str();
 }
 
+// The one finding that stands for itself, which has to be of that rule; NULL for any other number.
+const BsdlFinding *the_one(const Diagnosis &diagnosis, const char *rule)
+{
+    const auto found = standing(diagnosis);
+    EXPECT_EQ(found.size(), 1u) << listed(diagnosis);
+    if (found.size() != 1)
+        return nullptr;
+    EXPECT_STREQ(found[0]->rule, rule);
+    return found[0];
+}
+
 } // namespace
 
 TEST_P(Mistake, IsOneFinding)
@@ -181,9 +192,8 @@ TEST(Diagnosis, EntityThatAllAttributesCallOtherwise)
     std::string text = replaced(example(), "entity tarn_demo is", "entity tarn_dmeo is");
     text = replaced(text, "end tarn_demo;", "end tarn_dmeo;");
     const Diagnosis diagnosis = diagnose(text);
-    const auto found = standing(diagnosis);
-    ASSERT_EQ(found.size(), 1u) << listed(diagnosis);
-    EXPECT_STREQ(found[0]->rule, "component-name-mismatch");
+    const BsdlFinding *found = the_one(diagnosis, "component-name-mismatch");
+    ASSERT_TRUE(found);
     EXPECT_EQ(without_blanks(bsdlDiagnosisText(diagnosis.get(), nullptr)),
               without_blanks(example()));
 }
@@ -193,11 +203,10 @@ TEST(Diagnosis, InstructionListedTwice)
     const std::string wrong =
         replaced(example(), "\"FACTORY   (", "\"TRIM_LOAD (010000), \" & \"FACTORY   (");
     const Diagnosis diagnosis = diagnose(wrong);
-    const auto found = standing(diagnosis);
-    ASSERT_EQ(found.size(), 1u) << listed(diagnosis);
-    EXPECT_STREQ(found[0]->rule, "instruction-listed-twice");
-    EXPECT_EQ(found[0]->related_count, 1u);
-    EXPECT_EQ(bsdlFindingCount(diagnose(with_edits(wrong, found[0])).get()), 0u);
+    const BsdlFinding *found = the_one(diagnosis, "instruction-listed-twice");
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->related_count, 1u);
+    EXPECT_EQ(bsdlFindingCount(diagnose(with_edits(wrong, found)).get()), 0u);
 }
 
 TEST(Diagnosis, OptionsOfAnOlderHeaderAreShorter)
@@ -213,10 +222,9 @@ TEST(Diagnosis, MisspeltRegisterOfTheStandard)
     const std::string wrong = replaced(example(), "\"SIGNATURE[16] (RUNBIST)\";",
                                        "\"BYPSAS (CLAMP), \" & \"SIGNATURE[16] (RUNBIST)\";");
     const Diagnosis diagnosis = diagnose(wrong);
-    const auto found = standing(diagnosis);
-    ASSERT_EQ(found.size(), 1u) << listed(diagnosis);
-    EXPECT_STREQ(found[0]->rule, "register-length-missing");
-    EXPECT_EQ(bsdlFindingCount(diagnose(with_edits(wrong, found[0])).get()), 0u);
+    const BsdlFinding *found = the_one(diagnosis, "register-length-missing");
+    ASSERT_TRUE(found);
+    EXPECT_EQ(bsdlFindingCount(diagnose(with_edits(wrong, found)).get()), 0u);
 }
 
 TEST(Diagnosis, CleanTextHasNoFinding)
@@ -242,10 +250,9 @@ TEST(Diagnosis, PackageThatIsMissingHidesNothing)
 {
     const Diagnosis diagnosis = diagnose(replaced(example(), "use STD_1149_1_2001.all;",
                                                   "use STD_1149_1_2001.all; use NOT_THERE.all;"));
-    const auto found = standing(diagnosis);
-    ASSERT_EQ(found.size(), 1u) << listed(diagnosis);
-    EXPECT_STREQ(found[0]->rule, "package-not-found");
-    EXPECT_GT(found[0]->related_count, 0u);
+    const BsdlFinding *found = the_one(diagnosis, "package-not-found");
+    ASSERT_TRUE(found);
+    EXPECT_GT(found->related_count, 0u);
 }
 
 TEST(Diagnosis, LaterStandardIsReadAsTheNewestKnown)
@@ -255,9 +262,8 @@ TEST(Diagnosis, LaterStandardIsReadAsTheNewestKnown)
                  "\"STD_1149_1_2001\"", "\"STD_1149_1_2013\""));
     for (const BsdlFinding *finding : findings(diagnosis))
         EXPECT_FALSE(finding->fix_sure) << listed(diagnosis);
-    const auto found = standing(diagnosis);
-    ASSERT_EQ(found.size(), 1u) << listed(diagnosis);
-    EXPECT_STREQ(found[0]->rule, "standard-unknown");
+    const BsdlFinding *found = the_one(diagnosis, "standard-unknown");
+    ASSERT_TRUE(found);
 }
 
 TEST(Diagnosis, OpenPackageIsANoteAndAllPinMapsAreChecked)
@@ -265,9 +271,8 @@ TEST(Diagnosis, OpenPackageIsANoteAndAllPinMapsAreChecked)
     std::string text = replaced(example(), ":= \"TQFP48\"", ":= \"UNDEFINED\"");
     text = replaced(text, "\"IRQ_N   : D1, \"", "\"IRQ_N   : D2, \"");
     const Diagnosis diagnosis = diagnose(text);
-    const auto found = standing(diagnosis);
-    ASSERT_EQ(found.size(), 1u) << listed(diagnosis);
-    EXPECT_STREQ(found[0]->rule, "pin-id-not-unique");
+    const BsdlFinding *found = the_one(diagnosis, "pin-id-not-unique");
+    ASSERT_TRUE(found);
 }
 
 TEST(Diagnosis, WorkIsBoundedWhateverTheText)
