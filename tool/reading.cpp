@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <mutex>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -22,27 +23,29 @@ void add_read_options(CLI::App &app, ReadOptions &options)
         ->allow_extra_args(false);
 }
 
-const char *standard_input_file()
+static void make_standard_input_a_file()
 {
-    static bool copied = false;
-    constexpr const char *NAME = "/dev/stdin";
-    if (copied)
-        return NAME;
     const int copy = memfd_create("stdin", MFD_CLOEXEC);
     if (copy < 0)
-        return NAME;
+        return;
     char buffer[1 << 16];
     for (ssize_t got; (got = read(STDIN_FILENO, buffer, sizeof buffer)) > 0;)
         for (ssize_t done = 0; done < got;) {
             const ssize_t part = write(copy, buffer + done, static_cast<size_t>(got - done));
             if (part < 0)
-                return NAME;
+                return;
             done += part;
         }
     dup2(copy, STDIN_FILENO);
     close(copy);
-    copied = true;
-    return NAME;
+}
+
+const char *standard_input_file()
+{
+    // Threads may ask for it at once.
+    static std::once_flag made;
+    std::call_once(made, make_standard_input_a_file);
+    return "/dev/stdin";
 }
 
 bool read_bytes(const std::string &path, std::string &bytes)
