@@ -383,7 +383,8 @@ static void pair_outputs(const CLI::App &app, const CLI::Option *format, const C
             options.outputs.push_back({options.formats[formats++], ""});
         else if (each == output &&
                  (options.outputs.empty() || !options.outputs.back().path.empty()))
-            throw CLI::ValidationError("--output", "the --format of the file has to stand ahead");
+            throw CLI::ValidationError("--output",
+                                       "the --format of the file has to come before it");
         else if (each == output)
             options.outputs.back().path = options.output_paths[paths++];
 }
