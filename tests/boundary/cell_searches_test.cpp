@@ -14,7 +14,7 @@ using namespace support;
 namespace
 {
 
-constexpr int TABLES = 10000;
+constexpr int TABLES = 3000;
 
 using Functions = std::initializer_list<int32_t>;
 

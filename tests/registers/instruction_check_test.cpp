@@ -299,7 +299,7 @@ TEST(InstructionCheck, SearchesGiveWhatWalksGive)
     for (int handle = 0; handle < 20 && !HasFailure(); handle++) {
         bool is_2001 = handle % 2;
         Reading reading(Description(is_2001 ? Issue::BSDL_2001 : Issue::BSDL_1994));
-        for (int i = 0; i < 500 && !HasFailure(); i++) {
+        for (int i = 0; i < 150 && !HasFailure(); i++) {
             Table table = tables.next();
             put_table(reading, table);
             int32_t result = reading.check(bsdl_check_instr_reg);

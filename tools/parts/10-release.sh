@@ -1,4 +1,4 @@
 #!/bin/sh
-# builds the library and the tool as they are installed, and tests them
+# builds the library and the tool as they are installed, and tests the tool
 # packages: i2c-tools
-exec tools/test_preset.sh release
+exec tools/test_preset.sh release product
