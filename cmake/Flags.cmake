@@ -30,6 +30,17 @@ else()
         $<$<NOT:$<STREQUAL:$<TARGET_PROPERTY:TYPE>,MODULE_LIBRARY>>:-Wl,--no-undefined>)
 endif()
 
+# Of what only uses the library, the tool and the tests: most of it is headers, and under the sanitizers
+# to optimise these and check each pointer in them takes longer than all tests. The options have to
+# stand behind those that they take back.
+add_library(tarnlet_fewer_checks INTERFACE)
+if(TARNLET_SANITIZE)
+    target_compile_options(tarnlet_fewer_checks INTERFACE
+        -O0 -fno-sanitize=null,vptr,alignment,object-size)
+endif()
+add_library(tarnlet_user_flags INTERFACE)
+target_link_libraries(tarnlet_user_flags INTERFACE tarnlet_flags tarnlet_fewer_checks)
+
 if(TARNLET_COVERAGE)
     target_compile_options(tarnlet_flags INTERFACE --coverage -fprofile-abs-path)
     target_link_options(tarnlet_flags INTERFACE --coverage)

@@ -568,7 +568,7 @@ json Server::code_action(const json &params)
 int serve(FILE *from, FILE *to)
 {
     // Left to the end of the process: the reading thread may still wait for input.
-    auto *server = new Server(from, to);
+    static auto *const server = new Server(from, to);
     return server->run();
 }
 
