@@ -17,7 +17,7 @@ uint64_t scan_alone(const char *path)
     bsdl.scan_mode = SCAN_MODE_INTEGER;
     reader_state.context = nullptr;
     // As a reading does it, with a name table that fits the file.
-    if (arena_start(&bsdl.arena, size_t{16} << 10) && reading_start(&bsdl, &reading) &&
+    if (arena_start(&bsdl.arena) && reading_start(&bsdl, &reading) &&
         names_start(&bsdl.names, &bsdl.arena,
                     static_cast<size_t>(reading.files[0].end - reading.files[0].text) / 32)) {
         bsdl.reading = &reading;

@@ -45,7 +45,7 @@ struct ComplianceIndex {
 // What the rules about pins look at.
 struct PinCheck {
     Bsdl *bsdl;
-    Arena arena;
+    Scratch arena;
     ComplianceIndex compliance;
     Index last_use;    // port_key -> number of its last use
     uint32_t uses;     // number of the current use
@@ -494,7 +494,7 @@ int32_t bsdl_check_aio_pin_behavior(Bsdl *h)
     }
 
     PinCheck check = {.bsdl = h, .described = data->aio->pin_behaviors};
-    if (!arena_start(&check.arena, size_t{16} << 10))
+    if (check.arena.failed)
         return BSDL_RESULT_FAILED;
     index_compliance(&check);
     index_uses(&check);

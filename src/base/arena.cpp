@@ -8,6 +8,7 @@ namespace
 
 // Blocks grow with the arena, so that their number stays small and little of the last one is
 // unused.
+constexpr size_t FIRST_BLOCK = size_t{16} << 10;
 constexpr size_t LARGEST_SHARE = 8;
 constexpr size_t LARGEST_BLOCK = size_t{32} << 20;
 // Readable bytes after the last record of a block, since text is read in words.
@@ -55,10 +56,10 @@ static void grow_blocks(Arena *arena, size_t size)
         arena->block_size *= 2;
 }
 
-bool arena_start(Arena *arena, size_t first_block)
+bool arena_start(Arena *arena)
 {
     *arena = Arena{};
-    arena->block_size = first_block;
+    arena->block_size = FIRST_BLOCK;
     arena->reserve = block_request(RESERVE_SIZE);
     arena->failed = !arena->reserve;
     return !arena->failed;

@@ -48,8 +48,16 @@ struct Arena {
 };
 
 // False when not even the reserve could be had.
-bool arena_start(Arena *arena, size_t first_block);
+bool arena_start(Arena *arena);
 void arena_release(Arena *arena);
+
+// The arena of one step, such as a check: `failed` at once when not even the reserve could be had.
+struct Scratch : Arena {
+    Scratch() { arena_start(this); }
+    ~Scratch() { arena_release(this); }
+    Scratch(const Scratch &) = delete;
+    Scratch &operator=(const Scratch &) = delete;
+};
 
 void *arena_grow(Arena *arena, size_t size);
 

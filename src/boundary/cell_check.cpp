@@ -11,8 +11,6 @@
 namespace
 {
 
-constexpr size_t SCRATCH_BLOCK = size_t{64} << 10;
-
 // A wrong length may leave two billion numbers without a cell.
 constexpr uint32_t MOST_MISSING_LINES = 65536;
 
@@ -26,7 +24,7 @@ struct ControlGroup {
 
 struct CellCheck {
     Bsdl *bsdl;
-    Arena scratch;
+    Scratch scratch;
     uint32_t length;
     CellEntry *const *cells;
     uint32_t count;
@@ -517,7 +515,7 @@ int32_t bsdl_check_bsr(Bsdl *h)
         return BSDL_RESULT_MISSING;
     CellCheck check = {};
     check.bsdl = h;
-    if (!arena_start(&check.scratch, SCRATCH_BLOCK))
+    if (check.scratch.failed)
         return BSDL_RESULT_FAILED;
     int32_t result = check_boundary_register(&check);
     return check_end(h, result, &check.scratch);

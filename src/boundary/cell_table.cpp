@@ -17,8 +17,6 @@ struct CellRow {
 };
 static_assert(std::is_standard_layout_v<CellRow>); // a pointer to the entry is one to the row
 
-constexpr size_t SCRATCH_BLOCK = size_t{64} << 10;
-
 } // namespace
 
 // -------------------------------------------------------------------------------------- statements
@@ -68,8 +66,8 @@ static bool merge_neighbours(GSList *table)
 
 static void merge_by_number(Bsdl *bsdl, GSList *table)
 {
-    Arena scratch;
-    if (!arena_start(&scratch, SCRATCH_BLOCK)) {
+    Scratch scratch;
+    if (scratch.failed) {
         bsdl->arena.failed = true;
         return;
     }
@@ -83,7 +81,6 @@ static void merge_by_number(Bsdl *bsdl, GSList *table)
         entry->merged_with = first == INDEX_NONE ? nullptr : entries[first];
     }
     bsdl->arena.failed |= scratch.failed;
-    arena_release(&scratch);
 }
 
 void boundary_register_passed(Bsdl *bsdl, GSList *table)

@@ -6,13 +6,6 @@
 
 #include <string_view>
 
-namespace
-{
-
-constexpr size_t SCRATCH_BLOCK = size_t{4} << 10;
-
-} // namespace
-
 // ------------------------------------------------------------------------------------- extensions
 
 static void append_extension(Bsdl *bsdl, const char *name, int32_t declared, const char *package,
@@ -163,8 +156,8 @@ int32_t bsdl_check_extensions(Bsdl *h)
     const Call call(h);
     if (call.code)
         return call.code;
-    Arena scratch;
-    if (!arena_start(&scratch, SCRATCH_BLOCK))
+    Scratch scratch;
+    if (scratch.failed)
         return BSDL_RESULT_FAILED;
     int32_t result = keep_declared(h, &scratch);
     return check_end(h, result, &scratch);

@@ -10,13 +10,6 @@
 #include <cmath>
 #include <cstring>
 
-namespace
-{
-
-constexpr size_t SCRATCH_BLOCK = size_t{4} << 10;
-
-} // namespace
-
 // -------------------------------------------------------------------------------------- statements
 
 void runbist_absent(Bsdl *bsdl)
@@ -174,12 +167,10 @@ static int32_t check_clocks(Bsdl *bsdl, const WaitSpec *wait)
 {
     if (!wait->clock_cycles)
         return BSDL_RESULT_OK;
-    Arena scratch;
-    if (!arena_start(&scratch, SCRATCH_BLOCK))
+    Scratch scratch;
+    if (scratch.failed)
         return BSDL_RESULT_FAILED;
-    int32_t result = check_clocks_with(bsdl, &scratch, wait->clock_cycles);
-    arena_release(&scratch);
-    return result;
+    return check_clocks_with(bsdl, &scratch, wait->clock_cycles);
 }
 
 // The register that the instruction selects gives the length of the signature.

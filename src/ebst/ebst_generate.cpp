@@ -11,7 +11,6 @@
 namespace
 {
 
-constexpr size_t SCRATCH_BLOCK = size_t{64} << 10;
 constexpr uint32_t FIRST_NAMES = 64;
 
 // The text of a number.
@@ -232,7 +231,7 @@ static uint64_t ebst_name_key(const CellEntry *cell)
 
 // The cells made so far, by name. There are few of them as a rule, so the index grows with them.
 struct CellNames {
-    Arena scratch;
+    Scratch scratch;
     Index index;
     EbstCell **cells;
     uint64_t *keys;
@@ -260,7 +259,7 @@ static void grow(CellNames *names)
 static GSList *make_cells(Bsdl *bsdl, GSList *cell_table)
 {
     CellNames names = {};
-    if (!arena_start(&names.scratch, SCRATCH_BLOCK)) {
+    if (names.scratch.failed) {
         bsdl->arena.failed = true;
         return nullptr;
     }
@@ -281,7 +280,6 @@ static GSList *make_cells(Bsdl *bsdl, GSList *cell_table)
         cell->cell_spec->ebst_name = names.cells[known]->name;
     }
     bsdl->arena.failed |= names.scratch.failed;
-    arena_release(&names.scratch);
     return cells.head;
 }
 

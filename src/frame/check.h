@@ -5,9 +5,8 @@
 #include "frame/model.h"
 
 // The end of each bsdl_check_*, which begins with a Call. Gives the result of the check. Gives 100
-// when memory has run out, since some rule may not have been tried. Releases the scratch memory of
-// the check.
-int32_t check_end(Bsdl *bsdl, int32_t result, Arena *scratch = nullptr);
+// when memory has run out, since some rule may not have been tried.
+int32_t check_end(Bsdl *bsdl, int32_t result, const Arena *scratch = nullptr);
 
 // A row of a driver's table.
 struct CheckStep {

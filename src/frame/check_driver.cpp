@@ -61,13 +61,10 @@ constexpr GeneralStep GENERAL[] = {
 
 } // namespace
 
-int32_t check_end(Bsdl *bsdl, int32_t result, Arena *scratch)
+int32_t check_end(Bsdl *bsdl, int32_t result, const Arena *scratch)
 {
-    bool failed = bsdl->arena.failed || (bsdl->lookups && bsdl->lookups->arena.failed);
-    if (scratch) {
-        failed |= scratch->failed;
-        arena_release(scratch);
-    }
+    const bool failed = bsdl->arena.failed || (bsdl->lookups && bsdl->lookups->arena.failed) ||
+                        (scratch && scratch->failed);
     return failed ? BSDL_RESULT_FAILED : result;
 }
 

@@ -2,13 +2,6 @@
 
 #include "frame/model.h"
 
-namespace
-{
-
-constexpr size_t FIRST_BLOCK = size_t{16} << 10;
-
-} // namespace
-
 Lookups *lookups_of(Bsdl *bsdl)
 {
     if (!bsdl->lookups) {
@@ -16,7 +9,7 @@ Lookups *lookups_of(Bsdl *bsdl)
         *bsdl->lookups = Lookups{};
     }
     Lookups *lookups = bsdl->lookups;
-    if (!lookups->arena.block_size && !arena_start(&lookups->arena, FIRST_BLOCK))
+    if (!lookups->arena.block_size && !arena_start(&lookups->arena))
         bsdl->arena.failed = true;
     return lookups;
 }

@@ -19,7 +19,6 @@
 namespace
 {
 
-constexpr size_t FIRST_BLOCK = size_t{16} << 10;
 // Of a description's text, for each name that is new: about as dense as makers' files get.
 constexpr size_t BYTES_PER_NAME = 32;
 
@@ -58,7 +57,7 @@ static Bsdl *new_handle(const char *file_name, const char *package, const GSList
     auto *bsdl = static_cast<Bsdl *>(memory_request(sizeof(Bsdl)));
     if (!bsdl)
         return nullptr;
-    if (!arena_start(&bsdl->arena, FIRST_BLOCK)) {
+    if (!arena_start(&bsdl->arena)) {
         discard(bsdl);
         return nullptr;
     }

@@ -9,13 +9,6 @@
 #include "header/header.h"
 #include "scan/scanner.h"
 
-namespace
-{
-
-constexpr size_t FIRST_BLOCK = size_t{16} << 10;
-
-} // namespace
-
 PackageName *package_name(Bsdl *bsdl, const char *text, int32_t standard_bit)
 {
     return model_new<PackageName>(bsdl, {.text = text, .standard_bit = standard_bit});
@@ -187,10 +180,10 @@ int32_t bsdl_check_packages(Bsdl *h)
         return call.code;
     int32_t result = BSDL_RESULT_OK;
     if (h->data->user_packages) {
-        Arena arena;
-        if (!arena_start(&arena, FIRST_BLOCK))
+        Scratch scratch;
+        if (scratch.failed)
             return BSDL_RESULT_FAILED;
-        result = check_end(h, check_user_packages(h, &arena), &arena);
+        result = check_end(h, check_user_packages(h, &scratch), &scratch);
     }
     result |= check_capture_rules(h);
     return check_end(h, result);

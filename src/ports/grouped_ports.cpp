@@ -214,8 +214,8 @@ int32_t bsdl_check_grouped_port(Bsdl *bsdl)
     if (!data->logical_ports || !data->pins || !data->boundary_register)
         return BSDL_RESULT_MISSING;
 
-    Arena scratch;
-    if (!arena_start(&scratch, 0))
+    Scratch scratch;
+    if (scratch.failed)
         return BSDL_RESULT_FAILED;
     Index verdicts;
     index_start(&verdicts, &scratch, count_groups(data));

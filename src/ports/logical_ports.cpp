@@ -314,8 +314,8 @@ bool build_pin_list(Bsdl *bsdl, const PinMapEntry *pin_map)
     if (!data->pin_maps || !data->logical_ports || !pin_map)
         return false;
 
-    Arena scratch;
-    if (!arena_start(&scratch, 0))
+    Scratch scratch;
+    if (scratch.failed)
         return false;
     PinArrays arrays = {};
     int64_t count = pins_declared(data);
@@ -329,7 +329,6 @@ bool build_pin_list(Bsdl *bsdl, const PinMapEntry *pin_map)
     PortMapIndex index = port_map_index(bsdl, &scratch, pin_map);
     bool built = !bsdl->arena.failed && !scratch.failed &&
                  append_ports(bsdl, &arrays, pin_map, &index) && arrays.pins;
-    arena_release(&scratch);
     if (built)
         data->pins = arrays.links;
     return built;
@@ -367,8 +366,8 @@ int32_t bsdl_check_logical_port(Bsdl *bsdl)
         return call.code;
     if (!bsdl->data->logical_ports)
         return BSDL_RESULT_MISSING;
-    Arena scratch;
-    if (!arena_start(&scratch, 0))
+    Scratch scratch;
+    if (scratch.failed)
         return BSDL_RESULT_FAILED;
     return check_end(bsdl, check_names_unique(bsdl, &scratch), &scratch);
 }

@@ -217,10 +217,10 @@ int32_t bsdl_check_pin_map(Bsdl *bsdl, const char *name)
             continue;
         if (!bsdl->data->logical_ports)
             return BSDL_RESULT_MISSING;
-        Arena scratch;
-        MappingNames names;
-        if (!arena_start(&scratch, 0))
+        Scratch scratch;
+        if (scratch.failed)
             return BSDL_RESULT_FAILED;
+        MappingNames names;
         bool ready = mapping_names_start(bsdl, &scratch, &names);
         int32_t result = ready ? check_pin_map(&names, pin_map) : BSDL_RESULT_FAILED;
         return check_end(bsdl, result, &scratch);
@@ -263,8 +263,8 @@ int32_t bsdl_check_all_pin_maps(Bsdl *bsdl)
     if (!data->pin_maps || !data->logical_ports)
         return BSDL_RESULT_MISSING;
 
-    Arena scratch;
-    if (!arena_start(&scratch, 0))
+    Scratch scratch;
+    if (scratch.failed)
         return BSDL_RESULT_FAILED;
     int32_t result = check_end(bsdl, check_each_pin_map(bsdl, &scratch), &scratch);
 

@@ -19,7 +19,7 @@ constexpr uint32_t MOST_ADDED_BITS = 1048576;
 struct InstructionCheck {
     Bsdl *bsdl;
     InstructionRegister *instructions;
-    Arena scratch;
+    Scratch scratch;
     OpcodeTable table;
     Index privates;
     bool is_2001;          // by the conformance statement, not by the package in use
@@ -334,7 +334,7 @@ int32_t bsdl_check_instr_reg(Bsdl *h)
     InstructionCheck check = {.bsdl = h, .instructions = instructions};
     check.is_2001 = h->data->conformance == CONFORMANCE_2001;
     check.all_ones_allowed = h->data->isc && h->data->isc->conformance == 0;
-    if (!arena_start(&check.scratch, size_t{64} << 10))
+    if (check.scratch.failed)
         return BSDL_RESULT_FAILED;
     run_rules(&check);
     return check_end(h, check.result, &check.scratch);

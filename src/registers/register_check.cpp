@@ -28,7 +28,7 @@ struct RegisterCheck {
 
     // What the registers capture: records by register and instruction, and from each record the
     // next one of the same register and name.
-    Arena scratch;
+    Scratch scratch;
     Index captures;
     InstructionCapture **records;
     uint32_t *next_same;
@@ -374,7 +374,7 @@ int32_t bsdl_check_reg_access(Bsdl *h)
     RegisterCheck check = {.bsdl = h};
     check.boundary_length = static_cast<int32_t>(data->boundary_register->boundary_length);
     check.is_1990 = bsdlIs1990(h) != 0;
-    if (!arena_start(&check.scratch, size_t{64} << 10))
+    if (check.scratch.failed)
         return BSDL_RESULT_FAILED;
     run_rules(&check);
     return check_end(h, check.result, &check.scratch);

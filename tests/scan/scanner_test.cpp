@@ -137,7 +137,7 @@ class Scanning
         reader_state.context = &context_;
         write_text(path_, input);
         bsdl_.file_name = path_.c_str();
-        EXPECT_TRUE(arena_start(&bsdl_.arena, 4096));
+        EXPECT_TRUE(arena_start(&bsdl_.arena));
         EXPECT_TRUE(names_start(&bsdl_.names, &bsdl_.arena));
         EXPECT_TRUE(reading_start(&bsdl_, &reading_));
         bsdl_.reading = &reading_;
@@ -224,8 +224,8 @@ TEST(ScannerDeathTest, MemoryRunsOut)
                 store_string(scanning.handle(), scanning.value.quoted);
     };
     const auto ended = testing::ExitedWithCode(255);
-    EXPECT_EXIT(read_all(std::string(5000, 'A'), SCAN_MODE_NONE), ended, "^0 Memory error$");
-    EXPECT_EXIT(read_all(std::string(5000, '1'), SCAN_MODE_BIN), ended, "^0 Memory error$");
+    EXPECT_EXIT(read_all(std::string(16000, 'A'), SCAN_MODE_NONE), ended, "^0 Memory error$");
+    EXPECT_EXIT(read_all(std::string(16000, '1'), SCAN_MODE_BIN), ended, "^0 Memory error$");
     EXPECT_EXIT(read_all("\"a\"", SCAN_MODE_NONE), ended, "^0 Memory error$");
 }
 
