@@ -5,7 +5,7 @@ set -eu
 root=$(cd "$(dirname "$0")/.." && pwd)
 tool=$root/build/release/bin/tarnlet
 
-[ -x "$tool" ] || echo "This takes about two minutes on two cores and 1 GB of disk, packages included."
+[ -x "$tool" ] || echo "This takes about three minutes on two cores and 1 GB of disk, packages included."
 "$root/tools/setup.sh"
 echo "Building build/release/bin/tarnlet"
 mkdir -p "$root/build"
