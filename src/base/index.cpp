@@ -4,14 +4,10 @@
 
 #include <cstring>
 
-// Keys that follow each other, as those of numbered ports, of the bits of a vector and of cell
-// numbers do, get neighbouring slots, so that a walk over them stays in the cache.
+// The upper half of the product depends on all bits of the key.
 static uint32_t first_slot(uint64_t key)
 {
-    const uint64_t run = key & ~uint64_t{0x0000000F0000000F};
-    const uint64_t hash = run * 0x9E3779B97F4A7C15;
-    return (static_cast<uint32_t>(hash >> 32) & ~uint32_t{15}) |
-           static_cast<uint32_t>((key + (key >> 32) + (hash >> 60)) & 15);
+    return static_cast<uint32_t>((key * 0x9E3779B97F4A7C15) >> 32);
 }
 
 static uint32_t slot_of(const Index *index, uint64_t key)
