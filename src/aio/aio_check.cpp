@@ -59,13 +59,15 @@ struct PinCheck {
 // Without `strict` a description that uses the package may leave the statements out.
 static int32_t aio_missing(Bsdl *bsdl)
 {
+    const Place use = bsdl->data->aio_use_place;
     rule_message(bsdl->strict ? BSDL_LEVEL_ERROR : BSDL_LEVEL_WARNING, bsdl->strict ? 1 : 3,
-                 {"aio-missing", entity_place()}, "    BSDL AIO extension not defined");
+                 {"aio-missing", place_or(use, entity_place())},
+                 "    BSDL AIO extension not defined");
     if (bsdl->strict)
         return BSDL_RESULT_NO_AIO;
     if (!(bsdl->standards & BSDL_STANDARD_BIT_1149_6_2003))
         return BSDL_RESULT_OK;
-    aio_data_new(bsdl, {});
+    aio_data_new(bsdl, use);
     return BSDL_RESULT_MISSING;
 }
 

@@ -180,7 +180,7 @@ void extension_declaration_passed(Bsdl *bsdl, const char *name, Place place);
 void extension_definition_passed(Bsdl *bsdl, const char *name, Place place);
 void extension_definition_skipped(Bsdl *bsdl);
 void extensions_found(Bsdl *bsdl, const char *text);
-void extensions_misplaced(Bsdl *bsdl);
+void design_warning_misplaced(Bsdl *bsdl, Place place);
 void corvane_class_begun(Bsdl *bsdl, Place place);
 void corvane_class_passed(Bsdl *bsdl);
 void corvane_class_skipped(Bsdl *bsdl);

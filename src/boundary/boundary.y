@@ -201,7 +201,7 @@ bsdl_extensions_and_warning:
 | bsdl_extensions
     { design_warning_absent(bsdl); }
 | design_warning bsdl_extensions
-    { extensions_misplaced(bsdl); }
+    { design_warning_misplaced(bsdl, @1); }
 ;
 
 bsdl_extensions:

@@ -63,11 +63,10 @@ void extensions_found(Bsdl *bsdl, const char *text)
     parse_message(bsdl, BSDL_LEVEL_INFO, 2, nullptr, "%s", text);
 }
 
-void extensions_misplaced(Bsdl *bsdl)
+void design_warning_misplaced(Bsdl *bsdl, Place place)
 {
-    parse_message(
-        bsdl, bsdl->strict ? BSDL_LEVEL_ERROR : BSDL_LEVEL_WARNING, 2, "design-warning-order",
-        "Wrong ordening of statements \"DESIGN_WARNING\" and BSDL Extensions "); /* as is */
+    rule_strict(bsdl, {"design-warning-order", place},
+                "Wrong ordening of statements \"DESIGN_WARNING\" and BSDL Extensions "); /* as is */
 }
 
 // The name of the attribute counts as defined before its value is read.

@@ -35,8 +35,12 @@ struct BsdlData {
     uint32_t dot_all_file_cursor;
     GSList *package_specs; // PackageSpec
     uint32_t dot_all_spec_cursor;
-    int32_t conformance; // 0, 1 (1990), 3 (1993), 4 (2001)
-    GSList *pin_maps;    // PinMapEntry; an element is NULL after an error
+    // The use statements of IEEE 1532 and 1149.6: what demands the statements of the extensions.
+    Place isc_use_place;
+    Place aio_use_place;
+    int32_t conformance;         // 0, 1 (1990), 3 (1993), 4 (2001)
+    GSList *pin_maps;            // PinMapEntry; an element is NULL after an error
+    Place default_package_place; // in the generic parameter; none when the host names it
     uint32_t pin_map_cursor;
     GSList *grouped_ports; // TwinGroupEntry
     uint32_t port_group_cursor;

@@ -30,11 +30,14 @@ bool component_name_opens_part(Bsdl *bsdl, const char *name)
     return true;
 }
 
-void generic_default(Bsdl *bsdl, const char *package)
+void generic_passed(Bsdl *bsdl, const char *package, Place place)
 {
     // What the host asked for wins.
-    if (!bsdl->default_package)
+    if (!bsdl->default_package) {
         bsdl->default_package = package;
+        bsdl->data->default_package_place = place;
+    }
+    statement_passed(bsdl, "\tGeneric parameter passed");
 }
 
 void conformance_absent(Bsdl *bsdl)

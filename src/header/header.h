@@ -11,16 +11,23 @@ struct PackageSpec {
     Place place;
 };
 
+// What a use statement in a package or its body names.
+struct PackageStandard {
+    int32_t bit; // of 1149.1; 0 without a statement
+    Place place;
+};
+
 // One package file.
 struct UserPackage {
-    int32_t standard; // 1149.1 bit of the body's own use statement, 0 without one
+    PackageStandard standard; // of the body
     const char *name;
     const char *file_name;      // that was searched for
     const char *file_path;      // which the search found
     int32_t standard_file;      // bit of the standard that the package belongs to, 0 for others
     GSList *deferred_constants; // DeferredConstant
     GSList *body_cells;         // CellDesc
-    Place place;
+    Place place;                // of the name of the body
+    Place use_place;            // of the name in the use statement
 };
 
 // A cell that a package header announces.
@@ -73,7 +80,8 @@ bool component_name_matches(Bsdl *bsdl, const char *name);
 // The same for the statements with which the family of a part begins in a PPC/PRG file.
 bool component_name_opens_part(Bsdl *bsdl, const char *name);
 
-void generic_default(Bsdl *bsdl, const char *package);
+// The generic parameter, and the pin mapping that it names; NULL without one.
+void generic_passed(Bsdl *bsdl, const char *package, Place place);
 
 void standard_1149_1(Bsdl *bsdl, uint32_t bit, const char *name);
 void standard_prg(Bsdl *bsdl);
@@ -95,15 +103,16 @@ int32_t conformance_skipped(Bsdl *bsdl);
 struct PackageName {
     const char *text;
     int32_t standard_bit; // of the names that have a token of their own, else 0
+    Place place;
 };
 
 PackageName *package_name(Bsdl *bsdl, const char *text, int32_t standard_bit);
 void package_header_begun(Bsdl *bsdl, const PackageName *name);
 bool package_header_ends(Bsdl *bsdl, const PackageName *name, const PackageName *end_name);
 UserPackage *package_body_read(Bsdl *bsdl, const PackageName *name, const PackageName *end_name,
-                               int32_t standard, List cells, Place place);
-bool package_read(Bsdl *bsdl, const PackageName *name, int32_t standard, List deferred_constants,
-                  UserPackage *body);
+                               PackageStandard standard, List cells);
+bool package_read(Bsdl *bsdl, const PackageName *name, PackageStandard standard,
+                  List deferred_constants, UserPackage *body, Place use_place);
 DeferredConstant *deferred_constant(Bsdl *bsdl, const char *name, Place place);
 int32_t capture_keeper(Bsdl *bsdl);
 int32_t capture_runbist(Bsdl *bsdl);

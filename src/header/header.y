@@ -1,5 +1,6 @@
 %union {
     PackageName *package_name;
+    PackageStandard package_standard;
     UserPackage *user_package;
     DeferredConstant *deferred_constant;
     CellDesc *cell_desc;
@@ -7,6 +8,8 @@
 };
 
 // ------------------------------------------------------------------------------- names and generic
+
+%type <string> package_string;
 
 component_name_decl: identifier { component_declared(bsdl, $1); };
 component_name:      identifier { if (!component_name_matches(bsdl, $1)) RECOVER; };
@@ -17,14 +20,14 @@ component_name_action: identifier { if (!component_name_opens_part(bsdl, $1)) RE
 
 generic_parameter:
   GENERIC '(' PHYSICAL_PIN_MAP ':' STRING ')' ';'
-    { statement_passed(bsdl, "\tGeneric parameter passed"); }
+    { generic_passed(bsdl, nullptr, @3); }
 | GENERIC '(' PHYSICAL_PIN_MAP ':' STRING COL_EQ quoted_string ')' ';' rescan package_string
-    { statement_passed(bsdl, "\tGeneric parameter passed"); }
+    { generic_passed(bsdl, $package_string, @package_string); }
 | GENERIC '(' PHYSICAL_PIN_MAP ':' STRING COL_EQ error ')' ';'
     { statement_skipped(bsdl, "skipping generic_parameter due to errors"); }
 ;
 
-package_string: identifier { generic_default(bsdl, $1); };
+package_string: identifier;
 
 // ------------------------------------------------------------------------------------ use statements
 
@@ -77,7 +80,8 @@ user_package_or_not:
 // -------------------------------------------------------------------------------------- package files
 
 %type <package_name> pack_name;
-%type <integer> pack_std_use std_pack_package_id cell_context capt_instr data_source;
+%type <package_standard> pack_std_use;
+%type <integer> std_pack_package_id cell_context capt_instr data_source;
 %type <list> opt_def_const_list def_const_list
              opt_cell_desc_const_list cell_desc_const_list capt_desc_list;
 %type <deferred_constant> def_const;
@@ -92,7 +96,7 @@ user_package:
   END mode_none pack_name[end] ';'
     { if (!package_header_ends(bsdl, $name, $end)) RECOVER; }
   package_body[body]
-    { if (!package_read(bsdl, $name, $standard, $constants, $body)) RECOVER; }
+    { if (!package_read(bsdl, $name, $standard, $constants, $body, @0)) RECOVER; }
 ;
 
 pack_name:
@@ -104,8 +108,8 @@ pack_name:
 ;
 
 pack_std_use:
-  %empty                              { $$ = 0; }
-| USE std_pack_package_id '.' ALL ';' { $$ = $2; }
+  %empty                              { $$ = {}; }
+| USE std_pack_package_id '.' ALL ';' { $$ = {$2, @2}; }
 ;
 
 std_pack_package_id:
@@ -146,7 +150,7 @@ def_const:
 package_body:
   PACKAGE BODY pack_name[name] IS pack_std_use[standard] opt_cell_desc_const_list[cells]
   END pack_name[end] ';'
-    { if (!($$ = package_body_read(bsdl, $name, $end, $standard, $cells, @name))) RECOVER; }
+    { if (!($$ = package_body_read(bsdl, $name, $end, $standard, $cells))) RECOVER; }
 ;
 
 opt_cell_desc_const_list:

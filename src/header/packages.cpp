@@ -11,7 +11,8 @@
 
 PackageName *package_name(Bsdl *bsdl, const char *text, int32_t standard_bit)
 {
-    return model_new<PackageName>(bsdl, {.text = text, .standard_bit = standard_bit});
+    return model_new<PackageName>(
+        bsdl, {.text = text, .standard_bit = standard_bit, .place = scan_place(bsdl)});
 }
 
 void package_header_begun(Bsdl *bsdl, const PackageName *name)
@@ -26,8 +27,9 @@ bool package_header_ends(Bsdl *bsdl, const PackageName *name, const PackageName 
 {
     if (same_name(name->text, end_name->text))
         return true;
-    return parse_refused(bsdl, "package-end-mismatch",
-                         "User package name is not consistent: %s, %s", name->text, end_name->text);
+    syntax_error(bsdl, {"package-end-mismatch", end_name->place},
+                 "User package name is not consistent: %s, %s", name->text, end_name->text);
+    return false;
 }
 
 DeferredConstant *deferred_constant(Bsdl *bsdl, const char *name, Place place)
@@ -36,20 +38,20 @@ DeferredConstant *deferred_constant(Bsdl *bsdl, const char *name, Place place)
 }
 
 UserPackage *package_body_read(Bsdl *bsdl, const PackageName *name, const PackageName *end_name,
-                               int32_t standard, List cells, Place place)
+                               PackageStandard standard, List cells)
 {
     parse_message(bsdl, BSDL_LEVEL_PROGRESS, 3, nullptr, "\tReading package: %s", name->text);
     if (!same_name(name->text, end_name->text)) {
-        parse_refused(bsdl, "package-body-end-mismatch",
-                      "\tUser package name is not consistent: %s, %s", /* as is */
-                      name->text, end_name->text);
+        syntax_error(bsdl, {"package-body-end-mismatch", end_name->place},
+                     "\tUser package name is not consistent: %s, %s", /* as is */
+                     name->text, end_name->text);
         return nullptr;
     }
     return model_new<UserPackage>(bsdl, {.standard = standard,
                                          .name = name->text,
                                          .file_name = bsdl->data->current_package,
                                          .body_cells = cells.head,
-                                         .place = place});
+                                         .place = name->place});
 }
 
 static const char *issue_text(uint32_t bits)
@@ -59,32 +61,37 @@ static const char *issue_text(uint32_t bits)
     return bits & BSDL_STANDARD_BIT_1994 ? "1994" : "1990";
 }
 
-static void package_issue_compared(Bsdl *bsdl, uint32_t header, uint32_t body)
+// Header and body name the same standard, if both name one.
+static void package_issue_compared(const Bsdl *bsdl, PackageStandard standard)
 {
+    const uint32_t named = static_cast<uint32_t>(standard.bit);
     const uint32_t in_force = bsdl->standards & BSDL_STANDARD_MASK_1149_1;
-    if ((!header || header == in_force) && (!body || body == in_force))
-        return;
-    parse_message(bsdl, BSDL_LEVEL_WARNING, 2, "package-standard-differs",
-                  "User package '%s' is different from BSDL file package '%s'",
-                  issue_text(header ? header : body), issue_text(in_force));
+    if (named && named != in_force)
+        rule_message(BSDL_LEVEL_WARNING, 2, {"package-standard-differs", standard.place},
+                     "User package '%s' is different from BSDL file package '%s'",
+                     issue_text(named), issue_text(in_force));
 }
 
-bool package_read(Bsdl *bsdl, const PackageName *name, int32_t standard, List deferred_constants,
-                  UserPackage *body)
+bool package_read(Bsdl *bsdl, const PackageName *name, PackageStandard standard,
+                  List deferred_constants, UserPackage *body, Place use_place)
 {
     BsdlData *data = bsdl->data;
-    if (!same_name(name->text, body->name))
-        return parse_refused(bsdl, "package-body-mismatch",
-                             "User package name is not consistent: %s, %s", name->text, body->name);
-    if (standard && body->standard && standard != body->standard)
-        return parse_refused(
-            bsdl, "package-standard-mismatch",
+    if (!same_name(name->text, body->name)) {
+        syntax_error(bsdl, {"package-body-mismatch", body->place},
+                     "User package name is not consistent: %s, %s", name->text, body->name);
+        return false;
+    }
+    if (standard.bit && body->standard.bit && standard.bit != body->standard.bit) {
+        syntax_error(
+            bsdl, {"package-standard-mismatch", body->standard.place},
             "Standard use package is not consistent between user package and user package body");
-    package_issue_compared(bsdl, static_cast<uint32_t>(standard),
-                           static_cast<uint32_t>(body->standard));
+        return false;
+    }
+    package_issue_compared(bsdl, standard.bit ? standard : body->standard);
 
     body->deferred_constants = deferred_constants.head;
     body->file_path = data->package_file;
+    body->use_place = use_place;
     body->standard_file = name->standard_bit;
     model_append_to(bsdl, &data->user_packages, &data->user_packages_tail, body);
     data->current_package = nullptr;
@@ -163,8 +170,9 @@ static int32_t check_user_packages(Bsdl *bsdl, Arena *arena)
         UserPackage *package = packages[i];
         bsdl_msg(BSDL_LEVEL_PROGRESS, 3, "\tChecking package '%s'", package->name);
         if (index_find(&last, name_fold(package->name)) > i)
-            result |= rule_message(BSDL_LEVEL_ERROR, 1, {"package-included-twice", package->place},
-                                   "bsdl_package '%s' already included", package->name);
+            result |=
+                rule_message(BSDL_LEVEL_ERROR, 1, {"package-included-twice", package->use_place},
+                             "bsdl_package '%s' already included", package->name);
         result |= check_constants(arena, package);
         take_cells(bsdl, arena, package);
     }

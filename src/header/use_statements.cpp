@@ -29,6 +29,7 @@ bool use_std_1532_2001(Bsdl *bsdl, const char *token)
     if (bsdlIs1990(bsdl))
         return parse_refused(bsdl, "package-needs-1994",
                              "BSDL version must be STD_1149_1_1994 or higher");
+    bsdl->data->isc_use_place = scan_place(bsdl);
     add_standard(bsdl, BSDL_STANDARD_BIT_1532_2001);
     read_package(bsdl, "std_1532_2001.all", token);
     return true;
@@ -43,6 +44,7 @@ bool use_std_1532_2002(Bsdl *bsdl, const char *token)
     if (bsdlIs1994(bsdl))
         parse_message(bsdl, BSDL_LEVEL_WARNING, 2, "package-wants-2001",
                       "BSDL version must be STD_1149_1_2001 or higher");
+    bsdl->data->isc_use_place = scan_place(bsdl);
     add_standard(bsdl, BSDL_STANDARD_BIT_1532_2002);
     read_package(bsdl, "std_1532_2002.all", token);
     return true;
@@ -63,6 +65,7 @@ bool use_std_1149_6_2003(Bsdl *bsdl, const char *token)
     if (bsdlIs1990(bsdl) || bsdlIs1994(bsdl))
         return parse_refused(bsdl, "package-needs-2001",
                              "BSDL version must be STD_1149_1_2001 or higher");
+    bsdl->data->aio_use_place = scan_place(bsdl);
     add_standard(bsdl, BSDL_STANDARD_BIT_1149_6_2003);
     read_package(bsdl, "std_1149_6_2003.all", token);
     return true;

@@ -124,7 +124,6 @@ struct IscData {
     Place security_place;
     Place procedures_place;
     Place illegal_exits_place;
-    Place place;                 // of the first statement after ISC_Conformance
     IscTables *tables = nullptr; // made when first asked for
 
     // Positions in the lists that the queries go through. A walk starts anew when it gets another
@@ -216,7 +215,7 @@ int32_t isc_conformance_missing(Bsdl *bsdl);
 int32_t isc_conformance_option(Bsdl *bsdl, int32_t conformance);
 // NULL for an order that is refused; the error has been reported and counted.
 IscPinBehaviorSet *isc_pin_set(Bsdl *bsdl, IscPinOrder order, int32_t pin_behavior, List fixed_pins,
-                               int32_t status, Place fixed_pins_place);
+                               int32_t status, Place first, Place fixed_pins_place);
 IscSecurity *isc_security_new(Bsdl *bsdl, int32_t read, int32_t program, int32_t erase,
                               IscSecurity *key);
 IscSecurity *isc_security_key(Bsdl *bsdl, int32_t msb, int32_t lsb);

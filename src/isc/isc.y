@@ -63,8 +63,7 @@ bsdl_ext_1532:
           .blank_usercode_place = @blank_usercode,
           .security_place = @security,
           .procedures_place = @procedures,
-          .illegal_exits_place = @exits,
-          .place = @pins});
+          .illegal_exits_place = @exits});
     }
 ;
 
@@ -100,19 +99,19 @@ conformance_option:
 
 isc_pinbehavior_fixedpins_status:
   isc_pin_behavior isc_fixed_system_pins isc_status
-    { $$ = isc_pin_set(bsdl, ISC_ORDER_PIN_FIXED_STATUS, $1, $2, $3, @2); if (!$$) RECOVER; }
+    { $$ = isc_pin_set(bsdl, ISC_ORDER_PIN_FIXED_STATUS, $1, $2, $3, @1, @2); if (!$$) RECOVER; }
 | isc_pin_behavior isc_status
-    { $$ = isc_pin_set(bsdl, ISC_ORDER_PIN_STATUS, $1, {}, $2, {}); if (!$$) RECOVER; }
+    { $$ = isc_pin_set(bsdl, ISC_ORDER_PIN_STATUS, $1, {}, $2, @1, {}); if (!$$) RECOVER; }
 | isc_status isc_pin_behavior
-    { $$ = isc_pin_set(bsdl, ISC_ORDER_STATUS_PIN, $2, {}, $1, {}); if (!$$) RECOVER; }
+    { $$ = isc_pin_set(bsdl, ISC_ORDER_STATUS_PIN, $2, {}, $1, @1, {}); if (!$$) RECOVER; }
 | isc_status isc_fixed_system_pins isc_pin_behavior
-    { $$ = isc_pin_set(bsdl, ISC_ORDER_STATUS_FIXED_PIN, $3, $2, $1, @2); if (!$$) RECOVER; }
+    { $$ = isc_pin_set(bsdl, ISC_ORDER_STATUS_FIXED_PIN, $3, $2, $1, @1, @2); if (!$$) RECOVER; }
 | isc_status isc_pin_behavior isc_fixed_system_pins
-    { $$ = isc_pin_set(bsdl, ISC_ORDER_STATUS_PIN_FIXED, $2, $3, $1, @3); if (!$$) RECOVER; }
+    { $$ = isc_pin_set(bsdl, ISC_ORDER_STATUS_PIN_FIXED, $2, $3, $1, @1, @3); if (!$$) RECOVER; }
 | isc_fixed_system_pins isc_pin_behavior isc_status
-    { $$ = isc_pin_set(bsdl, ISC_ORDER_FIXED_PIN_STATUS, $2, $1, $3, @1); if (!$$) RECOVER; }
+    { $$ = isc_pin_set(bsdl, ISC_ORDER_FIXED_PIN_STATUS, $2, $1, $3, @1, @1); if (!$$) RECOVER; }
 | isc_fixed_system_pins isc_status isc_pin_behavior
-    { $$ = isc_pin_set(bsdl, ISC_ORDER_FIXED_STATUS_PIN, $3, $1, $2, @1); if (!$$) RECOVER; }
+    { $$ = isc_pin_set(bsdl, ISC_ORDER_FIXED_STATUS_PIN, $3, $1, $2, @1, @1); if (!$$) RECOVER; }
 ;
 
 isc_pin_behavior:

@@ -115,7 +115,8 @@ int32_t bsdl_check_isc(Bsdl *h)
     bsdl_msg(BSDL_LEVEL_PROGRESS, 2, "    BSDL ISC semantic checks");
     if (!data->isc) {
         rule_message(h->strict ? BSDL_LEVEL_ERROR : BSDL_LEVEL_WARNING, h->strict ? 1 : 3,
-                     {"isc-missing", entity_place()}, "BSDL ISC Extension not defined");
+                     {"isc-missing", place_or(data->isc_use_place, entity_place())},
+                     "BSDL ISC Extension not defined");
         if (h->strict)
             return BSDL_RESULT_NO_ISC;
     }
@@ -213,9 +214,8 @@ static int32_t check_security_instruction(Bsdl *bsdl, Place place)
                           "ISC_Security");
     const RegisterEntry *target = instruction->data_register;
     if (target && target->name && !same_text(target->name, "ISC_PDATA"))
-        return rule_error(
-            {"isc-security-instruction-target", token_place(instruction->place.begin)},
-            "instruction ISC_PROGRAM_SECURITY does not target ISC_PDATA register");
+        return rule_error({"isc-security-instruction-target", register_choice_place(instruction)},
+                          "instruction ISC_PROGRAM_SECURITY does not target ISC_PDATA register");
     return 0;
 }
 

@@ -37,12 +37,6 @@ constexpr uint32_t MANDATORY_INSTRUCTIONS = 4;
 
 } // namespace
 
-// What demands the registers.
-static Place isc_place(const Bsdl *bsdl)
-{
-    return bsdl->data->isc ? bsdl->data->isc->place : Place{};
-}
-
 // Other registers may have any name, also one that begins with ISC_.
 static int32_t check_registers(Bsdl *bsdl)
 {
@@ -58,10 +52,10 @@ static int32_t check_registers(Bsdl *bsdl)
     }
     int32_t result = 0;
     if (!has_default)
-        result |= rule_error({"isc-register-default-missing", isc_place(bsdl)},
+        result |= rule_error({"isc-register-default-missing", bsdl->data->isc_use_place},
                              "mandatory ISC register ISC_DEFAULT not available");
     if (!has_id)
-        result |= rule_error({"isc-register-id-missing", isc_place(bsdl)},
+        result |= rule_error({"isc-register-id-missing", bsdl->data->isc_use_place},
                              "mandatory ISC register DEVICE_ID not available");
     return result;
 }
@@ -101,7 +95,7 @@ static int32_t check_instructions(const Bsdl *bsdl)
         seen[row] = true;
         const RegisterEntry *target = entry->data_register;
         if (target && target->name && !may_select(&INSTRUCTIONS[row], target->name))
-            result |= rule_error({"isc-instruction-target", token_place(entry->place.begin)},
+            result |= rule_error({"isc-instruction-target", register_choice_place(entry)},
                                  "ISC instruction %s has incorrect target register %s",
                                  shown(entry->name), target->name);
     }

@@ -80,8 +80,8 @@ void isc_family_passed(Bsdl *bsdl, const IscData &values)
 int32_t isc_conformance_missing(Bsdl *bsdl)
 {
     if (bsdl->standards & BSDL_STANDARD_BIT_1532_2002)
-        parse_message(bsdl, BSDL_LEVEL_WARNING, 2, "isc-conformance-missing",
-                      "ISC_Conformance statement required for Std_1532_2002");
+        rule_message(BSDL_LEVEL_WARNING, 2, {"isc-conformance-missing", bsdl->data->isc_use_place},
+                     "ISC_Conformance statement required for Std_1532_2002");
     return ISC_CONFORMANCE_NONE;
 }
 
@@ -120,15 +120,16 @@ static constexpr PinOrderTexts PIN_ORDERS[] = {
 };
 
 IscPinBehaviorSet *isc_pin_set(Bsdl *bsdl, IscPinOrder order, int32_t pin_behavior, List fixed_pins,
-                               int32_t status, Place fixed_pins_place)
+                               int32_t status, Place first, Place fixed_pins_place)
 {
     const PinOrderTexts &texts = PIN_ORDERS[order];
+    // Whatever the order, the first statement stands too early.
     if (texts.error && bsdl->strict) {
-        parse_refused(bsdl, "isc-statement-order", "%s", texts.error);
+        syntax_error(bsdl, {"isc-statement-order", first}, "%s", texts.error);
         return nullptr;
     }
     if (texts.warning)
-        parse_message(bsdl, BSDL_LEVEL_WARNING, 2, "isc-statement-order", "%s", texts.warning);
+        rule_message(BSDL_LEVEL_WARNING, 2, {"isc-statement-order", first}, "%s", texts.warning);
     if (texts.no_fixed_pins)
         isc_absent(bsdl, ISC_STATEMENT_FIXED_PINS);
 

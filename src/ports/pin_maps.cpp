@@ -73,10 +73,11 @@ int32_t bsdl_check_generic(Bsdl *bsdl)
         return BSDL_RESULT_MISSING;
 
     const char *package = bsdl->default_package;
+    const Place place = place_or(data->default_package_place, entity_place());
     if (!package) {
         int32_t result =
             rule_message(bsdl->strict ? BSDL_LEVEL_ERROR : BSDL_LEVEL_WARNING, bsdl->strict ? 1 : 2,
-                         {"pin-mapping-unspecified", entity_place()},
+                         {"pin-mapping-unspecified", place},
                          "No default_device_package and no <pin mapping> name are specified");
         if (bsdl->strict)
             return result;
@@ -93,8 +94,8 @@ int32_t bsdl_check_generic(Bsdl *bsdl)
     bool multiple = data->pin_maps->next;
     bool warn = !bsdl->strict && !multiple;
     return rule_message(warn ? BSDL_LEVEL_WARNING : BSDL_LEVEL_ERROR, warn ? 2 : 1,
-                        {"pin-mapping-missing", entity_place()},
-                        "pin_mapping '%s' does not exist%s", shown(package),
+                        {"pin-mapping-missing", place}, "pin_mapping '%s' does not exist%s",
+                        shown(package),
                         multiple && !bsdl->strict ? " and multiple pinmaps defined" : "");
 }
 

@@ -132,9 +132,8 @@ int32_t bsdl_check_optional_reg(Bsdl *h)
 
     int32_t result = 0;
     if (bsdlIs1532(h) && (!codes->idcode_patterns || !codes->usercode_patterns))
-        result =
-            rule_error({"isc-identification-missing", h->data->isc ? h->data->isc->place : Place{}},
-                       "idcode & usercode register are mandatory for ISC1532");
+        result = rule_error({"isc-identification-missing", h->data->isc_use_place},
+                            "idcode & usercode register are mandatory for ISC1532");
     if (codes->idcode_patterns) {
         result = check_idcodes(h, codes, result);
         if (codes->usercode_patterns)

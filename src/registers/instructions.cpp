@@ -122,19 +122,26 @@ InstructionEntry *find_instruction(Bsdl *bsdl, const char *name)
     return at == INDEX_NONE ? nullptr : lookups->instruction_table[at];
 }
 
-bool associate_instruction(Bsdl *bsdl, const char *name, RegisterEntry *data_register)
+bool associate_instruction(Bsdl *bsdl, const char *name, RegisterEntry *data_register,
+                           const InstructionCapture *listed)
 {
     InstructionEntry *entry = find_instruction(bsdl, name);
     if (!entry)
         return false;
     // The caller decides whether this makes its check fail; most do not.
     if (entry->data_register)
-        rule_error({"instruction-already-associated", token_place(entry->place.begin)},
+        rule_error({"instruction-already-associated",
+                    token_place(listed ? listed->place.begin : entry->place.begin)},
                    "instruction '%s' is already associated with register '%s'", entry->name,
                    shown(entry->data_register->name));
     else
         entry->data_register = data_register;
     return true;
+}
+
+Place register_choice_place(const InstructionEntry *entry)
+{
+    return token_place(entry->capture ? entry->capture->place.begin : entry->place.begin);
 }
 
 // ----------------------------------------------------------------------------------------- queries

@@ -156,7 +156,7 @@ static void link_instructions(RegisterCheck *check)
 {
     for (RegisterEntry *entry : items<RegisterEntry>(check->registers.head)) {
         for (const InstructionCapture *record : items<InstructionCapture>(entry->captures)) {
-            if (!associate_instruction(check->bsdl, record->name, entry))
+            if (!associate_instruction(check->bsdl, record->name, entry, record))
                 check->result |=
                     rule_error({"register-instruction-unknown", token_place(record->place.begin)},
                                "instruction '%s' in register access table is not "
@@ -221,17 +221,13 @@ static void take_implied_register(RegisterCheck *check, InstructionEntry *instru
             "%s register not found while %s instruction is used", implied->name, instruction->name);
 }
 
-static void check_mandatory(RegisterCheck *check, InstructionEntry *instruction)
+static void check_mandatory(RegisterCheck *check, const InstructionEntry *instruction)
 {
     const RegisterEntry *given = instruction->data_register;
-    if (same_text(instruction->name, "BYPASS") && given && !same_text(given->name, "BYPASS"))
-        check->result |= rule_error({"bypass-register", token_place(instruction->place.begin)},
+    if (same_text(instruction->name, "BYPASS") && !same_text(given->name, "BYPASS"))
+        check->result |= rule_error({"bypass-register", register_choice_place(instruction)},
                                     "MANDATORY instruction '%s' uses invalid register %s",
                                     instruction->name, given->name);
-    if (!given)
-        take_implied_register(check, instruction);
-    if (!instruction->data_register)
-        return;
     // The standard says what a mandatory instruction captures.
     for (uint32_t at = first_capture(check, instruction); at != INDEX_NONE;
          at = check->next_same[at]) {
@@ -247,17 +243,20 @@ static void check_instructions(RegisterCheck *check)
 {
     const GSList *instructions = check->bsdl->data->instruction_register->opcode_table;
     for (InstructionEntry *instruction : items<InstructionEntry>(instructions)) {
+        const bool mandatory = instruction->type == INSTRUCTION_TYPE_MANDATORY;
         if (instruction->type == INSTRUCTION_TYPE_PUBLIC && !instruction->data_register)
             check->result |= rule_error(
                 {"public-instruction-without-register", token_place(instruction->place.begin)},
                 "public instruction '%s' has no associated register", instruction->name);
-        if (instruction->type == INSTRUCTION_TYPE_MANDATORY)
-            check_mandatory(check, instruction);
+        if (mandatory && !instruction->data_register)
+            take_implied_register(check, instruction);
         if (!instruction->data_register)
             continue;
-        uint32_t first = first_capture(check, instruction);
+        const uint32_t first = first_capture(check, instruction);
         instruction->capture_register = instruction->data_register;
         instruction->capture = first == INDEX_NONE ? nullptr : check->records[first];
+        if (mandatory)
+            check_mandatory(check, instruction);
     }
 }
 

@@ -82,8 +82,13 @@ InstructionEntry *find_instruction(Bsdl *bsdl, const char *name);
 RegisterEntry *find_register(Bsdl *bsdl, const char *name); // NULL for a NULL name
 
 // False when no instruction has the name. An instruction without a register gets the given one. For
-// one that has a register the error is sent. With a NULL register the call is a mere test.
-bool associate_instruction(Bsdl *bsdl, const char *name, RegisterEntry *data_register);
+// one that has a register the error is sent, for where the file lists it (`listed`, may be NULL).
+// With a NULL register the call is a mere test.
+bool associate_instruction(Bsdl *bsdl, const char *name, RegisterEntry *data_register,
+                           const InstructionCapture *listed = nullptr);
+
+// Where REGISTER_ACCESS lists the instruction, or else its name in the opcode table.
+Place register_choice_place(const InstructionEntry *entry);
 
 // Actions of the grammar.
 

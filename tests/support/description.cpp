@@ -162,15 +162,23 @@ Messages errors_and_warnings(const Messages &messages)
 
 Reading::Reading(const std::string &text, const Options &options) : folder_(new_folder())
 {
-    path_ = folder_ + "/" + options.name;
-    write_text(path_, text);
-    for (const auto &[name, content] : options.files)
-        write_text(folder_ + "/" + name, content);
+    path_ = options.from_memory ? options.name : folder_ + "/" + options.name;
+    context_ = {sink, this, options.verbosity};
     GSList *dirs = nullptr;
     for (const std::string &dir : options.package_dirs)
         dirs = g_slist_append(dirs, const_cast<char *>(dir.c_str()));
-    context_ = {sink, this, options.verbosity};
-    handle_ = readBsdl(path_.c_str(), options.package, dirs, options.flags, &context_);
+    if (options.from_memory) {
+        std::vector<BsdlPackageText> packages;
+        for (const auto &[name, content] : options.files)
+            packages.push_back({name.c_str(), nullptr, content.data(), content.size()});
+        handle_ = readBsdlText(text.data(), text.size(), path_.c_str(), options.package, dirs,
+                               options.flags, &context_, packages.data(), packages.size());
+    } else {
+        write_text(path_, text);
+        for (const auto &[name, content] : options.files)
+            write_text(folder_ + "/" + name, content);
+        handle_ = readBsdl(path_.c_str(), options.package, dirs, options.flags, &context_);
+    }
     g_slist_free(dirs);
 }
 

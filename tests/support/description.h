@@ -126,6 +126,7 @@ struct Options {
     // Files put beside the description: name and text.
     std::map<std::string, std::string> files = {};
     std::string name = "test.bsd";
+    bool from_memory = false; // the files are texts, and messages call them by these names
 };
 
 constexpr unsigned STRICT = 1u << 3;
