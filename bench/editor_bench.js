@@ -1,8 +1,10 @@
 // How fast the language server answers: node bench/editor_bench.js [EDITS [small|large|leak]]
 //
 // Medians over random edits of a description of 100 KB and one of 2 MB: from a change to the
-// library's findings, hover and completion, and the memory of the server as
-// a multiple of the open text. After `npm ci` in tests/lsp; TARNLET names the program.
+// library's findings, hover and completion, and what the open text adds to the memory of the
+// server, as a multiple of the text: settled and at its peak. Where both sizes are measured, the
+// peak's growth from the one to the other shows what a text takes without what the process takes
+// once. After `npm ci` in tests/lsp; TARNLET names the program.
 "use strict";
 const fs = require("node:fs");
 const { performance } = require("node:perf_hooks");
@@ -16,10 +18,14 @@ const {
 const EDITS = Number(process.argv[2] || 50);
 
 const median = (list) => list.sort((a, b) => a - b)[list.length >> 1];
-const residentKiB = (pid) =>
+const statusKiB = (pid, name) =>
   Number(
-    /VmRSS:\s+(\d+)/.exec(fs.readFileSync(`/proc/${pid}/status`, "utf8"))[1],
+    new RegExp(`${name}:\\s+(\\d+)`).exec(
+      fs.readFileSync(`/proc/${pid}/status`, "utf8"),
+    )[1],
   );
+const residentKiB = (pid) => statusKiB(pid, "VmRSS");
+const peakKiB = (pid) => statusKiB(pid, "VmHWM");
 
 // A server that has seen a description, so that what is measured is what a text takes.
 async function warm() {
@@ -39,7 +45,6 @@ async function measure(name, text) {
   const times = { findings: [], hover: [], completion: [] };
   const published = () => client.published.get(uri);
   let random = 1;
-  let most = 0;
   const told = (version) =>
     new Promise((resolve) => {
       const check = () => published().version === version && (resolve(), true);
@@ -59,20 +64,22 @@ async function measure(name, text) {
       await client.request(`textDocument/${kind}`, where);
       times[kind].push(performance.now() - asked);
     }
-    most = Math.max(most, residentKiB(client.process.pid));
     client.edit(uri, at, at + 1, text[at]);
     await told(version + 1);
   }
   await client.findings(uri);
+  const settled = residentKiB(client.process.pid);
+  const peak = peakKiB(client.process.pid);
   const times_of_text = (kib) =>
     (((kib - empty) * 1024) / text.length).toFixed(1);
   console.log(
     `${name}: findings ${median(times.findings).toFixed(1)} ms, hover ${median(times.hover).toFixed(1)} ms, ` +
-      `completion ${median(times.completion).toFixed(1)} ms; memory ` +
-      `${times_of_text(residentKiB(client.process.pid))} times the text, ` +
-      `${times_of_text(most)} at most while it is edited`,
+      `completion ${median(times.completion).toFixed(1)} ms; memory: ` +
+      `${empty} KiB without a text, ${settled} KiB with it (${times_of_text(settled)} times ` +
+      `the text more), ${peak} KiB at its peak (${times_of_text(peak)} times)`,
   );
   await client.stop();
+  return { peak, size: text.length };
 }
 
 async function leak() {
@@ -98,7 +105,12 @@ async function leak() {
 (async () => {
   const parts = process.argv.slice(3);
   const wanted = (part) => !parts.length || parts.includes(part);
-  if (wanted("small")) await measure("100 KB", description(100e3));
-  if (wanted("large")) await measure("2 MB", description(2e6));
+  const small =
+    wanted("small") && (await measure("100 KB", description(100e3)));
+  const large = wanted("large") && (await measure("2 MB", description(2e6)));
+  if (small && large)
+    console.log(
+      `the peak grows by ${(((large.peak - small.peak) * 1024) / (large.size - small.size)).toFixed(1)} times the text`,
+    );
   if (wanted("leak")) await leak();
 })();

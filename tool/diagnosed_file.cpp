@@ -14,7 +14,7 @@ static int32_t ask(void *cancelled) noexcept
     return (*static_cast<const std::function<bool()> *>(cancelled))();
 }
 
-DiagnosisHandle diagnose_text(const std::string &text, const std::string &name,
+DiagnosisHandle diagnose_text(std::string_view text, const std::string &name,
                               const DiagnosisChoice &choice,
                               const std::vector<BsdlPackageText> &packages)
 {
@@ -41,17 +41,18 @@ DiagnosisHandle diagnose_text(const std::string &text, const std::string &name,
 DiagnosedFile::DiagnosedFile(const std::string &given, const DiagnosisChoice &choice)
     : path(given), name(is_standard_input(given) ? "<stdin>" : given)
 {
-    if (!read_bytes(path, text)) {
+    if (!read_bytes(path, own_text)) {
         cannot_read(FileState::NOT_OPENED, "file-not-opened", "Could not open file '" + name + "'");
         return;
     }
+    text = own_text;
     diagnose(choice, {});
 }
 
-DiagnosedFile::DiagnosedFile(const std::string &given, std::string bytes,
+DiagnosedFile::DiagnosedFile(const std::string &given, std::string_view bytes,
                              const DiagnosisChoice &choice,
                              const std::vector<BsdlPackageText> &packages)
-    : path(given), name(given), text(std::move(bytes))
+    : path(given), name(given), text(bytes)
 {
     diagnose(choice, packages);
 }

@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 // How files are diagnosed.
@@ -27,9 +28,9 @@ class DiagnosedFile
 {
   public:
     DiagnosedFile(const std::string &path, const DiagnosisChoice &choice);
-    // A text that counts in place of that of the file. When the diagnosis was cancelled, the state
-    // is not READ.
-    DiagnosedFile(const std::string &path, std::string text, const DiagnosisChoice &choice,
+    // A text that counts in place of that of the file, and outlives this. When the diagnosis was
+    // cancelled, the state is not READ.
+    DiagnosedFile(const std::string &path, std::string_view text, const DiagnosisChoice &choice,
                   const std::vector<BsdlPackageText> &packages);
     DiagnosedFile(const DiagnosedFile &) = delete; // what it finds points into it
     DiagnosedFile &operator=(const DiagnosedFile &) = delete;
@@ -37,7 +38,7 @@ class DiagnosedFile
     const std::string path; // as on the command line
     const std::string name; // for people: the path, or <stdin>
     FileState state = FileState::READ;
-    std::string text; // the bytes of the file
+    std::string_view text; // the bytes of the file
     bool is_package = false;
     DiagnosisHandle diagnosis;
     std::vector<const BsdlFinding *> findings;
@@ -57,11 +58,12 @@ class DiagnosedFile
                           std::vector<BsdlPackageText> packages);
     void cannot_read(FileState why, const char *rule, std::string reason);
 
+    std::string own_text; // where it was read from the file
     std::string problem_text;
     BsdlFinding problem = {};
 };
 
 // Diagnoses a text that is to take the place of that of the file.
-DiagnosisHandle diagnose_text(const std::string &text, const std::string &name,
+DiagnosisHandle diagnose_text(std::string_view text, const std::string &name,
                               const DiagnosisChoice &choice,
                               const std::vector<BsdlPackageText> &packages = {});

@@ -106,7 +106,7 @@ FixedText Fixing::run(FixChoice fix)
         if (found->edit_count && !found->suppressed && (found->fix_sure || fix == FixChoice::ALL))
             wanted.push_back(found);
     const size_t all = wanted.size();
-    FixedText result = {.text = file.text};
+    FixedText result = {.text = std::string(file.text)};
     if (wanted.empty())
         return result;
     Findings kept = wanted;
@@ -232,8 +232,7 @@ static std::string range(size_t from, size_t count)
            (count == 1 ? "" : "," + std::to_string(count));
 }
 
-std::string unified_diff(const std::string &name, const std::string &before,
-                         const std::string &after)
+std::string unified_diff(const std::string &name, std::string_view before, const std::string &after)
 {
     const Lines old_lines = lines_of(before);
     const Lines new_lines = lines_of(after);

@@ -24,5 +24,5 @@ FixedText fix_text(const DiagnosedFile &file, const DiagnosisChoice &choice, Fix
 bool replace_file(const DiagnosedFile &file, const std::string &text);
 
 // What `patch` takes: the lines that differ with three lines around them.
-std::string unified_diff(const std::string &name, const std::string &before,
+std::string unified_diff(const std::string &name, std::string_view before,
                          const std::string &after);

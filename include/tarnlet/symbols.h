@@ -105,7 +105,8 @@ enum BsdlStatementKind {
 typedef struct BsdlStatement {
     int32_t kind;          /**< See BsdlStatementKind. */
     uint32_t begin;        /**< Offset of its first word or comment. */
-    uint32_t end;          /**< Offset after its ';' or, where that is missing, its last byte. */
+    uint32_t end;          /**< Offset after its ';' or, where that is missing, its last word or
+                                sign. Comments behind that are its symbols but lie beyond. */
     uint32_t first_symbol; /**< Index of its first symbol. */
     uint32_t symbol_count;
     int32_t name;   /**< Index of the symbol that names it: the attribute, constant, component

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 // A text with the edits made so far, and the way from its bytes back to those of the original.
@@ -15,6 +16,7 @@ class EditedText
 
     std::string_view original() const { return original_text; }
     const std::string &text() const { return current; }
+    std::string take_text() { return std::move(current); } // the last thing asked of it
 
     // The edits in bytes of the original; nothing when one touches what an earlier edit has put in.
     std::optional<std::vector<TextEdit>> in_original(const std::vector<TextEdit> &edits) const;

@@ -59,6 +59,7 @@ class Search
     void say_what_was_not_checked();
     void to_findings();
     Finding finding_of(const Draft &draft, const Mend *mend) const;
+    const std::string &text() const { return mended.edited.text(); }
     Draft *add(Draft draft);
     void set_place(Draft &draft) const;
     bool is_told(const Said &said, size_t at) const;
@@ -155,7 +156,7 @@ void Search::check_each_pin_map()
     for (size_t i = 0; i < maps.size(); i++) {
         ReadingOptions with_map = *options;
         with_map.package = maps[i].c_str();
-        CheckedText checked = check_text(found.text, with_map);
+        CheckedText checked = check_text(text(), with_map);
         for (Said &said : checked.messages) {
             if (!tells_a_mistake(said))
                 continue;
@@ -230,7 +231,7 @@ void Search::doubt_mends()
         if (mend == mend_of.end() || mend->second->edits.empty())
             continue;
         const size_t at = mended.edited.from_original(mend->second->edits.front().begin);
-        const TextRange statement = statement_around(found.text, at);
+        const TextRange statement = statement_around(text(), at);
         for (const auto &other : drafts)
             if (other->has_place() && !other->is_note && other->begin >= statement.begin &&
                 other->begin < statement.end)
@@ -336,20 +337,20 @@ void Search::say_what_was_not_checked()
 
 Found Search::run()
 {
-    found.text = mended.edited.text();
     draft_mends();
     draft_missing_packages();
     check_each_pin_map();
     draft_messages();
     doubt_mends();
-    fold_alike(found.text, drafts);
+    fold_alike(text(), drafts);
     Work repairs = *work;
     repairs.bytes_left = std::min(repairs.bytes_left, BYTES_OF_REPAIRS);
-    repair_findings({found.text, *options, found.checked, pin_map, &repairs}, drafts);
+    repair_findings({text(), *options, found.checked, pin_map, &repairs}, drafts);
     work->was_cancelled |= repairs.was_cancelled;
     find_follow_ups(drafts, broken);
     say_what_was_not_checked();
     to_findings();
+    found.text = mended.edited.take_text();
     return std::move(found);
 }
 

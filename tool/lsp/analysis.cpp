@@ -100,10 +100,7 @@ std::shared_ptr<const Findings> diagnose(const Job &job, bool as_read,
 
 // ---------------------------------------------------------------------------------- in background
 
-Analysis::Analysis(Done to)
-    : done(std::move(to)), reading([this] { run(true); }), mending([this] { run(false); })
-{
-}
+Analysis::Analysis(Done to) : done(std::move(to)), thread([this] { run(); }) {}
 
 void Analysis::stop()
 {
@@ -111,10 +108,9 @@ void Analysis::stop()
         const std::lock_guard hold(lock);
         ending = true;
     }
-    wake.notify_all();
-    for (std::thread *thread : {&reading, &mending})
-        if (thread->joinable())
-            thread->join();
+    wake.notify_one();
+    if (thread.joinable())
+        thread.join();
 }
 
 void Analysis::start(Job job)
@@ -125,7 +121,7 @@ void Analysis::start(Job job)
         unmended.erase(job.uri);
         unread.insert_or_assign(job.uri, std::move(job));
     }
-    wake.notify_all();
+    wake.notify_one();
 }
 
 void Analysis::forget(const std::string &uri)
@@ -148,41 +144,42 @@ void Analysis::ask_for_end()
 }
 
 // The next job; false at the end.
-bool Analysis::take(Jobs &from, Job &job)
+bool Analysis::take(Job &job, bool &as_read)
 {
     std::unique_lock hold(lock);
-    wake.wait(hold, [&] { return ending || !from.empty(); });
+    wake.wait(hold, [&] { return ending || !unread.empty() || !unmended.empty(); });
     if (ending)
         return false;
+    as_read = !unread.empty();
+    Jobs &from = as_read ? unread : unmended;
     job = std::move(from.begin()->second);
     from.erase(from.begin());
-    working++;
+    working = true;
     return true;
 }
 
-void Analysis::finish(const Job &job, bool as_read)
+void Analysis::finish(Job job, bool is_to_be_mended)
 {
     bool end;
     {
         const std::lock_guard hold(lock);
         const auto counts = newest.find(job.uri);
-        if (as_read && !job.excluded && counts != newest.end() && counts->second == job.number)
-            unmended.insert_or_assign(job.uri, job);
-        working--;
-        end = end_asked_for && !working && unread.empty() && unmended.empty();
+        if (is_to_be_mended && counts != newest.end() && counts->second == job.number)
+            unmended.insert_or_assign(job.uri, std::move(job));
+        working = false;
+        end = end_asked_for && unread.empty() && unmended.empty();
         if (end)
             end_asked_for = false;
     }
-    wake.notify_all();
     if (end)
         done(nullptr);
 }
 
-bool Analysis::is_outdated(const Job &job)
+bool Analysis::is_called_off(const Job &job)
 {
     const std::lock_guard hold(lock);
     const auto counts = newest.find(job.uri);
-    return ending || counts == newest.end() || counts->second != job.number;
+    return ending || !unread.empty() || counts == newest.end() || counts->second != job.number;
 }
 
 // The model of a large description is many times its text, and is not needed until the next edit.
@@ -193,17 +190,20 @@ static void give_back_memory()
 #endif
 }
 
-void Analysis::run(bool as_read)
+void Analysis::run()
 {
-    for (Job job; take(as_read ? unread : unmended, job); job = {}) {
+    bool as_read;
+    for (Job job; take(job, as_read);) {
+        bool called_off = false;
         std::function<bool()> cancelled;
         if (!as_read)
-            cancelled = [&] { return is_outdated(job); };
+            cancelled = [&] { return called_off = is_called_off(job); };
         if (std::shared_ptr<const Findings> findings = diagnose(job, as_read, cancelled))
             done(std::move(findings));
-        if (!as_read)
+        if (!as_read && !called_off)
             give_back_memory();
-        finish(job, as_read);
+        const bool is_to_be_mended = as_read ? !job.excluded : called_off;
+        finish(std::move(job), is_to_be_mended);
     }
 }
 

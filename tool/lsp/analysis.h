@@ -97,8 +97,9 @@ struct Findings {
 std::shared_ptr<const Findings> diagnose(const Job &job, bool as_read,
                                          const std::function<bool()> &cancelled = {});
 
-// Diagnoses texts in the background, the newest text of each file: one thread as it is read, which
-// is fast, another with the fixes, whose search a newer text ends.
+// Diagnoses texts in the background, the newest text of each file: as it is read, which is fast,
+// and with the fixes once nothing else waits. A new text ends the search for fixes, of whatever
+// file: one model is in memory at a time.
 class Analysis
 {
   public:
@@ -116,10 +117,10 @@ class Analysis
   private:
     using Jobs = std::map<std::string, Job>; // by URI
 
-    void run(bool as_read);
-    bool take(Jobs &from, Job &job);
-    void finish(const Job &job, bool as_read);
-    bool is_outdated(const Job &job);
+    void run();
+    bool take(Job &job, bool &as_read);
+    void finish(Job job, bool is_to_be_mended);
+    bool is_called_off(const Job &job);
 
     Done done;
     std::mutex lock;
@@ -128,11 +129,10 @@ class Analysis
     Jobs unmended;
     std::map<std::string, uint64_t> newest; // number of the job of a file that counts
     uint64_t jobs = 0;
-    int working = 0;
+    bool working = false;
     bool end_asked_for = false;
     bool ending = false;
-    std::thread reading;
-    std::thread mending;
+    std::thread thread;
 };
 
 } // namespace lsp

@@ -210,7 +210,7 @@ void Completing::statements()
 void Completing::ports(const std::string &statement)
 {
     const BsdlStatement *here = statement_here();
-    const std::vector<BsdlSymbol> &symbols = document.symbols();
+    const std::span<const BsdlSymbol> symbols = document.symbols();
     std::vector<bool> taken(symbols.size());
     for (uint32_t i = 0; here && i < here->symbol_count; i++) {
         const BsdlSymbol &symbol = symbols[here->first_symbol + i];
@@ -376,7 +376,7 @@ const BsdlStatement *Completing::statement_here() const
 // its rows, and the row.
 std::string Completing::up_to_word(const BsdlStatement &statement) const
 {
-    const std::vector<BsdlSymbol> &symbols = document.symbols();
+    const std::span<const BsdlSymbol> symbols = document.symbols();
     const auto begin = symbols.begin() + statement.first_symbol;
     const auto end = begin + statement.symbol_count;
     const auto in_string = [](const BsdlSymbol &symbol) {

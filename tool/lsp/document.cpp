@@ -107,7 +107,7 @@ void Document::find_lines()
         if (c == '\n' || (c == '\r' && (i + 1 == content->size() || (*content)[i + 1] != '\n')))
             lines.push_back(i + 1);
     }
-    known = false;
+    found.reset();
 }
 
 uint32_t Document::line_end(uint32_t line) const
@@ -218,31 +218,23 @@ void Document::change(const json &changes)
 
 // ---------------------------------------------------------------------------------------- symbols
 
-void Document::find_symbols() const
+BsdlSymbols *Document::found_symbols() const
 {
-    if (known)
-        return;
-    known = true;
-    found.clear();
-    found_statements.clear();
-    BsdlSymbols *symbols = bsdlSymbolsOf(content->data(), content->size());
-    if (const uint32_t count = bsdlSymbolCount(symbols))
-        found.assign(bsdlSymbolAt(symbols, 0), bsdlSymbolAt(symbols, 0) + count);
-    if (const uint32_t count = bsdlStatementCount(symbols))
-        found_statements.assign(bsdlStatementAt(symbols, 0), bsdlStatementAt(symbols, 0) + count);
-    bsdlSymbolsRelease(symbols);
+    if (!found)
+        found.reset(bsdlSymbolsOf(content->data(), content->size()));
+    return found.get();
 }
 
-const std::vector<BsdlSymbol> &Document::symbols() const
+std::span<const BsdlSymbol> Document::symbols() const
 {
-    find_symbols();
-    return found;
+    const BsdlSymbols *symbols = found_symbols();
+    return {bsdlSymbolAt(symbols, 0), bsdlSymbolCount(symbols)};
 }
 
-const std::vector<BsdlStatement> &Document::statements() const
+std::span<const BsdlStatement> Document::statements() const
 {
-    find_symbols();
-    return found_statements;
+    const BsdlSymbols *symbols = found_symbols();
+    return {bsdlStatementAt(symbols, 0), bsdlStatementCount(symbols)};
 }
 
 std::vector<std::pair<uint32_t, uint32_t>> Document::parts(const BsdlSymbol &symbol) const
@@ -288,7 +280,7 @@ std::string Document::statement_name(const BsdlStatement &statement) const
 
 std::optional<uint32_t> Document::symbol_at(uint32_t offset) const
 {
-    const std::vector<BsdlSymbol> &all = symbols();
+    const std::span<const BsdlSymbol> all = symbols();
     auto at = std::upper_bound(
         all.begin(), all.end(), offset,
         [](uint32_t position, const BsdlSymbol &symbol) { return position < symbol.begin; });

@@ -6,6 +6,7 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,6 +22,10 @@ enum class Encoding : uint8_t { UTF16, UTF8 };
 struct Position {
     uint32_t line = 0;
     uint32_t column = 0;
+};
+
+struct ReleaseSymbols {
+    void operator()(BsdlSymbols *symbols) const { bsdlSymbolsRelease(symbols); }
 };
 
 // A text with its symbols: one that the client has open, or a package file that was read. The text
@@ -52,8 +57,8 @@ class Document
 
     // ------------------------------------------------------------------------------- symbols
 
-    const std::vector<BsdlSymbol> &symbols() const;
-    const std::vector<BsdlStatement> &statements() const;
+    std::span<const BsdlSymbol> symbols() const;
+    std::span<const BsdlStatement> statements() const;
     std::string_view raw(uint32_t begin, uint32_t end) const
     {
         return std::string_view(*content).substr(begin, end - begin);
@@ -76,7 +81,7 @@ class Document
 
     void replace(std::vector<Replaced> &from_the_end);
     void find_lines();
-    void find_symbols() const;
+    BsdlSymbols *found_symbols() const;
 
     std::string name;
     std::string file;
@@ -84,9 +89,8 @@ class Document
     int64_t number;
     Encoding encoding;
     std::vector<uint32_t> lines;
-    mutable bool known = false;
-    mutable std::vector<BsdlSymbol> found;
-    mutable std::vector<BsdlStatement> found_statements;
+    // Found when somebody asks, as the text of most versions is never looked at.
+    mutable std::unique_ptr<BsdlSymbols, ReleaseSymbols> found;
 };
 
 std::string path_of_uri(std::string_view uri);

@@ -124,7 +124,7 @@ static bool only_string(const Document &document, uint32_t line, uint32_t &begin
 // Whether the words of the line are exactly the words of one row.
 static bool is_whole_row(const Document &document, uint32_t begin, uint32_t end)
 {
-    const std::vector<BsdlSymbol> &symbols = document.symbols();
+    const std::span<const BsdlSymbol> symbols = document.symbols();
     auto first = std::lower_bound(
         symbols.begin(), symbols.end(), begin,
         [](const BsdlSymbol &symbol, uint32_t offset) { return symbol.begin < offset; });
@@ -169,7 +169,7 @@ static bool is_lined_up(const Document &document, const std::vector<Line> &lines
         std::set<uint32_t> begins, ends;
     };
     std::map<std::pair<uint8_t, int16_t>, Column> columns; // by kind and place
-    const std::vector<BsdlSymbol> &symbols = document.symbols();
+    const std::span<const BsdlSymbol> symbols = document.symbols();
     for (const Line &line : lines) {
         auto symbol = std::lower_bound(
             symbols.begin(), symbols.end(), line.begin,

@@ -82,7 +82,7 @@ static constexpr size_t MANY = 12; // lines of one kind
 
 static std::string about_port(const Document &document, uint32_t port)
 {
-    const std::vector<BsdlSymbol> &symbols = document.symbols();
+    const std::span<const BsdlSymbol> symbols = document.symbols();
     std::string text = "**" + document.word(symbols[port]) + "** port";
     if (const std::string declared = declaration_of(document, port); !declared.empty())
         text += ", `" + declared + "`";
@@ -209,7 +209,7 @@ static std::string about_cell_name(Workspace &workspace, const Document &documen
 
 static std::string about_use(const Document &document, uint32_t index, const char *what)
 {
-    const std::vector<BsdlSymbol> &symbols = document.symbols();
+    const std::span<const BsdlSymbol> symbols = document.symbols();
     size_t uses = 0;
     for (const BsdlSymbol &other : symbols)
         uses += symbols[index].refers_to >= 0 && other.refers_to == symbols[index].refers_to &&

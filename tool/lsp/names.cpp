@@ -52,7 +52,7 @@ static bool is_shared(uint8_t kind)
 
 static std::vector<uint32_t> uses_in(const Document &document, uint32_t of)
 {
-    const std::vector<BsdlSymbol> &symbols = document.symbols();
+    const std::span<const BsdlSymbol> symbols = document.symbols();
     const BsdlSymbol &symbol = symbols[of];
     std::vector<uint32_t> uses;
     if (symbol.refers_to < 0) {

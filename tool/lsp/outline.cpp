@@ -210,7 +210,7 @@ static json selection_range(const Document &document, uint32_t offset)
             ranges.emplace_back(std::min(begin, ranges.empty() ? begin : ranges.back().first),
                                 std::max(end, ranges.empty() ? end : ranges.back().second));
     };
-    const std::vector<BsdlSymbol> &symbols = document.symbols();
+    const std::span<const BsdlSymbol> symbols = document.symbols();
     if (const std::optional<uint32_t> symbol = document.symbol_at(offset)) {
         add(symbols[*symbol].begin, symbols[*symbol].end);
         if (symbols[*symbol].flags & BSDL_SYMBOL_IN_STRING) {

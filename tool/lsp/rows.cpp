@@ -7,7 +7,7 @@ namespace lsp
 
 std::pair<uint32_t, uint32_t> row_of(const Document &document, uint32_t symbol)
 {
-    const std::vector<BsdlSymbol> &symbols = document.symbols();
+    const std::span<const BsdlSymbol> symbols = document.symbols();
     const BsdlSymbol &of = symbols[symbol];
     const auto same = [&](const BsdlSymbol &other) {
         return other.statement == of.statement && other.row == of.row &&
@@ -28,7 +28,7 @@ std::pair<uint32_t, uint32_t> row_of(const Document &document, uint32_t symbol)
 
 CellRow cell_row(const Document &document, uint32_t symbol)
 {
-    const std::vector<BsdlSymbol> &symbols = document.symbols();
+    const std::span<const BsdlSymbol> symbols = document.symbols();
     CellRow row;
     const auto [begin, end] = row_of(document, symbol);
     for (uint32_t i = begin; i < end; i++) {

@@ -120,5 +120,5 @@ Json shown_device(const DiagnosedFile &file, const DiagnosisChoice &choice)
             {"model", std::move(model)},
             {"pin_maps", std::move(maps)},
             {"findings", findings_of(found)},
-            {"source", source_of(file.text)}};
+            {"source", source_of(std::string(file.text))}};
 }
