@@ -276,7 +276,7 @@ Finding Search::finding_of(const Draft &draft, const Mend *mend) const
     std::vector<TextEdit> edits;
     if (mend) {
         edits = mend->edits;
-        finding.place = edits.empty() ? place_of(mend->told_at, mend->told_at)
+        finding.place = edits.empty() ? place_of(mend->told_of.begin, mend->told_of.end)
                                       : place_of(edits.front().begin, edits.back().end);
         if (finding.place.end_line > finding.place.line && edits.size() > 1) // far apart
             finding.place = place_of(edits.front().begin, edits.front().end);

@@ -50,6 +50,10 @@ class Mender
     size_t count_findings(const std::string &edited) const;
     Trial trial(const std::string &edited, const std::vector<TextEdit> &edits,
                 const TextRange &read_before = {});
+    TextRange told_of(const Trial &mistake) const
+    {
+        return {result.edited.to_original(mistake.far), result.edited.to_original(mistake.far_end)};
+    }
     const std::string &text() const { return result.edited.text(); }
 
     MendedText result;
@@ -245,7 +249,7 @@ bool Mender::mend(const Trial &mistake)
     Attempt &best = attempts.front();
     result.mends.push_back(
         {.said = mistake.first,
-         .told_at = result.edited.to_original(mistake.far),
+         .told_of = told_of(mistake),
          .edits = best.in_original,
          .sure = attempts.size() == 1 && best.candidate.certain_words && !result.standard_unknown,
          .hint = std::move(best.candidate.hint),
@@ -296,7 +300,7 @@ bool Mender::set_aside(const Trial &mistake)
             continue;
         }
         result.mends.push_back({.said = mistake.first,
-                                .told_at = result.edited.to_original(mistake.far),
+                                .told_of = told_of(mistake),
                                 .edits = {},
                                 .sure = false,
                                 .hint = "this statement could not be read; it was set aside, and "
@@ -363,15 +367,16 @@ bool Mender::read_as_known_standard(const Trial &mistake)
         slips_between(std::string_view(word).substr(0, FAMILY.size()), FAMILY, 0) != 0 ||
         word.compare(FAMILY.size(), 4, "2001") <= 0)
         return false;
+    const TextRange name = {result.edited.to_original(token.begin),
+                            result.edited.to_original(token.begin + word.size())};
     result.mends.push_back({.said = mistake.first,
-                            .told_at = result.edited.to_original(token.begin),
+                            .told_of = name,
                             .edits = {},
                             .sure = false,
                             .hint = "this standard is not known here; the description is read as "
                                     "one of STD_1149_1_2001",
                             .fix = {},
-                            .aside = {result.edited.to_original(token.begin),
-                                      result.edited.to_original(token.begin + word.size())}});
+                            .aside = name});
     std::vector<TextEdit> edits;
     const size_t standard = token.begin;
     for (size_t at = 0; next_raw_token(text(), at, &token) && token.begin < standard;

@@ -9,7 +9,7 @@
 // A mistake of syntax, and what was done about it.
 struct Mend {
     Said said;                   // what the library says of it
-    size_t told_at;              // where, in the original
+    TextRange told_of;           // where, in the original
     std::vector<TextEdit> edits; // what mends it, in bytes of the original; none when nothing did
     bool sure;
     std::string hint;

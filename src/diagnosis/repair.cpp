@@ -399,9 +399,10 @@ void Repairs::repair_names()
             std::vector<Proposal> proposals = name_proposals(*draft, rule);
             if (proposals.empty() || prove(*draft, proposals))
                 continue;
+            const std::string known = draft->hint.empty() ? "" : " (" + draft->hint + ")";
             draft->hint = "there is no " + std::string(rule.noun) + " " +
                           std::string(name_of(*draft, text)) + "; " +
-                          proposals.front().edits.front().text + "?";
+                          proposals.front().edits.front().text + "?" + known;
         }
 }
 

@@ -65,6 +65,7 @@ static void watch_for_mistake(void *data, BsdlMessage *message) noexcept
             if (at >= range.begin && at < range.end)
                 return;
         watch->trial.far = at;
+        watch->trial.far_end = std::max(at, offset_in(watch->text, said.end_line, said.end_column));
         watch->trial.first = std::move(said);
     } catch (const std::bad_alloc &) {
         watch->out_of_memory = true;

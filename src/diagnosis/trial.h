@@ -24,6 +24,7 @@ constexpr size_t READS_TO_THE_END = SIZE_MAX;
 
 struct Trial {
     size_t far = READS_TO_THE_END; // where the first mistake of syntax is told, in bytes
+    size_t far_end = 0;            // and where what it names ends
     Said first{};                  // what is said of it
 };
 

@@ -69,6 +69,12 @@ size_t offset_of(const std::string &text, int32_t line, int32_t column)
     return at + static_cast<size_t>(column) - 1;
 }
 
+std::string text_at(const std::string &text, const BsdlPlace &place)
+{
+    const size_t begin = offset_of(text, place.line, place.column);
+    return text.substr(begin, offset_of(text, place.end_line, place.end_column) - begin);
+}
+
 std::string with_edits(std::string text, const BsdlFinding *finding)
 {
     for (uint32_t i = finding->edit_count; i-- > 0;) {
@@ -237,10 +243,12 @@ TEST(Diagnosis, CleanTextHasNoFinding)
 
 TEST(Diagnosis, StatementThatNothingMendsIsSetAside)
 {
-    const Diagnosis diagnosis =
-        diagnose(replaced(example(), "\"(TEST_EN, FUSE_EN) (10, 00)\"", "\"#1 @2 !3 %4 {5} =6\""));
+    const std::string text =
+        replaced(example(), "\"(TEST_EN, FUSE_EN) (10, 00)\"", "\"#1 @2 !3 %4 {5} =6\"");
+    const Diagnosis diagnosis = diagnose(text);
     const auto found = standing(diagnosis);
     ASSERT_EQ(found.size(), 1u) << listed(diagnosis);
+    EXPECT_EQ(text_at(text, found[0]->place), "1");
     EXPECT_NE(std::string(found[0]->hint).find("set aside"), std::string::npos);
     EXPECT_EQ(found[0]->edit_count, 0u);
     EXPECT_EQ(bsdlGetBSRLength(bsdlDiagnosisBsdl(diagnosis.get())), 26);
@@ -273,6 +281,17 @@ TEST(Diagnosis, OpenPackageIsANoteAndAllPinMapsAreChecked)
     const Diagnosis diagnosis = diagnose(text);
     const BsdlFinding *found = the_one(diagnosis, "pin-id-not-unique");
     ASSERT_TRUE(found);
+}
+
+TEST(Diagnosis, MisspeltPackageOfTheGenericParameter)
+{
+    const std::string text = replaced(example(), ":= \"TQFP48\"", ":= \"TQFP84\"");
+    const Diagnosis diagnosis = diagnose(text);
+    const auto found = findings(diagnosis);
+    ASSERT_EQ(found.size(), 1u) << listed(diagnosis);
+    EXPECT_EQ(text_at(text, found[0]->place), "TQFP84");
+    EXPECT_STREQ(found[0]->hint, "there is no pin map TQFP84; TQFP48? (the description leaves the "
+                                 "package open; checked with TQFP48, BGA49)");
 }
 
 TEST(Diagnosis, WorkIsBoundedWhateverTheText)
