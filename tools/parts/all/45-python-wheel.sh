@@ -1,6 +1,6 @@
 #!/bin/sh
 # builds the wheel of the Python package and runs it where the library is not installed
-# packages: ccache python3-pybind11 python3-dev python3-setuptools python3-wheel python3-venv patchelf
+# packages: python3-pybind11 python3-dev python3-setuptools python3-wheel python3-venv patchelf
 set -eu
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
