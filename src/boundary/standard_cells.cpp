@@ -129,15 +129,16 @@ static bool is_mandated(const char *name, int32_t conformance)
     return conformance == CONFORMANCE_2001 && is_digit(name[3]);
 }
 
-// Of ( context , instruction , source ). A built-in cell has no place.
-static Place source_place(const CaptDesc *capt)
+// Of ( context , instruction , source ). A built-in cell stands nowhere; whether it may be used is
+// a matter of the conformance.
+static Place source_place(const Bsdl *bsdl, const CaptDesc *capt)
 {
-    return place_or(token_place(capt->place.begin, 5), entity_place());
+    return place_or(token_place(capt->place.begin, 5), bsdl->data->conformance_place);
 }
 
-static int32_t illegal_source(const CellDesc *desc, const CaptDesc *capt)
+static int32_t illegal_source(const Bsdl *bsdl, const CellDesc *desc, const CaptDesc *capt)
 {
-    return rule_message(BSDL_LEVEL_ERROR, 1, {"capture-source-illegal", source_place(capt)},
+    return rule_message(BSDL_LEVEL_ERROR, 1, {"capture-source-illegal", source_place(bsdl, capt)},
                         "Illegal capture source '%s' for instruction '%s' of context '%s' for "
                         "cell '%s'",
                         capture_source_name(capt->data_source),
@@ -145,11 +146,12 @@ static int32_t illegal_source(const CellDesc *desc, const CaptDesc *capt)
                         cell_function_name(capt->cell_context), desc->name);
 }
 
-static int32_t check_input(const CellDesc *desc, const CaptDesc *capt)
+static int32_t check_input(const Bsdl *bsdl, const CellDesc *desc, const CaptDesc *capt)
 {
     const bool prescribed = capt->capt_instr == CAPTURE_INSTRUCTION_EXTEST ||
                             capt->capt_instr == CAPTURE_INSTRUCTION_SAMPLE;
-    return prescribed && capt->data_source != PI ? illegal_source(desc, capt) : BSDL_RESULT_OK;
+    return prescribed && capt->data_source != PI ? illegal_source(bsdl, desc, capt)
+                                                 : BSDL_RESULT_OK;
 }
 
 // SAMPLE may capture the output itself from 2001 on, and a description that does so without saying
@@ -163,7 +165,7 @@ static int32_t check_output(const Bsdl *bsdl, const CellDesc *desc, const CaptDe
     if (capt->data_source == PI || (sample && conforms_2001 && capt->data_source == PO))
         return BSDL_RESULT_OK;
     return rule_message(bsdl->strict ? BSDL_LEVEL_ERROR : BSDL_LEVEL_WARNING, bsdl->strict ? 1 : 2,
-                        {"capture-source-of-output", source_place(capt)},
+                        {"capture-source-of-output", source_place(bsdl, capt)},
                         "Illegal capture source '%s' for instruction '%s' of context '%s' for "
                         "cell '%s'%s",
                         capture_source_name(capt->data_source),
@@ -172,24 +174,24 @@ static int32_t check_output(const Bsdl *bsdl, const CellDesc *desc, const CaptDe
                         conforms_2001 ? "" : " (Maybe you want to set 2001 Conformance)");
 }
 
-static int32_t check_control(const CellDesc *desc, const CaptDesc *capt)
+static int32_t check_control(const Bsdl *bsdl, const CellDesc *desc, const CaptDesc *capt)
 {
     const int32_t source = capt->data_source;
     const bool illegal =
         (capt->capt_instr == CAPTURE_INSTRUCTION_SAMPLE && source != PI) ||
         (capt->capt_instr == CAPTURE_INSTRUCTION_INTEST && source != PI && source != UPD);
-    return illegal ? illegal_source(desc, capt) : BSDL_RESULT_OK;
+    return illegal ? illegal_source(bsdl, desc, capt) : BSDL_RESULT_OK;
 }
 
 static int32_t check_observe_only(const Bsdl *bsdl, const CellDesc *desc, const CaptDesc *capt)
 {
     if (capt->data_source != PI)
-        return illegal_source(desc, capt);
+        return illegal_source(bsdl, desc, capt);
     if (capt->capt_instr != CAPTURE_INSTRUCTION_INTEST ||
         !is_mandated(desc->name, bsdl->data->conformance))
         return BSDL_RESULT_OK;
     return rule_message(BSDL_LEVEL_ERROR, 1,
-                        {"capture-source-of-mandated-cell", source_place(capt)},
+                        {"capture-source-of-mandated-cell", source_place(bsdl, capt)},
                         "Illegal capture source 'PI' for instruction '%s' of context '%s' for "
                         "mandated cell '%s'",
                         capture_instruction_name(capt->capt_instr),
@@ -202,14 +204,14 @@ static int32_t check_source(const Bsdl *bsdl, const CellDesc *desc, const CaptDe
     case INPUT:
     case CLOCK:
     case BIDIR_IN:
-        return check_input(desc, capt);
+        return check_input(bsdl, desc, capt);
     case OUTPUT2:
     case OUTPUT3:
     case BIDIR_OUT:
         return check_output(bsdl, desc, capt);
     case CONTROL:
     case CONTROLR:
-        return check_control(desc, capt);
+        return check_control(bsdl, desc, capt);
     case OBSERVE_ONLY:
         return check_observe_only(bsdl, desc, capt);
     default:

@@ -38,8 +38,9 @@ struct BsdlData {
     // The use statements of IEEE 1532 and 1149.6: what demands the statements of the extensions.
     Place isc_use_place;
     Place aio_use_place;
-    int32_t conformance;         // 0, 1 (1990), 3 (1993), 4 (2001)
-    GSList *pin_maps;            // PinMapEntry; an element is NULL after an error
+    int32_t conformance;     // 0, 1 (1990), 3 (1993), 4 (2001)
+    Place conformance_place; // of its value; without the statement, of the standard that is used
+    GSList *pin_maps;        // PinMapEntry; an element is NULL after an error
     Place default_package_place; // in the generic parameter; none when the host names it
     uint32_t pin_map_cursor;
     GSList *grouped_ports; // TwinGroupEntry

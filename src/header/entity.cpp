@@ -46,9 +46,10 @@ void conformance_absent(Bsdl *bsdl)
     bsdl->data->conformance = CONFORMANCE_NONE;
 }
 
-void conformance_passed(Bsdl *bsdl, int32_t conformance)
+void conformance_passed(Bsdl *bsdl, int32_t conformance, Place place)
 {
     bsdl->data->conformance = conformance;
+    bsdl->data->conformance_place = place;
     statement_passed(bsdl, "\tComponent conformance statement passed");
 }
 

@@ -96,7 +96,7 @@ bool use_std_1149_6_2003(Bsdl *bsdl, const char *token);
 bool package_absent(Bsdl *bsdl, Place package);
 
 void conformance_absent(Bsdl *bsdl);
-void conformance_passed(Bsdl *bsdl, int32_t conformance);
+void conformance_passed(Bsdl *bsdl, int32_t conformance, Place place);
 int32_t conformance_skipped(Bsdl *bsdl);
 
 // A name after PACKAGE, PACKAGE BODY or END.

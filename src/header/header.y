@@ -218,7 +218,7 @@ component_conformance:
     { conformance_absent(bsdl); }
 | ATTRIBUTE_COMPONENT_CONFORMANCE OF component_name ':' ENTITY IS quoted_string ';' rescan
   conformance_string[conformance]
-    { conformance_passed(bsdl, $conformance); }
+    { conformance_passed(bsdl, $conformance, @conformance); }
 | ATTRIBUTE_COMPONENT_CONFORMANCE OF component_name ':' ENTITY IS error ';'
     { statement_skipped(bsdl, "skipping component_conformance due to errors"); }
 ;

@@ -15,6 +15,7 @@ static void standard_chosen(Bsdl *bsdl, uint32_t bits, const char *name)
 void standard_1149_1(Bsdl *bsdl, uint32_t bit, const char *name)
 {
     standard_chosen(bsdl, bit, name);
+    bsdl->data->conformance_place = scan_place(bsdl);
     parse_message(bsdl, BSDL_LEVEL_PROGRESS, bit == BSDL_STANDARD_BIT_1990 ? 3 : 2, nullptr,
                   "\tCreating BC cells: %s", name);
     create_standard_cells(bsdl, bit);
