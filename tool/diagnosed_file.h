@@ -27,10 +27,10 @@ using DiagnosisHandle = std::unique_ptr<BsdlDiagnosis, ReleaseDiagnosis>;
 class DiagnosedFile
 {
   public:
-    DiagnosedFile(const std::string &path, const DiagnosisChoice &choice);
-    // A text that counts in place of that of the file, and outlives this. When the diagnosis was
+    DiagnosedFile(const std::string &given, const DiagnosisChoice &choice);
+    // Bytes that count in place of those of the file, and outlive this. When the diagnosis was
     // cancelled, the state is not READ.
-    DiagnosedFile(const std::string &path, std::string_view text, const DiagnosisChoice &choice,
+    DiagnosedFile(const std::string &given, std::string_view bytes, const DiagnosisChoice &choice,
                   const std::vector<BsdlPackageText> &packages);
     DiagnosedFile(const DiagnosedFile &) = delete; // what it finds points into it
     DiagnosedFile &operator=(const DiagnosedFile &) = delete;

@@ -176,10 +176,8 @@ function description(size) {
   const rows = [];
   const ports = [];
   const pins = [];
-  const base = read(example("demo.bsd"));
-  const first = Number(
-    /BOUNDARY_LENGTH of \w+ : entity is (\d+)/.exec(base)[1],
-  );
+  const base = read(example('demo.bsd'));
+  const first = Number(/BOUNDARY_LENGTH of \w+ : entity is (\d+)/.exec(base)[1]);
   for (let i = 0, length = base.length; length < size; i++) {
     ports.push(`        P${i} : in bit;`);
     pins.push(`        "P${i} : P${i}, " &`);
@@ -187,16 +185,10 @@ function description(size) {
     length += ports[i].length + 2 * pins[i].length + rows[i].length + 4;
   }
   return base
-    .replace("port (", `port (\n${ports.join("\n")}`)
-    .replace(/(constant \w+ : PIN_MAP_STRING :=\n)/g, `$1${pins.join("\n")}\n`)
-    .replace(
-      /(BOUNDARY_LENGTH of \w+ : entity is )\d+/,
-      `$1${first + rows.length}`,
-    )
-    .replace(
-      /(BOUNDARY_REGISTER of \w+ : entity is\n)/,
-      `$1${rows.join("\n")}\n`,
-    );
+    .replace('port (', `port (\n${ports.join('\n')}`)
+    .replace(/(constant \w+ : PIN_MAP_STRING :=\n)/g, `$1${pins.join('\n')}\n`)
+    .replace(/(BOUNDARY_LENGTH of \w+ : entity is )\d+/, `$1${first + rows.length}`)
+    .replace(/(BOUNDARY_REGISTER of \w+ : entity is\n)/, `$1${rows.join('\n')}\n`);
 }
 
 module.exports = { Client, description, endServers, TOOL, SOURCES, example, read };

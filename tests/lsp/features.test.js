@@ -82,7 +82,13 @@ test('a rule is turned off by the comment that the action puts', () =>
 // Each with what the server offers first: whether it is certain, and the text that it puts.
 for (const [mistake, before, after, fix, sure] of [
   ['a missing comma', '"CLK     : 1, "', '"CLK     : 1 "', "insert ','", true],
-  ['a keyword with a slip', 'attribute BOUNDARY_LENGTH', 'atribute BOUNDARY_LENGTH', /attribute/, true],
+  [
+    'a keyword with a slip',
+    'attribute BOUNDARY_LENGTH',
+    'atribute BOUNDARY_LENGTH',
+    /attribute/,
+    true,
+  ],
   ['a cell that is near another', 'BC_4, CLK', 'BC_44, CLK', "replace 'BC_44' with 'BC_4'", false],
 ])
   test(`${mistake} is mended by its quick fix`, () =>
@@ -108,7 +114,9 @@ test('all that is certain is mended at once, and what follows is told with its c
     client.replace(uri, 'attribute TAP_SCAN_IN ', 'attribute TAP_SCAM_INN ');
     const list = await client.findings(uri);
     assert.strictEqual(list.length, 3);
-    const { edit } = (await actionsFor(client, uri, list[0], ['source']))['Fix all that is certain'];
+    const { edit } = (await actionsFor(client, uri, list[0], ['source']))[
+      'Fix all that is certain'
+    ];
     assert.ok(edit.documentChanges[0].edits.length >= 2);
     client.apply(edit);
     assert.ok((await client.findings(uri)).length < list.length);
@@ -482,11 +490,14 @@ test('changes that come together are made one after the other', async () => {
       contentChanges: changes,
     });
     // What the server takes for the text shows in its words.
-    const tokens = await client.request('textDocument/semanticTokens/full', { textDocument: { uri } });
+    const tokens = await client.request('textDocument/semanticTokens/full', {
+      textDocument: { uri },
+    });
     const fresh = client.open('/tmp/fresh.bsd', expected);
     assert.deepStrictEqual(
       tokens.data,
-      (await client.request('textDocument/semanticTokens/full', { textDocument: { uri: fresh } })).data,
+      (await client.request('textDocument/semanticTokens/full', { textDocument: { uri: fresh } }))
+        .data,
     );
   }
   assert.strictEqual(await client.stop(), 0);

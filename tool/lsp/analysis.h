@@ -105,9 +105,9 @@ class Analysis
   public:
     using Done = std::function<void(std::shared_ptr<const Findings>)>;
 
-    // `done` is called on the threads of the analysis; with NULL when somebody has asked for the
+    // `to` is called on the thread of the analysis; with NULL when somebody has asked for the
     // end and nothing is left to do.
-    explicit Analysis(Done done);
+    explicit Analysis(Done to);
     ~Analysis() { stop(); }
     void stop();
     void start(Job job);

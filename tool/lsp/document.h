@@ -33,7 +33,7 @@ struct ReleaseSymbols {
 class Document
 {
   public:
-    Document(std::string uri, std::string text, int64_t version, Encoding encoding);
+    Document(std::string uri, std::string text, int64_t version, Encoding counted);
 
     const std::string &uri() const { return name; }
     const std::string &path() const { return file; }
