@@ -58,7 +58,7 @@ struct Introduced {
     const Document *document = nullptr; // NULL: nowhere
     uint32_t symbol = 0;
 };
-Introduced introduced(Workspace &workspace, const Document &document, uint32_t symbol);
+Introduced introduced(Workspace &workspace, const Document &document, uint32_t index);
 
 // What a statement is for and the form that it has.
 struct StatementGuide {

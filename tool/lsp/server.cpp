@@ -98,7 +98,7 @@ class Server
     void settings(const json &given);
     void diagnose_again();
     void look_at_files();
-    void publish(std::shared_ptr<const Findings> found);
+    void publish(const std::shared_ptr<const Findings> &found);
 
     FILE *from;
     FILE *to;
@@ -468,7 +468,7 @@ void Server::look_at_files()
         files_changed({});
 }
 
-void Server::publish(std::shared_ptr<const Findings> found)
+void Server::publish(const std::shared_ptr<const Findings> &found)
 {
     const Document *document = workspace.open_document(found->uri);
     if (!document || document->version() != found->version)
