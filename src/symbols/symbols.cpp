@@ -16,8 +16,6 @@ struct BsdlSymbols {
 namespace
 {
 
-constexpr uint32_t NO_SYMBOL = UINT32_MAX;
-
 class StatementReader
 {
   public:
@@ -433,7 +431,6 @@ class Names
     std::vector<uint32_t> slots;
     std::vector<Key> keys; // of the definitions, in the order they were found
     std::vector<uint32_t> definitions;
-    size_t split = 0;
     std::vector<uint32_t> split_indexes;
 };
 
