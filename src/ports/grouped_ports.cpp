@@ -135,6 +135,17 @@ static uint32_t cells_of_associated(Bsdl *bsdl, Index *verdicts, const PortId *p
 
 static bool is_usable(const PinEntry *pin) { return pin && pin->pin_type != PIN_TYPE_LINKAGE; }
 
+static Place representative_place(const TwinGroup *group)
+{
+    return port_place(group->representative, group->place.begin, 1);
+}
+
+static Place associated_place(const TwinGroup *group)
+{
+    return port_place(group->associated, group->place.begin,
+                      port_tokens(group->representative) + 2);
+}
+
 static int32_t check_twin_group(Bsdl *bsdl, Index *verdicts, const TwinGroup *group)
 {
     const PortId *representative = group->representative;
@@ -142,21 +153,18 @@ static int32_t check_twin_group(Bsdl *bsdl, Index *verdicts, const TwinGroup *gr
     PinEntry *associated_pin = find_pin_entry(bsdl, associated);
     PinEntry *representative_pin = find_pin_entry(bsdl, representative);
     int32_t result = BSDL_RESULT_OK;
-    const uint32_t at = group->place.begin;
-    const Place representative_place = port_place(representative, at, 1);
-    const Place associated_place = port_place(associated, at, port_tokens(representative) + 2);
 
     if (is_usable(associated_pin))
         associated_pin->pin_function = PIN_FUNCTION_ASSOCIATED;
     else
-        result |= rule_error({"associated-port-missing", associated_place},
+        result |= rule_error({"associated-port-missing", associated_place(group)},
                              "<associated port> %s does not exist in <logical portmap>",
                              port_text(associated));
 
     if (is_usable(representative_pin))
         representative_pin->pin_function = PIN_FUNCTION_REPRESENTATIVE;
     else
-        result |= rule_error({"representative-port-missing", representative_place},
+        result |= rule_error({"representative-port-missing", representative_place(group)},
                              "<representative port> %s does not exist in <logical portmap>",
                              port_text(representative));
 
@@ -171,7 +179,7 @@ static int32_t check_twin_group(Bsdl *bsdl, Index *verdicts, const TwinGroup *gr
                              port_text(representative), associated_text);
 
     if (bsdl->strict && !first_cell_of_bit(bsdl, representative))
-        result |= rule_error({"representative-port-without-cell", representative_place},
+        result |= rule_error({"representative-port-without-cell", representative_place(group)},
                              "<representative port> '%s' must appear in <boundary-scan register>",
                              port_text(representative));
 
@@ -179,7 +187,7 @@ static int32_t check_twin_group(Bsdl *bsdl, Index *verdicts, const TwinGroup *gr
     if (associated_pin && (cells & CELL_ALLOWED))
         associated_pin->pin_function = PIN_FUNCTION_ASSOCIATED_WITH_CELL;
     if (cells & CELL_FORBIDDEN)
-        result |= rule_error({"associated-port-with-cell", associated_place},
+        result |= rule_error({"associated-port-with-cell", associated_place(group)},
                              "<associated port> '%s' cannot appear in <boundary-scan register>",
                              associated_text);
 
