@@ -28,6 +28,13 @@ struct SourceFile {
     uint32_t length;
 };
 
+// The highest bit of each byte below 14, line ends among them, and perhaps of some above such a
+// byte.
+static uint64_t control_bits(uint64_t word)
+{
+    return (word - 0x0E0E0E0E0E0E0E0E) & ~word & 0x8080808080808080;
+}
+
 // The begins of the lines whose line ends stand in [from, end), as offsets from `from`.
 static uint32_t find_lines(const char *text, size_t length, size_t from, size_t end,
                            uint16_t *begins)

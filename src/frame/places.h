@@ -24,13 +24,6 @@ inline Place place_through(Place first, Place last)
 
 inline Place place_or(Place place, Place otherwise) { return has_place(place) ? place : otherwise; }
 
-// The highest bit of each byte below 14, line ends among them, and perhaps of some above such a
-// byte.
-inline uint64_t control_bits(uint64_t word)
-{
-    return (word - 0x0E0E0E0E0E0E0E0E) & ~word & 0x8080808080808080;
-}
-
 // What is kept of a text when it is not in memory any more: where its lines begin, and where its
 // tokens begin and end. A carriage return, a newline, and the two together end a line.
 struct SourceFile;

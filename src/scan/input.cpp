@@ -188,19 +188,12 @@ void input_count_line_end(ScanState *reading, const char *at)
 
 void input_count_line_ends(ScanState *reading, const char *at, const char *end)
 {
-    while (at < end) {
-        // Eight at a time, for most strings have no line end.
-        uint64_t word;
-        std::memcpy(&word, at, sizeof word);
-        const char *behind = at + std::min<ptrdiff_t>(end - at, sizeof word);
-        if (!control_bits(word)) {
-            at = behind;
-            continue;
-        }
-        for (; at < behind; at++)
-            if (*at == '\n' || (*at == '\r' && at[1] != '\n'))
-                input_count_line_end(reading, at);
-    }
+    const auto length = static_cast<size_t>(end - at);
+    if (!std::memchr(at, '\n', length) && !std::memchr(at, '\r', length))
+        return; // most strings
+    for (; at < end; at++)
+        if (*at == '\n' || (*at == '\r' && at[1] != '\n'))
+            input_count_line_end(reading, at);
 }
 
 void input_line_of_last_looked_at(ScanState *reading, const char *last)

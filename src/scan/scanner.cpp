@@ -808,6 +808,16 @@ static int scan_from(const char *at, Bsdl *bsdl)
     }
 }
 
+// Kept apart, so that the simplest tokens do not pay for what the others need.
+[[gnu::noinline]] static int scan_longer_token(const char *at, BSDL_YYSTYPE *value, Place *place,
+                                               Bsdl *bsdl)
+{
+    bsdl->reading->value = value;
+    const int token = scan_from(at, bsdl);
+    *place = bsdl->reading->place;
+    return token;
+}
+
 int scan_token(BSDL_YYSTYPE *value, Place *place, Bsdl *bsdl)
 {
     ScanState *reading = bsdl->reading;
@@ -818,17 +828,14 @@ int scan_token(BSDL_YYSTYPE *value, Place *place, Bsdl *bsdl)
     const char *at = reading->at;
     while (start_class(*at) == BLANK)
         at++;
-    int token = static_cast<unsigned char>(*at);
-    // Half of all tokens, and much simpler than the others.
-    if (start_class(*at) == PUNCTUATION && at < reading->piece_end && reading->rules != RULES_PRG) {
-        reading->place.begin = low_half(at) - reading->origin;
-        finish(reading, at, at + 1, 0, token);
-        if (token != '&')
-            mark_token(reading->base, reading->place);
-    } else {
-        reading->value = value;
-        token = scan_from(at, bsdl);
-    }
+    // Half of all tokens are such, and much simpler than the others.
+    if (start_class(*at) != PUNCTUATION || at >= reading->piece_end || reading->rules == RULES_PRG)
+        return scan_longer_token(at, value, place, bsdl);
+    const int token = static_cast<unsigned char>(*at);
+    reading->place.begin = low_half(at) - reading->origin;
+    finish(reading, at, at + 1, 0, token);
+    if (token != '&')
+        mark_token(reading->base, reading->place);
     *place = reading->place;
     return token;
 }
