@@ -51,7 +51,7 @@ struct SourceBase {
 SourceBase source_add(Arena *arena, SourceMap *sources, const char *path, const char *text,
                       size_t length);
 
-inline void mark_token(const SourceBase &base, Place token)
+[[gnu::always_inline]] inline void mark_token(const SourceBase &base, Place token)
 {
     if (!base.marks)
         return;
