@@ -41,11 +41,10 @@ std::string message_text(const BsdlFinding &found)
 
 // ------------------------------------------------------------------------------------- selection
 
-bool is_never_off(std::string_view rule)
+bool is_always_on(const char *rule)
 {
-    constexpr std::string_view REASONS[] = {"syntax-error", "file-not-opened", "unreadable-input",
-                                            "memory-error", RULE_PROCESS_ENDED};
-    return std::find(std::begin(REASONS), std::end(REASONS), rule) != std::end(REASONS);
+    const BsdlRule *known = bsdlFindRule(rule);
+    return known && known->always_on;
 }
 
 static Severity severity_of(const BsdlFinding &found, const Selection &selection)
@@ -91,11 +90,9 @@ class Selecting
 void Selecting::accept(Finding &finding)
 {
     const BsdlFinding &found = *finding.found;
-    if (is_never_off(found.rule))
-        return;
     if (found.suppressed)
         finding.accepted = Accepted::BY_COMMENT;
-    else if (selection.baseline &&
+    else if (selection.baseline && !is_always_on(found.rule) &&
              seen[finding.fingerprint]++ <
                  selection.baseline->count(result.file.path, finding.fingerprint))
         finding.accepted = Accepted::BY_BASELINE;

@@ -13,7 +13,7 @@
 const char *severity_name(Severity severity);
 
 // Syntax errors and the reasons why a file could not be read: nobody turns them off.
-bool is_never_off(std::string_view rule);
+bool is_always_on(const char *rule);
 
 // A rule that the tool adds to those of the library.
 constexpr const char *RULE_PROCESS_ENDED = "process-ended";

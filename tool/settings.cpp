@@ -45,7 +45,7 @@ std::string rule_level_problem(const std::string &rule, std::optional<Severity> 
         return "there is no rule '" + rule + "'" + did_you_mean(rule, rule_names());
     if (!level)
         return "a rule can be set to off, warning or error";
-    if (is_never_off(rule) && *level != Severity::ERROR)
+    if (is_always_on(rule.c_str()) && *level != Severity::ERROR)
         return "'" + rule + "' is always an error: the file could not be read";
     return {};
 }

@@ -180,6 +180,7 @@ typedef struct BsdlRule {
     const char *forms;   /**< Forms of the message, one a line. */
     const char *meaning; /**< What it says about the file. */
     const char *fix;     /**< How to fix the file. */
+    int32_t always_on;   /**< Nonzero: why a text could not be read; nothing turns it off. */
 } BsdlRule;
 
 /** Number of rules. */

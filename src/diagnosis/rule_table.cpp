@@ -15,6 +15,7 @@ constexpr int32_t WARNING = BSDL_RULE_WARNING;
 constexpr int32_t EITHER = BSDL_RULE_EITHER;
 constexpr int32_t BY_STRICT = BSDL_RULE_BY_STRICT;
 constexpr int32_t NOTE = BSDL_RULE_NOTE;
+constexpr int32_t ALWAYS_ON = 1;
 
 #define MAIN "IEEE Std 1149.1-2001, clause "
 #define ANNEX MAIN "B."
@@ -28,11 +29,11 @@ constexpr BsdlRule RULES[] = {
     {"no-file", ERROR, nullptr,
      "No files specified",
      "No file name was given to the library.",
-     "Give the name of a file."},
+     "Give the name of a file.", ALWAYS_ON},
     {"file-not-opened", ERROR, nullptr,
      "Could not open file '%s'",
      "The file does not exist, is a folder, or may not be read.",
-     "Check the name and the permissions of the file."},
+     "Check the name and the permissions of the file.", ALWAYS_ON},
     {"unreadable-input", ERROR, nullptr,
      "Bsdl reader fatal error: non printable\n"
      "Bsdl reader fatal error: token too large, exceeds YYLMAX\n"
@@ -42,12 +43,12 @@ constexpr BsdlRule RULES[] = {
      "character outside comments and free texts, the other texts for a word, comment or string of "
      "16384 characters or more; a missing quotation mark makes such a string.",
      "Remove the control character on the line that is named, close the string, or break up the "
-     "comment."},
+     "comment.", ALWAYS_ON},
     {"memory-error", ERROR, nullptr,
      "Memory error",
      "The memory of the process is used up; the process ends.",
      "Give the process more memory, or look for a range or length in the file that cannot be "
-     "meant."},
+     "meant.", ALWAYS_ON},
     {"package-not-found", ERROR, ANNEX "10",
      "Cannot find file '%s'",
      "The file of a package that a use statement names is in none of the folders that were "
@@ -142,13 +143,13 @@ constexpr BsdlRule RULES[] = {
      "words up to there is told with --verbose only.",
      "Compare the statement with the form that the standard gives; the order of the statements "
      "counts too. The cause may stand just before the word that is named: a comma, an ampersand, "
-     "a quotation mark or a closing parenthesis that is missing."},
+     "a quotation mark or a closing parenthesis that is missing.", ALWAYS_ON},
     {"statement-skipped", ERROR, nullptr,
      "Skipping %s due to errors\n"
      "skipping %s due to errors",
      "A statement was left out because of the errors that were reported for it. Rules that need "
      "the statement may report more.",
-     "Fix the errors that stand before this message."},
+     "Fix the errors that stand before this message.", ALWAYS_ON},
     {"illegal-character", BY_STRICT, ANNEX "5",
      "Illegal character '%c' on line %i\n"
      "Ignoring illegal character '%c' on line %i",
@@ -1167,7 +1168,7 @@ constexpr BsdlRule RULES[] = {
     {"process-ended", ERROR, nullptr,
      "Memory ran out while it was read",
      "There was not enough memory to read and check the file.",
-     "Give the process more memory, or check fewer files at once (-j)."},
+     "Give the process more memory, or check fewer files at once (-j).", ALWAYS_ON},
 };
 // clang-format on
 

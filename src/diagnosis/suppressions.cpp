@@ -15,13 +15,10 @@ constexpr int32_t WHOLE_FILE = -2;
 
 } // namespace
 
-bool is_never_off(std::string_view rule)
+static bool is_always_on(const std::string &rule)
 {
-    static constexpr std::string_view REASONS[] = {
-        "syntax-error",      "no-file",      "file-not-opened", "unreadable-input",
-        "statement-skipped", "memory-error", "process-ended",
-    };
-    return std::find(std::begin(REASONS), std::end(REASONS), rule) != std::end(REASONS);
+    const BsdlRule *known = bsdlFindRule(rule.c_str());
+    return known && known->always_on;
 }
 
 static std::string_view without_blanks(std::string_view text)
@@ -106,8 +103,6 @@ void Suppressions::read_rules(std::string_view line, size_t at, int32_t number, 
 
 bool Suppressions::covers(int32_t line, std::string_view rule, std::string *reason)
 {
-    if (entries.empty() || is_never_off(rule))
-        return false;
     Entry *entry = nullptr;
     if (const auto found = by_line.find(line); found != by_line.end())
         for (const size_t index : found->second)
@@ -116,7 +111,7 @@ bool Suppressions::covers(int32_t line, std::string_view rule, std::string *reas
     if (const auto found = by_file_rule.find(std::string(rule));
         !entry && found != by_file_rule.end())
         entry = &entries[found->second];
-    if (!entry)
+    if (!entry || is_always_on(entry->rule))
         return false;
     if (reason)
         *reason = entry->reason;
@@ -144,7 +139,7 @@ std::vector<Suppressions::Remark> Suppressions::remarks(bool all_looked_at) cons
             remark.text = with_name("There is no rule '%s' to be turned off", entry.rule);
             if (entry.rule.find(' ') != std::string::npos)
                 remark.hint = "rules are parted by commas, a reason follows a colon";
-        } else if (is_never_off(entry.rule)) {
+        } else if (is_always_on(entry.rule)) {
             remark.text = with_name("'%s' cannot be turned off", entry.rule);
         } else if (!entry.used && all_looked_at) {
             remark.text =

@@ -59,9 +59,6 @@ class Suppressions
     std::vector<Remark> not_understood;
 };
 
-// Rules that tell why a text could not be read.
-bool is_never_off(std::string_view rule);
-
 // Marks the findings that comments of the text turn off, and adds what is wrong with the comments.
 void suppress(std::string_view text, const std::string &file, bool all_looked_at,
               std::vector<Finding> *findings);

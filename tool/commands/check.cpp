@@ -293,7 +293,7 @@ bool CheckRun::take(const Work &each, Done done)
         reporter->file(findings);
     if (new_baseline)
         for (const Finding &finding : findings.findings)
-            if (*finding.found->rule && finding.because < 0 && !is_never_off(finding.found->rule) &&
+            if (*finding.found->rule && finding.because < 0 && !is_always_on(finding.found->rule) &&
                 finding.accepted != Accepted::BY_COMMENT)
                 new_baseline->add(each.path, finding.found->rule, finding.fingerprint);
     return !output_failed();

@@ -46,6 +46,11 @@ static const char *level_words(int32_t level)
     }
 }
 
+static std::string about_level(const BsdlRule &rule)
+{
+    return std::string(level_words(rule.level)) + (rule.always_on ? ", never turned off" : "");
+}
+
 static std::string folded(std::string_view text, const char *indent)
 {
     std::string result = indent;
@@ -85,7 +90,7 @@ static void list_as_markdown()
         "Made by `tarnlet check --list-rules --format markdown` from "
         "`src/diagnosis/rule_table.cpp`. The\nidentifiers are stable: pipelines may go by them.\n");
     for (const BsdlRule *rule : all_rules()) {
-        std::printf("\n## %s\n\n%s", rule->id, level_words(rule->level));
+        std::printf("\n## %s\n\n%s", rule->id, about_level(*rule).c_str());
         if (rule->clause)
             std::printf("; %s", rule->clause);
         std::printf("\n\n");
@@ -103,6 +108,7 @@ static void list_as_json()
     for (const BsdlRule *rule : all_rules())
         rules.push_back({{"id", rule->id},
                          {"level", level_words(rule->level)},
+                         {"always_on", rule->always_on != 0},
                          {"clause", rule->clause ? ordered_json(rule->clause) : nullptr},
                          {"text", rule->forms},
                          {"meaning", rule->meaning},
@@ -118,7 +124,7 @@ int list_rules(const std::string &format)
         list_as_json();
     else
         for (const BsdlRule *rule : all_rules())
-            std::printf("%-*s %s\n", ID_COLUMNS, rule->id, level_words(rule->level));
+            std::printf("%-*s %s\n", ID_COLUMNS, rule->id, about_level(*rule).c_str());
     return STATUS_CLEAN;
 }
 
@@ -134,7 +140,7 @@ int explain_rule(const std::string &id)
                  (near.empty() ? "; 'tarnlet check --list-rules' names them all" : near));
         return STATUS_UNUSABLE;
     }
-    std::printf("%s: %s\n", rule->id, level_words(rule->level));
+    std::printf("%s: %s\n", rule->id, about_level(*rule).c_str());
     if (*rule->forms)
         std::printf("\nMessage:\n%s", forms(*rule, "  ", "\n").c_str());
     std::printf("\nMeaning:\n%s\n", folded(rule->meaning, "  ").c_str());

@@ -33,7 +33,7 @@ class CodeQualityReporter : public Reporter
 
 static const char *weight_of(const Finding &finding)
 {
-    return is_never_off(finding.found->rule)       ? "critical"
+    return is_always_on(finding.found->rule)       ? "critical"
            : finding.severity == Severity::ERROR   ? "major"
            : finding.severity == Severity::WARNING ? "minor"
                                                    : "info";

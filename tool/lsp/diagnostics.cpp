@@ -285,7 +285,8 @@ json code_actions(const Workspace &workspace, const Document &document, const js
                  {"diagnostics", about},
                  {"isPreferred", finding.sure},
                  {"edit", workspace_edit(document, edits_json(document, finding))}});
-        if (finding.rule.empty() || is_never_off(finding.rule) || !wanted(context, "quickfix"))
+        if (finding.rule.empty() || is_always_on(finding.rule.c_str()) ||
+            !wanted(context, "quickfix"))
             continue;
         if (json edits = turned_off(document, finding); !edits.is_null())
             actions.push_back({{"title", "Turn " + finding.rule + " off here"},
