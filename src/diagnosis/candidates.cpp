@@ -14,6 +14,7 @@ namespace
 // Tokens that are looked at before the place and after it. Where a quotation mark is missing the
 // reader stumbles a few tokens later; everything else shows at the next token or the one after.
 constexpr size_t TOKENS_BEFORE = 24;
+constexpr size_t LONGEST_NUMBER = 9; // of a cell or a length; what is longer is an opcode
 constexpr size_t TOKENS_BEHIND = 4;
 constexpr size_t LONGEST_HEAD = 4096; // of what stands in front of the description
 constexpr size_t MOST_MOVES = 8;      // statements that one may be moved over, either way
@@ -24,6 +25,7 @@ enum Cost : int {
     COST_DELETE_MARK = 1,
     COST_WORD = 1, // and one for each further slip
     COST_SPLIT = 2,
+    COST_SPLIT_NUMBER = 3,
     COST_REPLACE_MARK = 2,
     COST_DELETE_WORD = 3,
     COST_RENAME_ENTITY = 1,
@@ -59,6 +61,7 @@ class Finder
     void rename_entity(std::string_view name);
     void replace_marks();
     void split_words();
+    void split_numbers();
     void replace_look_alikes();
     void rename_keyword();
     void move_statement();
@@ -275,14 +278,34 @@ void Finder::split_words()
             const bool keyword = std::any_of(all_keywords().begin(), all_keywords().end(), is_head);
             if (!turns && !keyword)
                 continue;
+            // "DATA3)" lacks a parenthesis or has one too many: one slip is as likely as the other.
+            const bool subscript =
+                is_digit(text[at]) && token.end < text.size() && text[token.end] == ')';
             for (const char mark : {',', ':', '(', ')', ';', ' '})
                 add({.edits = {{at, at, std::string(1, mark)}},
-                     .cost = COST_SPLIT,
+                     .cost = mark == '(' && subscript ? +COST_INSERT : +COST_SPLIT,
                      .certain_words = true,
                      .hint = (mark == ' ' ? "a blank" : with_article(mark_text(mark))) +
                              " is missing after " + std::string(head),
                      .fix = "insert '" + std::string(1, mark) + "'"});
         }
+    }
+}
+
+// Two numbers that have run into each other: "1270" for "1,270".
+void Finder::split_numbers()
+{
+    for (size_t i = tokens.size(); i-- > 0;) {
+        const RawToken &token = tokens[i];
+        const std::string_view number = token.in(text);
+        if (number.size() > LONGEST_NUMBER || !std::all_of(number.begin(), number.end(), is_digit))
+            continue;
+        for (size_t head = 1; head < number.size(); head++)
+            add({.edits = {{token.begin + head, token.begin + head, ","}},
+                 .cost = COST_SPLIT_NUMBER,
+                 .certain_words = false,
+                 .hint = "a comma is missing after " + std::string(number.substr(0, head)),
+                 .fix = "insert ','"});
     }
 }
 
@@ -513,6 +536,7 @@ std::vector<Candidate> Finder::run()
     delete_tokens();
     replace_words();
     split_words();
+    split_numbers();
     replace_marks();
     rename_keyword();
     move_statement();

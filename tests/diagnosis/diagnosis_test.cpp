@@ -158,6 +158,8 @@ INSTANTIATE_TEST_SUITE_P(Diagnosis, Mistake, testing::Values(
     MistakeCase{"letter_for_digit", "\"CLAMP     (000100), \"", "\"CLAMP     (00O100), \"", "syntax-error", SURE, "letters stand among the digits"},
     MistakeCase{"typographic_quotes", "\"FACTORY\";", "\xE2\x80\x9C" "FACTORY\xE2\x80\x9D;", "syntax-error", SURE, "typographic quotation marks"},
     MistakeCase{"run_together", "SDA      : inout   bit;", "SDA      : inoutbit;", "syntax-error", SURE, "a blank is missing"},
+    MistakeCase{"subscript", "BC_1, ADDR(2),  INPUT", "BC_1, ADDR2),  INPUT", "syntax-error", SURE, "an opening parenthesis is missing after ADDR"},
+    MistakeCase{"numbers_run_together", "BC_1, Q(3),     OUTPUT3,      X,    5,    1,     Z", "BC_1, Q(3),     OUTPUT3,      X,    51,     Z", "syntax-error", GUESS, "a comma is missing after 5"},
     MistakeCase{"entity_name", "attribute BOUNDARY_LENGTH of tarn_demo", "attribute BOUNDARY_LENGTH of tarn_dmo", "component-name-mismatch", GUESS, "the entity is called tarn_demo"},
     MistakeCase{"end", "\nend tarn_demo;", "\n", "syntax-error", SURE, "the end of the description is missing"},
     MistakeCase{"mapped_port", "\"RDY     : 27, \"", "\"RYD     : 27, \"", "mapped-port-undeclared", GUESS, "there is no port RYD; RDY?"},
