@@ -134,6 +134,13 @@ static bool changes_quotes(std::string_view text, const std::vector<TextEdit> &e
     });
 }
 
+// One quotation mark too many or too few makes a string of all that follows, up to the next one.
+static bool leaves_string_open(std::string_view edited, const std::vector<TextEdit> &edits)
+{
+    const size_t end = edits.back().end + static_cast<size_t>(shift_of(edits));
+    return !strings_end_on_their_lines(edited, {edits.front().begin, end});
+}
+
 // Those that read furthest, and of these the ones of least cost.
 std::vector<Attempt> Mender::furthest_attempts(const Trial &mistake)
 {
@@ -141,6 +148,7 @@ std::vector<Attempt> Mender::furthest_attempts(const Trial &mistake)
     const size_t least_of_quotes = behind_tokens(text(), mistake.far, TOKENS_OF_PROGRESS_OF_QUOTES);
     const TextRange read_before = {statement_around(text(), mistake.far).begin,
                                    begin_of_window(text(), mistake.far)};
+    const bool lines_close_strings = strings_end_on_their_lines(text(), {0, read_before.begin});
     std::vector<Attempt> best;
     for (Candidate &candidate : mend_candidates(text(), mistake.far, component)) {
         if (!best.empty() && candidate.cost > best.front().candidate.cost &&
@@ -151,9 +159,12 @@ std::vector<Attempt> Mender::furthest_attempts(const Trial &mistake)
         auto in_original = result.edited.in_original(candidate.edits);
         if (!in_original)
             continue;
-        const size_t far =
-            trial(apply_edits(text(), candidate.edits), candidate.edits, read_before).far;
-        if (far < (changes_quotes(text(), candidate.edits) ? least_of_quotes : least))
+        const std::string edited = apply_edits(text(), candidate.edits);
+        const bool quotes = changes_quotes(text(), candidate.edits);
+        if (quotes && lines_close_strings && leaves_string_open(edited, candidate.edits))
+            continue;
+        const size_t far = trial(edited, candidate.edits, read_before).far;
+        if (far < (quotes ? least_of_quotes : least))
             continue;
         if (!best.empty() && far > best.front().far)
             best.clear();

@@ -155,3 +155,23 @@ TextRange statement_around(std::string_view text, size_t place)
     }
     return {begin, text.size()};
 }
+
+bool strings_end_on_their_lines(std::string_view text, TextRange range)
+{
+    bool in_string = false;
+    for (size_t at = line_start(text, range.begin); at < text.size(); at++) {
+        if (!in_string && text.substr(at, 2) == "--")
+            at = text.find_first_of("\r\n", at);
+        if (at == std::string_view::npos)
+            return true;
+        if (text[at] == '"')
+            in_string = !in_string;
+        if (!is_line_end(text[at]))
+            continue;
+        if (in_string)
+            return false;
+        if (at >= range.end)
+            return true;
+    }
+    return !in_string;
+}

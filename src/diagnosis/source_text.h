@@ -60,3 +60,7 @@ struct TextRange {
     size_t end;
 };
 TextRange statement_around(std::string_view text, size_t place);
+
+// Whether the strings on the lines of a range end on the lines they begin on, as the language
+// wants it.
+bool strings_end_on_their_lines(std::string_view text, TextRange range);

@@ -176,23 +176,28 @@ INSTANTIATE_TEST_SUITE_P(Diagnosis, Mistake, testing::Values(
 
 TEST(Diagnosis, TwoMistakesAreTwoFindings)
 {
-    std::string text = replaced(example(), "\"SDA     : 18, \" &", "\"SDA     : 18 \" &");
-    text = replaced(text, "entity is 6;", "entity is 6");
-    const Diagnosis diagnosis = diagnose(text);
-    EXPECT_EQ(standing(diagnosis).size(), 2u) << listed(diagnosis);
-    size_t length = 0;
-    const char *mended = bsdlDiagnosisText(diagnosis.get(), &length);
-    EXPECT_EQ(without_blanks({mended, length}), without_blanks(example()));
-}
-
-TEST(Diagnosis, MistakeInAStringThatIsNotComplete)
-{
-    std::string text = replaced(example(), "OE_N,     INPUT,", "OE_N,     INUPT,");
-    text = replaced(text, "21,    1,     PULL1), \" &", "21,    1,     PULL1), \"");
-    const Diagnosis diagnosis = diagnose(text);
-    EXPECT_EQ(standing(diagnosis).size(), 2u) << listed(diagnosis);
-    EXPECT_EQ(without_blanks(bsdlDiagnosisText(diagnosis.get(), nullptr)),
-              without_blanks(example()));
+    struct Change {
+        const char *right;
+        const char *wrong;
+    };
+    constexpr Change PAIRS[][2] = {
+        {{"\"SDA     : 18, \" &", "\"SDA     : 18 \" &"}, {"entity is 6;", "entity is 6"}},
+        // A string is read to its end before what is in it.
+        {{"OE_N,     INPUT,", "OE_N,     INUPT,"},
+         {"21,    1,     PULL1), \" &", "21,    1,     PULL1), \""}},
+        // A quotation mark less would hide the second one in a string.
+        {{"\"TQFP48\");", "\"TQFP48\")"}, {"TMS      : in", "TMS      in"}},
+        {{"\"  2  (  BC_1,", "  2  (  BC_1,"},
+         {"\" 25  (  BC_1, *,        INTERNAL,     X                  )\"",
+          "\x93 25  (  BC_1, *,        INTERNAL,     X                  )\x94"}}};
+    for (const auto &pair : PAIRS) {
+        std::string text = replaced(example(), pair[0].right, pair[0].wrong);
+        text = replaced(text, pair[1].right, pair[1].wrong);
+        const Diagnosis diagnosis = diagnose(text);
+        EXPECT_EQ(standing(diagnosis).size(), 2u) << listed(diagnosis);
+        EXPECT_EQ(without_blanks(bsdlDiagnosisText(diagnosis.get(), nullptr)),
+                  without_blanks(example()));
+    }
 }
 
 TEST(Diagnosis, EntityThatAllAttributesCallOtherwise)
