@@ -25,7 +25,7 @@ else()
     # Needs optimisation, and would hide reads and writes from a sanitizer.
     target_compile_options(tarnlet_flags INTERFACE
         $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2>)
-    # A module of an interpreter finds there what it lacks.
+    # A Python module leaves symbols open that the interpreter has.
     target_link_options(tarnlet_flags INTERFACE
         $<$<NOT:$<STREQUAL:$<TARGET_PROPERTY:TYPE>,MODULE_LIBRARY>>:-Wl,--no-undefined>)
 endif()

@@ -2,7 +2,6 @@
 #include "targets.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <iterator>
 #include <utility>

@@ -1,7 +1,8 @@
-// mutate_files [--cuts N] [--changes N] [--seconds N] [--megabytes N] FILE...: cuts each file at N
-// places and changes it N times at the level of tokens, and runs each text through reading, checks,
-// EBST and all queries. Each text has a process of its own, with a bound on its time and memory, so
-// that a fault is told with the file and the text that shows it, and the run goes on.
+// mutate_files [--cuts N] [--changes N] [--seconds N] [--megabytes N] [--keep FOLDER] FILE...: cuts
+// each file at N places and changes it N times at the level of tokens, and runs each text through
+// reading, checks, EBST and all queries. Each text has a process of its own, with a bound on its
+// time and memory, so that a fault is told with the file and the text that shows it, and the run
+// goes on.
 
 #include "mutate.h"
 #include "targets.h"
@@ -19,7 +20,6 @@
 #include <sys/time.h>
 #include <sys/wait.h>
 #include <unistd.h>
-#include <vector>
 
 namespace
 {

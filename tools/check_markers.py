@@ -30,9 +30,9 @@ ALLOWED = {
 }
 
 
-# Rules that are not empty and hold to the same: they store a string, choose the standard, switch the
-# input to a package file and back, or end a mode.
-EARLY = {'quoted_string', 'std_vhdl_package_id', 'package_sought', 'user_package', 'use_stmt'}
+# Rules that are not empty and must be reduced as early: they store a string, choose the standard,
+# switch the input to a package file and back, or end a mode.
+EARLY = {'quoted_string', 'std_vhdl_package_id', 'package_searched', 'user_package', 'use_stmt'}
 
 
 def is_marker(name):

@@ -49,7 +49,7 @@ constexpr Device DEVICES[] = {
     {"scansta400", &AT_BUS, std::size(PARTITIONS), PARTITIONS, std::size(ABMS), ABMS},
 };
 
-constexpr int32_t NOT_SOUGHT = -2;
+constexpr int32_t NOT_SEARCHED = -2;
 constexpr int32_t NOT_FOUND = -1;
 
 } // namespace
@@ -65,7 +65,7 @@ static int32_t device_row(const char *component_name)
 int32_t bsdlDot4(Bsdl *h)
 {
     // The first component that is asked about decides for the thread.
-    if (reader_state.d4_device == NOT_SOUGHT)
+    if (reader_state.d4_device == NOT_SEARCHED)
         reader_state.d4_device = device_row(bsdlComponentName(h));
     return reader_state.d4_device >= 0;
 }

@@ -29,7 +29,7 @@ constexpr size_t ARENA_GUARD = 0;
 // by piece and given back all at once. Borrowed pointers stay good as long as the arena.
 //
 // When the system has no more memory the arena goes on from a reserve that it set aside at its
-// start and marks itself as failed. The reserve is ample for the step at hand, so the code that
+// start and marks itself as failed. The reserve is ample for the current step, so the code that
 // builds records tests nothing; the parser loop and the loops of the checks look at `failed` once a
 // step and give up. A large array may be refused: arena_array() gives NULL then.
 //

@@ -11,11 +11,11 @@
 namespace
 {
 
-// Tokens that are looked at before the place and after it. Where a quotation mark is missing the
-// reader stumbles a few tokens later; everything else shows at the next token or the one after.
+// Tokens to try before the place of the mistake and after it. When a quotation mark is missing, the
+// reader stumbles a few tokens later. Every other mistake shows at the next token or the one after.
 constexpr size_t TOKENS_BEFORE = 24;
-constexpr size_t LONGEST_NUMBER = 9; // of a cell or a length; what is longer is an opcode
 constexpr size_t TOKENS_BEHIND = 4;
+constexpr size_t LONGEST_NUMBER = 9;  // of a cell or a length; what is longer is an opcode
 constexpr size_t LONGEST_HEAD = 4096; // of what stands in front of the description
 constexpr size_t MOST_MOVES = 8;      // statements that one may be moved over, either way
 
@@ -379,7 +379,7 @@ void Finder::replace_look_alikes()
                               : meant == " " ? "blanks"
                                              : "\"") +
                              " is meant";
-            candidate.fix = "replace them with '" + meant + "'";
+            candidate.fix = "replace the " + std::string(name) + " with '" + meant + "'";
             add(std::move(candidate));
         }
         from = end + 1;
@@ -452,7 +452,7 @@ void Finder::move_statement()
              .cost = COST_MOVE,
              .certain_words = false,
              .hint = shown(name) + " belongs " + where,
-             .fix = "move the statement there"});
+             .fix = "move " + shown(name) + " " + where});
     };
     size_t at = statement.end;
     for (size_t i = 0; i < MOST_MOVES && next_raw_token(text, at, &token); i++) {
@@ -503,7 +503,7 @@ void Finder::delete_head()
          .cost = COST_LOOK_ALIKE,
          .certain_words = true,
          .hint = "what stands in front of the entity is no part of the description",
-         .fix = "delete it"});
+         .fix = "delete the text in front of the entity"});
 }
 
 void Finder::close_description()

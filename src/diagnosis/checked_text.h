@@ -53,5 +53,5 @@ CheckedText check_text(std::string_view text, const ReadingOptions &options);
 
 // Reads a text without its checks; NULL as readBsdlText().
 Bsdl *read_with(const SourceTexts &source, const ReadingOptions &options, BsdlContext *context);
-// For a sink: the message in hand with its place.
+// For a message sink: the current message with its place.
 Said said_now(const BsdlMessage *message);

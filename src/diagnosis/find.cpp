@@ -15,7 +15,7 @@
 namespace
 {
 
-// What proofs of repairs may read at most: about half a second.
+// The part of the work that proofs of repairs may spend.
 constexpr size_t BYTES_OF_REPAIRS = size_t{48} << 20;
 constexpr size_t MOST_PIN_MAPS = 32;
 
@@ -116,8 +116,7 @@ void Search::set_place(Draft &draft) const
     draft.end = std::max(draft.begin, mended_lines.offset_of(said.end_line, said.end_column));
 }
 
-// ------------------------------------------------------------------------------ from text to
-// drafts
+// ----------------------------------------------------------------------------- from text to drafts
 
 // A package that the description leaves open is no mistake: every pin map is checked, and what only
 // some of them show carries their names.
@@ -239,8 +238,7 @@ void Search::doubt_mends()
     }
 }
 
-// -------------------------------------------------------------------------- from drafts to
-// findings
+// ------------------------------------------------------------------------- from drafts to findings
 
 FoundPlace Search::place_of(size_t begin, size_t end) const
 {

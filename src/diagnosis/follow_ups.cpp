@@ -54,12 +54,14 @@ constexpr FollowUp FOLLOW_UPS[] = {
     {"aio-missing", "aio-pins-missing"},
 };
 
-// A missing row explains so many findings of each rule; more were there before it.
+// A missing row explains at most so many findings of one rule. If there are more, they have another
+// cause.
 constexpr size_t MOST_OF_A_RULE = 2;
 
 } // namespace
 
-bool tells_of_absence(std::string_view rule)
+// Whether a rule reports that something is missing.
+static bool tells_of_absence(std::string_view rule)
 {
     static constexpr std::string_view WORDS[] = {"missing",    "unknown",       "without",
                                                  "undefined",  "undeclared",    "unspecified",
@@ -72,7 +74,8 @@ bool tells_of_absence(std::string_view rule)
            std::find(std::begin(OTHERS), std::end(OTHERS), rule) != std::end(OTHERS);
 }
 
-// After a statement that could not be read words are told that stand in the wrong place.
+// Rules about single words. After a statement that could not be read, the reader goes on in a wrong
+// place and reports words that are right where they stand.
 static bool is_of_words(std::string_view rule)
 {
     return rule == "illegal-identifier" || rule == "illegal-character" || rule == "vhdl-keyword" ||
@@ -118,7 +121,7 @@ void find_follow_ups(Drafts &drafts, Draft *broken)
         for (Draft *follower : followers)
             follower->because = cause;
     }
-    // A check that failed without a word of its own has something before it to thank for.
+    // A check that failed without an error of its own follows from the first other error.
     const auto error = std::find_if(drafts.begin(), drafts.end(), [](const auto &draft) {
         return draft->said.level == BSDL_LEVEL_ERROR && !draft->because && !draft->is_note &&
                draft->said.rule != "check-failed";

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "diagnosis/mend.h"
 #include "diagnosis/repair.h"
 
 // Findings that say again what another has said, or fail only because of it, get their `because`.
@@ -9,6 +8,3 @@ void find_follow_ups(Drafts &drafts, Draft *broken);
 
 // Several findings of one rule about one name, or about one place, become one with a count.
 void fold_alike(std::string_view text, Drafts &drafts);
-
-// Whether a rule is about something that is not there.
-bool tells_of_absence(std::string_view rule);

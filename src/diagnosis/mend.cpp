@@ -224,7 +224,7 @@ void Mender::keep_one_of_each_meaning(std::vector<Attempt> &attempts) const
 
 size_t Mender::count_findings(const std::string &edited) const
 {
-    work->spend(2 * edited.size()); // it is checked too
+    work->spend(READ_AND_CHECKED * edited.size());
     const CheckedText checked = check_text(edited, options);
     const auto counts = [](const Said &said) {
         return said.level <= BSDL_LEVEL_WARNING && !said.rule.empty();
@@ -264,16 +264,14 @@ bool Mender::mend(const Trial &mistake)
          .edits = best.in_original,
          .sure = attempts.size() == 1 && best.candidate.certain_words && !result.standard_unknown,
          .hint = std::move(best.candidate.hint),
-         .fix = std::move(best.candidate.fix),
-         .aside = {}});
+         .fix = std::move(best.candidate.fix)});
     result.aside = shifted(std::move(result.aside), best.candidate.edits);
     result.edited.apply(best.in_original);
     find_component();
     return true;
 }
 
-// ------------------------------------------------------------------------------------ setting
-// aside
+// ----------------------------------------------------------------------------------- setting aside
 
 // The reader goes over a statement without a value, or without the statement; blanks keep all else
 // where it is.
@@ -316,17 +314,14 @@ bool Mender::set_aside(const Trial &mistake)
                                 .sure = false,
                                 .hint = "this statement could not be read; it was set aside, and "
                                         "what it says was not checked",
-                                .fix = {},
-                                .aside = {result.edited.to_original(statement.begin),
-                                          result.edited.to_original(statement.end)}});
+                                .fix = {}});
         result.edited.apply(*in_original);
         return true;
     }
     return false;
 }
 
-// ------------------------------------------------------------------------- what is not there to
-// read
+// ----------------------------------------------------------------------- what is not there to read
 
 // A package that is not found ends the reading of a description. An empty one in its place keeps it
 // going; what it would have declared is then missing, and nothing else.
@@ -386,8 +381,7 @@ bool Mender::read_as_known_standard(const Trial &mistake)
                             .sure = false,
                             .hint = "this standard is not known here; the description is read as "
                                     "one of STD_1149_1_2001",
-                            .fix = {},
-                            .aside = name});
+                            .fix = {}});
     std::vector<TextEdit> edits;
     const size_t standard = token.begin;
     for (size_t at = 0; next_raw_token(text(), at, &token) && token.begin < standard;

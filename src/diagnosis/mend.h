@@ -14,7 +14,6 @@ struct Mend {
     bool sure;
     std::string hint;
     std::string fix;
-    TextRange aside; // the statement that was set aside where nothing helped, else empty
 };
 
 struct MendedText {

@@ -99,7 +99,7 @@ class Repairs
     TextRange statement_of(std::string_view word) const;
     void declared_words(NameKind kind, std::string_view word, std::vector<RawToken> *found) const;
     std::multimap<long, Row> rows() const;
-    bool worth_trying() const { return scene.work->bytes_left > 3 * text.size(); }
+    bool worth_trying() const { return scene.work->bytes_left > READ_AND_CHECKED * text.size(); }
 
     const RepairScene &scene;
     std::string_view text;
@@ -315,7 +315,7 @@ std::vector<Proposal> Repairs::name_proposals(const Draft &draft, const NameRule
 // What is said of the text when it is read with a pin map; empty for the default.
 Messages Repairs::try_text(const std::string &edited, const std::string &pin_map) const
 {
-    scene.work->spend(3 * text.size()); // it is checked too
+    scene.work->spend(READ_AND_CHECKED * text.size());
     if (pin_map.empty())
         return messages_of(check_text(edited, scene.options));
     ReadingOptions options = scene.options;
@@ -364,7 +364,7 @@ bool Repairs::prove(Draft &draft, std::vector<Proposal> &proposals)
     draft.fix = best->fix;
     const TextRange own_place = {draft.begin, draft.end};
     if (best->edits.front().begin != draft.begin) {
-        draft.related.emplace_back(own_place, "told of this");
+        draft.related.emplace_back(own_place, "the mistake shows here");
         draft.begin = best->edits.front().begin;
         draft.end = best->edits.front().end;
     }
@@ -526,7 +526,7 @@ void Repairs::repair_lengths()
                 propose(std::to_string(table.rbegin()->first + 1),
                         "the table ends with row " + std::to_string(table.rbegin()->first));
         } else {
-            // "... should have length": the number in front is that of the opcode's digits.
+            // Both messages show the bits in parentheses; their number is the length to try.
             const size_t open = draft->said.text.find('(');
             const size_t close = draft->said.text.find(')', open);
             if (open != std::string::npos && close != std::string::npos)

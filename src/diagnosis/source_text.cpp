@@ -158,8 +158,12 @@ TextRange statement_around(std::string_view text, size_t place)
 
 bool strings_end_on_their_lines(std::string_view text, TextRange range)
 {
+    size_t at = line_start(text, range.begin);
+    if (at > 0 && !is_line_end(text[at - 1]))
+        return true; // too long a line to tell
     bool in_string = false;
-    for (size_t at = line_start(text, range.begin); at < text.size(); at++) {
+    const size_t end = std::min(text.size(), range.end + LONGEST_LINE);
+    for (; at < end; at++) {
         if (!in_string && text.substr(at, 2) == "--")
             at = text.find_first_of("\r\n", at);
         if (at == std::string_view::npos)
@@ -173,5 +177,5 @@ bool strings_end_on_their_lines(std::string_view text, TextRange range)
         if (at >= range.end)
             return true;
     }
-    return !in_string;
+    return !in_string || end < text.size();
 }

@@ -22,9 +22,6 @@ class Lines
     // The byte at a place; the nearest one for a place outside of the text.
     size_t offset_of(int32_t line, int32_t column) const;
 
-    size_t count() const { return starts.size(); }
-    size_t start_of(int32_t line) const { return offset_of(line, 1); }
-
   private:
     std::vector<size_t> starts;
     size_t size;

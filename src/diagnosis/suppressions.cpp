@@ -138,7 +138,7 @@ std::vector<Suppressions::Remark> Suppressions::remarks(bool all_looked_at) cons
             remark.rule = "suppression-unknown";
             remark.text = with_name("There is no rule '%s' to be turned off", entry.rule);
             if (entry.rule.find(' ') != std::string::npos)
-                remark.hint = "rules are parted by commas, a reason follows a colon";
+                remark.hint = "put commas between rules, and a colon before the reason";
         } else if (is_always_on(entry.rule)) {
             remark.text = with_name("'%s' cannot be turned off", entry.rule);
         } else if (!entry.used && all_looked_at) {

@@ -6,12 +6,11 @@
 #include <cstring>
 #include <new>
 
-bool Work::spend(size_t bytes)
+void Work::spend(size_t bytes)
 {
     if (cancelled && !was_cancelled)
         was_cancelled = cancelled(cancel_data) != 0;
     bytes_left -= std::min(bytes_left, bytes);
-    return bytes_left > 0 && !was_cancelled;
 }
 
 bool is_syntax_mistake(const char *rule)

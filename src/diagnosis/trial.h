@@ -16,9 +16,12 @@ struct Work {
     void *cancel_data;
     bool was_cancelled = false;
 
-    // False when the work is done, whether spent or cancelled.
-    bool spend(size_t bytes);
+    // Counts bytes that were read, and asks whether the caller has cancelled.
+    void spend(size_t bytes);
 };
+
+// Reading and checking a text costs as much as reading it so many times.
+constexpr size_t READ_AND_CHECKED = 2;
 
 constexpr size_t READS_TO_THE_END = SIZE_MAX;
 

@@ -11,9 +11,9 @@
 
 static bool is_error(const Said &said) { return said.level == BSDL_LEVEL_ERROR; }
 
-// "... has errors" repeats what the errors before it have said, except where a check fails without
-// a word, for want of a statement for example. Statements that a syntax error has swallowed are
-// wanting too, but that has been said.
+// "... has errors" only repeats the errors before it. It becomes a finding when its check failed
+// without an error of its own, for example because a statement is missing. After a syntax error it
+// never does: the missing statement may be the one that could not be read, which has been reported.
 static void name_failed_checks(CheckedText &checked)
 {
     bool said_in_check = checked.bsdl && bsdlGetNumErrors(checked.bsdl.get()) > 0;

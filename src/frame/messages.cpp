@@ -144,11 +144,14 @@ int32_t rule_strict(const Bsdl *bsdl, Rule rule, const char *format, ...)
 
 // ----------------------------------------------------------------------------------- while parsing
 
-static Rule at_hand(const Bsdl *bsdl, const char *rule) { return {rule, scan_place(bsdl)}; }
+static Rule rule_at_scan_place(const Bsdl *bsdl, const char *rule)
+{
+    return {rule, scan_place(bsdl)};
+}
 
 void statement_passed(Bsdl *bsdl, const char *text)
 {
-    rule_message(BSDL_LEVEL_INFO, 3, at_hand(bsdl, nullptr), "%s", text);
+    rule_message(BSDL_LEVEL_INFO, 3, rule_at_scan_place(bsdl, nullptr), "%s", text);
     release_strings(bsdl);
 }
 
@@ -185,7 +188,7 @@ bool parse_refused(Bsdl *bsdl, const char *rule, const char *format, ...)
 {
     va_list arguments;
     va_start(arguments, format);
-    send(BSDL_LEVEL_ERROR, 1, at_hand(bsdl, rule), format, arguments);
+    send(BSDL_LEVEL_ERROR, 1, rule_at_scan_place(bsdl, rule), format, arguments);
     va_end(arguments);
     count_error(bsdl);
     return false;
@@ -196,7 +199,7 @@ void parse_message(Bsdl *bsdl, int32_t level, uint32_t verbosity, const char *ru
 {
     va_list arguments;
     va_start(arguments, format);
-    send(level, verbosity, at_hand(bsdl, rule), format, arguments);
+    send(level, verbosity, rule_at_scan_place(bsdl, rule), format, arguments);
     va_end(arguments);
 }
 

@@ -56,8 +56,8 @@ struct BsdlData {
     IntestSpec *intest;
     GList *extensions; // ExtensionEntry
     const char *design_warning;
-    uint32_t check_state;  // low three bits: 0 not checked, 1 passed, 2 failed
-    uint32_t check_passed; // 0x10 ISC or PRG, 0x40 AIO
+    uint32_t check_state;  // CHECK_STATE_..., see frame/check.h
+    uint32_t check_passed; // CHECK_PASSED_..., see frame/check.h
     IscData *isc;
     AioData *aio;
     GSList *corvane_class;            // CorvaneClassEntry

@@ -61,10 +61,10 @@ use_stmt:
 
 mode_use: %empty { bsdl->scan_mode = SCAN_MODE_USE; };
 
-user_vhdl_package_id: package_sought user_package_or_not;
+user_vhdl_package_id: package_searched user_package_or_not;
 
 // The search switches the input to the package file, so it comes before the next token too.
-package_sought:
+package_searched:
   USE_IDENT         { use_package(bsdl, $1, @1); }
 | Y_STD_1532_2001   { if (!use_std_1532_2001(bsdl, $1)) RECOVER; }
 | Y_STD_1532_2002   { if (!use_std_1532_2002(bsdl, $1)) RECOVER; }

@@ -14,7 +14,7 @@ namespace
 struct FlowCheck {
     Bsdl *bsdl;
     const char *tck;       // name of the port of TAP_SCAN_CLOCK
-    const char *flow_name; // of the flow at hand
+    const char *flow_name; // of the current flow
     const char *data_name; // NULL when none is given
 };
 

@@ -4,8 +4,6 @@
 #include "scan/scan_state.h"
 #include "scan/scanner.h"
 
-#include <algorithm>
-#include <cstdlib>
 #include <cstring>
 
 // What the scanner reads: files, and the strings of an attribute read again as tokens.
@@ -354,9 +352,4 @@ bool input_next(ScanState *reading)
     resume_file(reading);
     reading->line = reading->include_saved_line;
     return true;
-}
-
-const char *scan_file(const Bsdl *bsdl)
-{
-    return bsdl->reading ? current_file(bsdl->reading)->path : bsdl->file_name;
 }

@@ -51,7 +51,6 @@ Place scan_place_of_statement(const Bsdl *bsdl);
 // Called by the parser before each action.
 void scan_place_set(Bsdl *bsdl, Place place);
 // The file that is being read: the description or a package.
-const char *scan_file(const Bsdl *bsdl);
 
 // True after a failure that ends the reading; the parser gives up at once.
 bool scan_stopped(const Bsdl *bsdl);

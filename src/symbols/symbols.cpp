@@ -436,7 +436,7 @@ class Names
 
 } // namespace
 
-// Kinds that are no names, and pins, which only stand for themselves.
+// Whether a symbol of this kind is a name: those kinds are the last of the enumeration.
 static bool is_name(uint8_t kind) { return kind >= BSDL_SYMBOL_COMPONENT; }
 
 // Flows and what is made of them belong to a component, of which a data file has several; variables
@@ -553,7 +553,7 @@ BsdlSymbols *bsdlSymbolsOf(const char *text, size_t length)
         symbols->list.text = {text ? text : "", length};
         StatementReader(symbols->list).run();
         Names(symbols->list).run();
-        // What the caller's text is not needed for is all that stays.
+        // The caller's text may go away now: nothing is kept that refers to it.
         symbols->list.text = {};
         symbols->list.split_names.clear();
         symbols->list.symbols.shrink_to_fit();

@@ -149,7 +149,7 @@ const StatusCase status_cases[] = {
      "1 file checked: no errors, no warnings"},
     {"other_package", "check --package BGA49 examples/demo.bsd", 0,
      "1 file checked: no errors, no warnings"},
-    {"no_files", "check", 2, "tarnlet: no files are given; 'tarnlet check --help' has the use"},
+    {"no_files", "check", 2, "tarnlet: no files are given; see 'tarnlet check --help'"},
     {"unknown_option", "check --sctrict examples/demo.bsd", 2,
      "Run with --help for more information."},
     {"unknown_format", "check --format xml examples/demo.bsd", 2,

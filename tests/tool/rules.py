@@ -42,7 +42,7 @@ expect(published <= set(ids), f"not in the catalogue: {sorted(published - set(id
 expect(set(ids) <= published, f"not in the code: {sorted(set(ids) - published)}")
 for rule in catalogue:
     expect(rule["meaning"], f"{rule['id']}: no meaning")
-    expect(rule["mend"] or rule["level"] == "note", f"{rule['id']}: how to fix it is not told")
+    expect(rule["fix"] or rule["level"] == "note", f"{rule['id']}: how to fix it is not told")
 
 expect((root / "docs" / "rules.md").read_text() == run("--list-rules", "--format", "markdown"),
        "docs/rules.md is out of date: tarnlet check --list-rules --format markdown > docs/rules.md")

@@ -257,7 +257,8 @@ Done CheckRun::check(const Work &each) const
     return done;
 }
 
-// From here on the file is what the edits have made of it.
+// Writes the fixed text to the file and diagnoses the file again, so that the report shows what is
+// left. With --diff the edits are printed and nothing else.
 void CheckRun::take_fixed(const Work &each, Done &done)
 {
     const FixedText &fixed = done.fixed;
@@ -345,7 +346,7 @@ int CheckRun::run()
         return STATUS_UNUSABLE;
     }
     if (options.paths.empty()) {
-        complain("no files are given; 'tarnlet check --help' has the use");
+        complain("no files are given; see 'tarnlet check --help'");
         return STATUS_UNUSABLE;
     }
     set_choice();
@@ -424,21 +425,21 @@ std::function<int()> set_up_check(CLI::App &app)
                    "Accept the findings of this file, which --write-baseline has written")
         ->type_name("BASELINE");
     app.add_option("--write-baseline", options->new_baseline,
-                   "Write all findings to this file, to be accepted from now on")
+                   "Write the findings that a baseline can accept to this file, for --baseline")
         ->type_name("BASELINE");
     app.add_option("--show-settings", options->settings_of,
-                   "Show instead what .tarnlet.toml says for a file")
+                   "Print the settings of .tarnlet.toml that apply to this file and stop")
         ->type_name("FILE");
-    app.add_flag("--list-rules", options->list_rules, "List all rules instead");
+    app.add_flag("--list-rules", options->list_rules, "Print all rules and stop");
     app.add_option("--explain", options->explain,
-                   "Tell instead what a rule means and how to fix a file, as 'tarnlet explain'")
+                   "Print what a rule means and how to fix a file and stop, as 'tarnlet explain'")
         ->type_name("ID");
     app.add_flag("--werror", options->werror, "Take warnings as errors");
     app.add_flag("--all", options->all, "Show also what only follows from another finding");
     app.add_flag("--as-read", options->as_read,
                  "Show the messages of the reading and nothing else: no hints, no fixes");
     app.add_option("--error-limit", options->error_limit,
-                   "Show at most so many errors of a file; 0 shows all")
+                   "Show at most N errors of each file; 0 shows all")
         ->check(CLI::NonNegativeNumber)
         ->type_name("N");
     app.add_flag("--quiet,-q", options->quiet, "Leave out the progress and the closing line");
@@ -448,7 +449,7 @@ std::function<int()> set_up_check(CLI::App &app)
         ->check(CLI::Range(1, 9))
         ->type_name("LEVEL");
     app.add_option("-j,--jobs", options->jobs,
-                   "Check so many files at a time; 0 stands for one on each processor")
+                   "Check N files at the same time; 0: one for each processor")
         ->check(CLI::Range(0, MOST_JOBS))
         ->type_name("N");
     app.add_option("--color", options->colour, "Whether to colour the text format")

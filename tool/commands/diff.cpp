@@ -411,8 +411,8 @@ static int run(const DiffJob &job)
 std::function<int()> set_up_diff(CLI::App &app)
 {
     auto job = std::make_shared<DiffJob>();
-    app.add_option("A", job->path_a, "The one description or data file")->required();
-    app.add_option("B", job->path_b, "The other one")->required();
+    app.add_option("A", job->path_a, "The first description or data file")->required();
+    app.add_option("B", job->path_b, "The second one")->required();
     add_read_options(app, job->read);
     app.add_option(
            "--ignore", job->ignore,

@@ -168,8 +168,7 @@ int EbstRun::run()
     if (is_prg)
         complain("a PPC/PRG file has no EBST file");
     else if (was_read && !written && !write_failed)
-        complain(std::string("no EBST file is written, since the check failed") +
-                 (options.force ? "" : "; --force writes it all the same"));
+        complain("the check failed, so no EBST file was written; --force writes it anyway");
     return status();
 }
 

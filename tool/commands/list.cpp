@@ -304,7 +304,7 @@ std::function<int()> set_up_list(CLI::App &app)
         app.add_option("FILE", job->paths, "Descriptions, data files, and folders of them");
     CLI::Option *list_fields =
         app.add_flag("--list-fields", job->list_fields, "Print the names of the fields and stop");
-    app.add_option("--fields", job->fields, "Fields of the row, in this order, set off by commas")
+    app.add_option("--fields", job->fields, "Fields of the row, in this order, separated by commas")
         ->type_name("NAME,...")
         ->delimiter(',')
         ->allow_extra_args(false)

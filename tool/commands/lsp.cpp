@@ -5,12 +5,10 @@
 
 #include <CLI/CLI.hpp>
 
-#include <cstdio>
-
 std::function<int()> set_up_lsp(CLI::App &app)
 {
     // Clients add it to the command line of a server, to say how they talk to it.
     auto stdio = std::make_shared<bool>();
-    app.add_flag("--stdio", *stdio, "Talk on standard input and output, as without it");
+    app.add_flag("--stdio", *stdio, "Use standard input and output; this is also the default");
     return [stdio] { return lsp::serve(stdin, stdout); };
 }

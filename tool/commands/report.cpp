@@ -339,7 +339,7 @@ std::function<int()> set_up_report(CLI::App &app)
     app.add_flag("--diff", options->diff, "One page that shows what differs between two files");
     add_read_options(app, options->read);
     app.add_option("-j,--jobs", options->jobs,
-                   "Read so many files at a time; by default one for each processor")
+                   "Read N files at the same time; by default one for each processor")
         ->type_name("N");
     return [options] { return run(*options); };
 }

@@ -71,7 +71,7 @@ static std::string folded(std::string_view text, const char *indent)
     return result;
 }
 
-// The forms of the message, each through `format`.
+// The forms of the message, each between `before` and `behind`.
 static std::string forms(const BsdlRule &rule, const char *before, const char *behind)
 {
     std::string result;
@@ -112,7 +112,7 @@ static void list_as_json()
                          {"clause", rule->clause ? ordered_json(rule->clause) : nullptr},
                          {"text", rule->forms},
                          {"meaning", rule->meaning},
-                         {"mend", rule->fix}});
+                         {"fix", rule->fix}});
     std::printf("%s\n", rules.dump(2).c_str());
 }
 

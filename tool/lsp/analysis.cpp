@@ -2,7 +2,6 @@
 
 #include "code_words.h"
 
-#include <cstdlib>
 #ifdef __GLIBC__
 #include <malloc.h>
 #endif
@@ -106,7 +105,7 @@ void Analysis::stop()
 {
     {
         const std::lock_guard hold(lock);
-        ending = true;
+        stopping = true;
     }
     wake.notify_one();
     if (thread.joinable())
@@ -132,12 +131,12 @@ void Analysis::forget(const std::string &uri)
     unmended.erase(uri);
 }
 
-void Analysis::ask_for_end()
+void Analysis::notify_when_idle()
 {
     {
         const std::lock_guard hold(lock);
-        end_asked_for = working || !unread.empty() || !unmended.empty();
-        if (end_asked_for)
+        idle_asked_for = working || !unread.empty() || !unmended.empty();
+        if (idle_asked_for)
             return;
     }
     done(nullptr);
@@ -147,8 +146,8 @@ void Analysis::ask_for_end()
 bool Analysis::take(Job &job, bool &as_read)
 {
     std::unique_lock hold(lock);
-    wake.wait(hold, [&] { return ending || !unread.empty() || !unmended.empty(); });
-    if (ending)
+    wake.wait(hold, [&] { return stopping || !unread.empty() || !unmended.empty(); });
+    if (stopping)
         return false;
     as_read = !unread.empty();
     Jobs &from = as_read ? unread : unmended;
@@ -167,9 +166,9 @@ void Analysis::finish(Job job, bool is_to_be_mended)
         if (is_to_be_mended && counts != newest.end() && counts->second == job.number)
             unmended.insert_or_assign(job.uri, std::move(job));
         working = false;
-        end = end_asked_for && unread.empty() && unmended.empty();
+        end = idle_asked_for && unread.empty() && unmended.empty();
         if (end)
-            end_asked_for = false;
+            idle_asked_for = false;
     }
     if (end)
         done(nullptr);
@@ -179,7 +178,7 @@ bool Analysis::is_called_off(const Job &job)
 {
     const std::lock_guard hold(lock);
     const auto counts = newest.find(job.uri);
-    return ending || !unread.empty() || counts == newest.end() || counts->second != job.number;
+    return stopping || !unread.empty() || counts == newest.end() || counts->second != job.number;
 }
 
 // The model of a large description is many times its text, and is not needed until the next edit.

@@ -4,7 +4,6 @@
 
 #include <condition_variable>
 #include <cstdint>
-#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
@@ -105,14 +104,15 @@ class Analysis
   public:
     using Done = std::function<void(std::shared_ptr<const Findings>)>;
 
-    // `to` is called on the thread of the analysis; with NULL when somebody has asked for the
-    // end and nothing is left to do.
+    // `to` gets the findings on the thread of the analysis. It gets NULL once after
+    // notify_when_idle(), when nothing is left to do: on the thread of the analysis, or at once on
+    // the caller's.
     explicit Analysis(Done to);
     ~Analysis() { stop(); }
     void stop();
     void start(Job job);
     void forget(const std::string &uri);
-    void ask_for_end();
+    void notify_when_idle();
 
   private:
     using Jobs = std::map<std::string, Job>; // by URI
@@ -130,8 +130,8 @@ class Analysis
     std::map<std::string, uint64_t> newest; // number of the job of a file that counts
     uint64_t jobs = 0;
     bool working = false;
-    bool end_asked_for = false;
-    bool ending = false;
+    bool idle_asked_for = false;
+    bool stopping = false;
     std::thread thread;
 };
 

@@ -140,8 +140,8 @@ static uint32_t standards_of(const Document &document)
     return standards ? standards : ~0u;
 }
 
-// Those that may still come: not written yet, and with none after them that is written before
-// the cursor. The next ones come first.
+// The attributes that may still be written here: not those that the text already has, and not those
+// that belong in front of a statement before the cursor. The next ones come first.
 void Completing::attributes(bool with_keyword)
 {
     const uint32_t standards = standards_of(document);
@@ -400,7 +400,7 @@ std::string Completing::up_to_word(const BsdlStatement &statement) const
            std::string(document.raw(row->begin, word_begin));
 }
 
-// What a word would be at the cursor shows when one is put there.
+// Puts a word at the cursor and looks up what kind of word it is there.
 json Completing::run()
 {
     const BsdlStatement *here = statement_here();

@@ -164,10 +164,9 @@ void require_readable(const Workspace &workspace, const Document &document, cons
     for (const Finding &finding : findings->all)
         if (finding.rule == "syntax-error" || finding.rule == "unreadable-input" ||
             finding.rule == "incomplete-string")
-            throw RequestError(REQUEST_FAILED, std::string("No ") + action +
-                                                   " while the text does not read: line " +
-                                                   std::to_string(finding.place.line) + ": " +
-                                                   finding.text);
+            throw RequestError(REQUEST_FAILED,
+                               std::string("Fix the syntax errors before ") + action + ": line " +
+                                   std::to_string(finding.place.line) + ": " + finding.text);
 }
 
 // ---------------------------------------------------------------------------------- code actions
@@ -199,8 +198,9 @@ static json workspace_edit(const Document &document, json edits)
                        {"edits", std::move(edits)}}})}};
 }
 
-// The comment that turns a rule off: after the line, or above it where the line has a comment or a
-// string goes on over its end.
+// The edit that adds the comment which turns a rule off: at the end of the line, or on a line of
+// its own above it when the line already has a comment. Null when a string goes on over the end of
+// the line, for no comment can stand there.
 static json turned_off(const Document &document, const Finding &finding)
 {
     const uint32_t line = document.line_of(extent(document, finding.place).first);

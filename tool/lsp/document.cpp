@@ -1,7 +1,5 @@
 #include "lsp/document.h"
 
-#include "console.h"
-
 #include <algorithm>
 #include <fstream>
 #include <iterator>

@@ -12,8 +12,8 @@ namespace lsp
 namespace
 {
 
-// A line that holds one whole row of a table in one string: the row cut into fields, of which all
-// but the last are followed by a column.
+// A line that holds exactly one row of a table, in one string. The row is cut into fields; each
+// field but the last is filled up to the width of its column.
 struct Line {
     uint32_t begin; // after the opening quotation mark
     uint32_t end;   // of the last field

@@ -21,7 +21,7 @@ static std::string port_text(const std::string &port, const std::string &subscri
     return subscript.empty() ? port : port + "(" + subscript + ")";
 }
 
-// "output3 of D(3), enabled unless cell 17 is 0, which gives Z"
+// "output3 of D(3), enabled when cell 17 is 1, else Z; safe value X"
 static std::string cell_in_words(const CellRow &row)
 {
     std::string text = lower(row.function);
@@ -110,7 +110,7 @@ static std::string about_port(const Document &document, uint32_t port)
                     pins += (pins.empty() ? "" : ", ") + document.word(symbols[pin]);
             text += pins.size() > 200 ? pins.substr(0, 200) + " ..." : pins;
         } else if (name == "PORT_GROUPING") {
-            text += "\n\nIn a differential pair (" + lower(name) + ")";
+            text += "\n\nOne port of a differential pair (PORT_GROUPING)";
         } else if (const std::string role = role_of(name); !role.empty()) {
             text += "\n\n" + role;
         }

@@ -126,7 +126,7 @@ json highlights(const Document &document, uint32_t offset)
 
 // ----------------------------------------------------------------------------------------- rename
 
-// Names that the standards or the device itself give keep them.
+// Refuses names that cannot be changed: those that a standard or the package of the device gives.
 static void require_own_name(Workspace &workspace, const Document &document, uint32_t index)
 {
     const BsdlSymbol &symbol = document.symbols()[index];
@@ -135,7 +135,8 @@ static void require_own_name(Workspace &workspace, const Document &document, uin
     case BSDL_SYMBOL_PACKAGE:
     case BSDL_SYMBOL_DATA_NAME:
     case BSDL_SYMBOL_PART:
-        throw RequestError(REQUEST_FAILED, "This name cannot be changed here");
+        throw RequestError(REQUEST_FAILED,
+                           "Names of attributes, packages, data and parts cannot be renamed");
     case BSDL_SYMBOL_PIN:
         throw RequestError(REQUEST_FAILED, "A pin has the name of its package: edit the pin map");
     default:
@@ -178,7 +179,7 @@ static void require_fit(const Document &document, const BsdlSymbol &symbol, cons
         fits &= number ? g_ascii_isdigit(c) != 0 : g_ascii_isalnum(c) || c == '_';
     if (!fits)
         throw RequestError(INVALID_PARAMS,
-                           number ? "A cell has a number"
+                           number ? "'" + name + "' is not a cell number: use digits only"
                                   : "'" + name +
                                         "' is no name: a letter, then letters, digits and single "
                                         "underscores between them");
@@ -186,7 +187,8 @@ static void require_fit(const Document &document, const BsdlSymbol &symbol, cons
         if (other.kind == symbol.kind && (other.flags & BSDL_SYMBOL_DEFINES) &&
             other.refers_to != symbol.refers_to && symbol.kind < BSDL_SYMBOL_FLOW &&
             same_name(document.word(other), name))
-            throw RequestError(REQUEST_FAILED, "'" + name + "' is in the text already");
+            throw RequestError(REQUEST_FAILED,
+                               "'" + name + "' is already a name in this text; choose another one");
 }
 
 json rename(Workspace &workspace, const Document &document, uint32_t offset,

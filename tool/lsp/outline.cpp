@@ -17,7 +17,6 @@ enum OutlineKind {
     KIND_FUNCTION = 12,
     KIND_CONSTANT = 14,
     KIND_ARRAY = 18,
-    KIND_KEY = 20,
     KIND_STRUCT = 23
 };
 

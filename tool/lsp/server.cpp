@@ -91,7 +91,6 @@ class Server
     void closed(const json &params);
     void configuration_changed(const json &params);
     void files_changed(const json &params);
-    void nothing(const json &) {}
 
     const Document &document(const json &params);
     uint32_t offset(const json &params);
@@ -238,7 +237,7 @@ void Server::request(const json &message)
         return refuse(id, INVALID_REQUEST, "the server has been shut down");
     if (method == "tarnlet/settled") {
         wait_for_all.push_back(id);
-        return analysis.ask_for_end();
+        return analysis.notify_when_idle();
     }
     for (const Row<Request> &row : REQUESTS)
         if (method == row.method) {

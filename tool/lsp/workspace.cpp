@@ -85,7 +85,7 @@ void Workspace::get_ready() const
 
 // --------------------------------------------------------------------------------------- packages
 
-// The order in which the library looks.
+// The folders that the library searches, in its order, without the folder of the library itself.
 std::vector<std::string> Workspace::folders_of(const Document &user) const
 {
     std::vector<std::string> folders = client_settings.package_dirs;

@@ -41,5 +41,5 @@ PYBIND11_MODULE(_native, module)
         .def("write_ebst", &Reading::write_ebst, py::arg("path"));
 
     module.def("read_idcodes", read_idcodes, py::arg("text"), py::arg("name"),
-               "The IDCODE patterns of a text, of which no more is read than that takes.");
+               "The IDCODE patterns of a text. Reading stops after the identification registers.");
 }

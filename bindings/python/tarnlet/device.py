@@ -358,7 +358,7 @@ class Device:
             raise ValueError("a PPC/PRG file has no EBST file")
         if not self.ok and not force:
             raise ValueError(
-                f"{self.file} has errors; force=True writes the EBST file all the same"
+                f"{self.file} has errors; force=True writes the EBST file anyway"
             )
         self._reading.write_ebst(os.fsencode(path))
 

@@ -1,7 +1,7 @@
 """The rows and values of a device; those of the further standards are in tarnlet.families.
 
 Every record is a named tuple of plain Python values: it belongs to whoever holds it, outlives its
-device, compares by value, can be pickled and sorted into sets. A value that a description does not
+device, compares by value, can be pickled and put into sets. A value that a description does not
 give is None. The fields have the names of `tarnlet info --json`; where such a name is taken in
 Python, an underscore follows it.
 """

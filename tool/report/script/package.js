@@ -198,7 +198,7 @@ export class PackageView {
     this.note.hidden = drawn && missing === 0;
     if (!drawn && pins.length)
       this.note.textContent =
-        'The names of the pins are those of no grid and no numbered package, so there is no picture.';
+        'There is no picture: the pin names are neither positions in a grid, such as A1, nor numbers around a package.';
     else if (!pins.length) this.note.textContent = 'The file gives no pins.';
     else
       this.note.textContent = `${counted(missing, 'pin')} of the table without a place in the picture.`;
