@@ -200,7 +200,7 @@ test('names are refused where they would break the text', () =>
     await assert.rejects(rename('        DATA', 'Q'), /is already a name in this text/);
     await assert.rejects(rename('        DATA', '1A'), /is no name/);
     await assert.rejects(rename('"BYPASS', 'BY'), /name of the standard/);
-    await assert.rejects(rename('attribute BOUNDARY_LEN', 'X'), /cannot be changed/);
+    await assert.rejects(rename('attribute BOUNDARY_LEN', 'X'), /cannot be renamed/);
     client.replace(uri, 'port (', 'port ((');
     await assert.rejects(rename('        DATA', 'BUS'), /Fix the syntax errors before renaming: line \d+/);
     const options = { tabSize: 4, insertSpaces: true };
