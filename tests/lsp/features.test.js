@@ -206,7 +206,7 @@ test('names are refused where they would break the text', () =>
     const options = { tabSize: 4, insertSpaces: true };
     await assert.rejects(
       client.request('textDocument/formatting', { textDocument: { uri }, options }),
-      /Fix the syntax errors before renaming: line \d+/,
+      /Fix the syntax errors before formatting: line \d+/,
     );
   }));
 
