@@ -5,42 +5,33 @@
 // server, as a multiple of the text: settled and at its peak. Where both sizes are measured, the
 // peak's growth from the one to the other shows what a text takes without what the process takes
 // once. After `npm ci` in tests/lsp; TARNLET names the program.
-"use strict";
-const fs = require("node:fs");
-const { performance } = require("node:perf_hooks");
-const {
-  Client,
-  description,
-  example,
-  read,
-} = require("../tests/lsp/client");
+'use strict';
+const fs = require('node:fs');
+const { performance } = require('node:perf_hooks');
+const { Client, description, example, read } = require('../tests/lsp/client');
 
 const EDITS = Number(process.argv[2] || 50);
 
 const median = (list) => list.sort((a, b) => a - b)[list.length >> 1];
 const statusKiB = (pid, name) =>
-  Number(
-    new RegExp(`${name}:\\s+(\\d+)`).exec(
-      fs.readFileSync(`/proc/${pid}/status`, "utf8"),
-    )[1],
-  );
-const residentKiB = (pid) => statusKiB(pid, "VmRSS");
-const peakKiB = (pid) => statusKiB(pid, "VmHWM");
+  Number(new RegExp(`${name}:\\s+(\\d+)`).exec(fs.readFileSync(`/proc/${pid}/status`, 'utf8'))[1]);
+const residentKiB = (pid) => statusKiB(pid, 'VmRSS');
+const peakKiB = (pid) => statusKiB(pid, 'VmHWM');
 
 // A server that has seen a description, so that what is measured is what a text takes.
 async function warm() {
   const client = await Client.start();
-  const uri = client.open("/tmp/warm.bsd", read(example("demo.bsd")));
+  const uri = client.open('/tmp/warm.bsd', read(example('demo.bsd')));
   await client.findings(uri);
-  client.notify("textDocument/didClose", { textDocument: { uri } });
-  await client.request("tarnlet/settled");
+  client.notify('textDocument/didClose', { textDocument: { uri } });
+  await client.request('tarnlet/settled');
   return client;
 }
 
 async function measure(name, text) {
   const client = await warm();
   const empty = residentKiB(client.process.pid);
-  const uri = client.open("/tmp/bench.bsd", text);
+  const uri = client.open('/tmp/bench.bsd', text);
   await client.findings(uri);
   const times = { findings: [], hover: [], completion: [] };
   const published = () => client.published.get(uri);
@@ -55,11 +46,11 @@ async function measure(name, text) {
     const at = random % text.length;
     const version = client.documents.get(uri).version + 1;
     const begin = performance.now();
-    client.edit(uri, at, at + 1, i % 2 ? "A" : " ");
+    client.edit(uri, at, at + 1, i % 2 ? 'A' : ' ');
     await told(version);
     times.findings.push(performance.now() - begin);
-    const where = client.behind(uri, "BC_7, DAT");
-    for (const kind of ["hover", "completion"]) {
+    const where = client.behind(uri, 'BC_7, DAT');
+    for (const kind of ['hover', 'completion']) {
       const asked = performance.now();
       await client.request(`textDocument/${kind}`, where);
       times[kind].push(performance.now() - asked);
@@ -70,8 +61,7 @@ async function measure(name, text) {
   await client.findings(uri);
   const settled = residentKiB(client.process.pid);
   const peak = peakKiB(client.process.pid);
-  const times_of_text = (kib) =>
-    (((kib - empty) * 1024) / text.length).toFixed(1);
+  const times_of_text = (kib) => (((kib - empty) * 1024) / text.length).toFixed(1);
   console.log(
     `${name}: findings ${median(times.findings).toFixed(1)} ms, hover ${median(times.hover).toFixed(1)} ms, ` +
       `completion ${median(times.completion).toFixed(1)} ms; memory: ` +
@@ -84,33 +74,30 @@ async function measure(name, text) {
 
 async function leak() {
   const client = await Client.start();
-  const text = read(example("demo.bsd"));
-  const uri = client.open("/tmp/bench.bsd", text);
+  const text = read(example('demo.bsd'));
+  const uri = client.open('/tmp/bench.bsd', text);
   const sizes = [];
   for (let i = 0; i < 10000; i++) {
     const at = (i * 7919) % text.length;
-    client.edit(uri, at, at + 1, i % 2 ? text[at] : "#");
+    client.edit(uri, at, at + 1, i % 2 ? text[at] : '#');
     client.edit(uri, at, at + 1, text[at]);
     if (i % 1000 === 999) {
       await client.findings(uri);
       sizes.push(residentKiB(client.process.pid));
     }
   }
-  console.log(
-    `memory after each 1,000 of 10,000 edits, KiB: ${sizes.join(" ")}`,
-  );
+  console.log(`memory after each 1,000 of 10,000 edits, KiB: ${sizes.join(' ')}`);
   await client.stop();
 }
 
 (async () => {
   const parts = process.argv.slice(3);
   const wanted = (part) => !parts.length || parts.includes(part);
-  const small =
-    wanted("small") && (await measure("100 KB", description(100e3)));
-  const large = wanted("large") && (await measure("2 MB", description(2e6)));
+  const small = wanted('small') && (await measure('100 KB', description(100e3)));
+  const large = wanted('large') && (await measure('2 MB', description(2e6)));
   if (small && large)
     console.log(
       `the peak grows by ${(((large.peak - small.peak) * 1024) / (large.size - small.size)).toFixed(1)} times the text`,
     );
-  if (wanted("leak")) await leak();
+  if (wanted('leak')) await leak();
 })();

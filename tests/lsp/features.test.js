@@ -202,7 +202,10 @@ test('names are refused where they would break the text', () =>
     await assert.rejects(rename('"BYPASS', 'BY'), /name of the standard/);
     await assert.rejects(rename('attribute BOUNDARY_LEN', 'X'), /cannot be renamed/);
     client.replace(uri, 'port (', 'port ((');
-    await assert.rejects(rename('        DATA', 'BUS'), /Fix the syntax errors before renaming: line \d+/);
+    await assert.rejects(
+      rename('        DATA', 'BUS'),
+      /Fix the syntax errors before renaming: line \d+/,
+    );
     const options = { tabSize: 4, insertSpaces: true };
     await assert.rejects(
       client.request('textDocument/formatting', { textDocument: { uri }, options }),
