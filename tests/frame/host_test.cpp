@@ -23,10 +23,7 @@ constexpr const char *FILES[] = {
     "examples/isc_2001.bsd", "examples/isc_2002.bsd",      "examples/aio_2003.bsd",
     "examples/two_taps.prg", "examples/demo_mistakes.bsd", "tests/tool/mistakes.bsd"};
 
-std::string in_source(const std::string &file)
-{
-    return std::string(TARNLET_SOURCE_DIR) + "/" + file;
-}
+std::string in_source(const std::string &file) { return TARNLET_SOURCE_DIR "/" + file; }
 
 // All that a host sees of one file: results, and messages with where they belong.
 class Record

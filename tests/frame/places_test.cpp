@@ -107,7 +107,7 @@ PlaceCase base_of(const std::string &line)
 std::vector<PlaceCase> read_cases()
 {
     std::vector<PlaceCase> cases;
-    std::ifstream file(std::string(TARNLET_SOURCE_DIR) + "/tests/frame/places.txt");
+    std::ifstream file(TARNLET_SOURCE_DIR "/tests/frame/places.txt");
     PlaceCase base;
     std::string line;
     for (int number = 1; std::getline(file, line); number++) {

@@ -69,7 +69,7 @@ TEST_F(PackageSearch, OrderOfThePlaces)
     EXPECT_EQ(paths[2], "./own.all");
     EXPECT_EQ(paths[3], reading.folder() + "/own.all");
     EXPECT_EQ(paths[4], environment + "/own.all");
-    EXPECT_EQ(paths[5], std::string(TARNLET_BUILD_DIR) + "/tests/own.all") << "the module";
+    EXPECT_EQ(paths[5], TARNLET_BUILD_DIR "/tests/own.all") << "the module";
     expect_messages(errors_and_warnings(reading.messages()),
                     {{ERROR, "Cannot find file 'own.all'", 1}, {ERROR, "\tError in user .all", 1}});
 }
@@ -166,8 +166,7 @@ TEST_F(PackageSearch, InstalledPackages)
         EXPECT_EQ(used_file(reading), "(none)") << "it is no package of a user";
         const std::vector<std::string> paths = tries(reading);
         ASSERT_EQ(paths.size(), 4U);
-        EXPECT_EQ(
-            paths[3].rfind(std::string(TARNLET_BUILD_DIR) + "/share/tarnlet/packages/std_", 0), 0U)
+        EXPECT_EQ(paths[3].rfind(TARNLET_BUILD_DIR "/share/tarnlet/packages/std_", 0), 0U)
             << paths[3];
     }
 }

@@ -59,7 +59,7 @@ std::string unescaped(const std::string &text)
 
 std::vector<TokenCase> token_cases()
 {
-    std::ifstream file(std::string(TARNLET_SOURCE_DIR) + "/tests/scan/tokens.txt");
+    std::ifstream file(TARNLET_SOURCE_DIR "/tests/scan/tokens.txt");
     EXPECT_TRUE(file.good());
     std::vector<TokenCase> cases;
     std::string text;

@@ -282,15 +282,12 @@ std::string new_folder()
 
 void expect_golden(const std::string &name, const std::string &text)
 {
-    const std::string path = std::string(TARNLET_SOURCE_DIR) + "/tests/" + name;
+    const std::string path = TARNLET_SOURCE_DIR "/tests/" + name;
     if (const char *update = std::getenv("TARNLET_UPDATE"); update && *update == '1')
         write_text(path, text);
     EXPECT_EQ(text, read_text(path)) << name;
 }
 
-std::string example(const std::string &name)
-{
-    return std::string(TARNLET_SOURCE_DIR) + "/examples/" + name;
-}
+std::string example(const std::string &name) { return TARNLET_SOURCE_DIR "/examples/" + name; }
 
 } // namespace support

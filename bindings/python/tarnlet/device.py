@@ -357,9 +357,7 @@ class Device:
         if self.kind == "prg":
             raise ValueError("a PPC/PRG file has no EBST file")
         if not self.ok and not force:
-            raise ValueError(
-                f"{self.file} has errors; force=True writes the EBST file anyway"
-            )
+            raise ValueError(f"{self.file} has errors; force=True writes the EBST file anyway")
         self._reading.write_ebst(os.fsencode(path))
 
     def to_frame(self, table: str) -> Any:

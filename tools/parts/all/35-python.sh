@@ -7,7 +7,7 @@ python=/usr/bin/python3
 sources=$PWD/bindings/python
 cmake --preset release -DTARNLET_PYTHON=ON
 cmake --build --preset release --target tarnlet_python tarnlet_tool -j "$JOBS"
-$python -m black --check -q "$sources"
+$python -m black --check "$sources"
 (cd "$sources" && $python -m mypy tarnlet)
 (cd build/release/python && $python -m mypy.stubtest tarnlet._native --mypy-config-file "$sources/pyproject.toml")
 $python -m pytest "$sources" --junit-xml "$RESULTS/results.xml"
