@@ -112,6 +112,11 @@ static bool read_and_check(const std::string &path, ReadOptions options, Model &
         return false;
     }
     const DiagnosedFile file(path, {.read = options});
+    if (file.is_package) {
+        complain(escaped(path) +
+                 ": a package, which describes no device; 'tarnlet check' checks it");
+        return false;
+    }
     Bsdl *bsdl = bsdlDiagnosisBsdl(file.diagnosis.get());
     count_findings(file, model);
     if (!bsdl) {

@@ -42,6 +42,14 @@ TEST(ToolInfo, SyntaxErrorsLeaveTheRest)
     EXPECT_EQ(list.out, "COMPONENT  SYNTAX-ERRORS\ntarn_demo              1\n");
 }
 
+TEST(ToolInfo, PackagesBesideDescriptionsHaveNoRow)
+{
+    const ToolRun list = run_tool(
+        {"list", "--fields", "component", "packages/std_1532_2001.all", "examples/demo.bsd"});
+    EXPECT_EQ(list.status, 0) << list.err;
+    EXPECT_EQ(list.out, "COMPONENT\ntarn_demo\n");
+}
+
 TEST(ToolInfo, FilesThatCannotBeRead)
 {
     struct {
@@ -53,6 +61,12 @@ TEST(ToolInfo, FilesThatCannotBeRead)
         {"folder", {"info", "examples"}, "examples: Could not open file"},
         {"empty", {"cells", "/dev/null"}, "/dev/null: "},
         {"data file", {"pins", "examples/two_taps.prg"}, "a PPC/PRG file has no pins"},
+        {"package",
+         {"pins", "packages/std_1532_2001.all"},
+         "packages/std_1532_2001.all: a package, which describes no device"},
+        {"package to write",
+         {"ebst", "-o", "-", "packages/std_1532_2001.all"},
+         "a package describes no device and has no EBST file"},
         {"one of two", {"diff", "examples/demo.bsd", "no/such.bsd"}, "no/such.bsd: "},
     };
     for (const auto &c : cases) {

@@ -126,6 +126,8 @@ void EbstRun::write(Reading &reading, bool passed)
 void EbstRun::show_findings()
 {
     const DiagnosedFile file(options.path, {.read = options.read});
+    if (file.is_package)
+        complain("a package describes no device and has no EBST file");
     const FileFindings findings = select_findings(file, {});
     errors = findings.errors;
     text_reporter({.colour = copy < 0 && colour_wanted("auto"), .closing_line = false},

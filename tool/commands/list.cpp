@@ -9,6 +9,7 @@
 #include "in_order.h"
 #include "input_files.h"
 #include "near_name.h"
+#include "package_file.h"
 #include "settings.h"
 
 #include <CLI/CLI.hpp>
@@ -225,10 +226,19 @@ static void complain_of(const FileReport &report, const std::string &what)
     complain(escaped(report.path) + ": " + what);
 }
 
+// A package beside descriptions has no row, and nothing is wrong with that.
+static bool is_package(const std::string &path)
+{
+    std::string text;
+    return read_bytes(path, text) && !package_name(text).empty();
+}
+
 // Says what is wrong with a file and gives the status that it leads to.
 static int status_of(const FileReport &report)
 {
     if (report.extract.empty()) {
+        if (is_package(report.path))
+            return STATUS_CLEAN;
         const auto error =
             std::find_if(report.messages.begin(), report.messages.end(),
                          [](const Message &each) { return each.level == BSDL_LEVEL_ERROR; });
