@@ -116,7 +116,7 @@ static Json index_row(const Json &device, const std::string &page)
         row[field] = device[field];
     const bool has_pins = model.contains("pins");
     row["component"] = model.is_null() ? Json() : model["component"];
-    row["passed"] = model.is_null() ? Json(false) : model["check"]["passed"];
+    row["passed"] = device["errors"] == 0;
     row["idcodes"] = has_pins ? model["idcodes"] : Json::array();
     row["pin_map"] = has_pins ? model["pin_map"] : Json();
     row["pins"] = has_pins ? Json(model["pins"].size()) : Json();

@@ -100,8 +100,9 @@ static Json pin_maps_of(const DiagnosedFile &file, const DiagnosisChoice &choice
 Json shown_device(const DiagnosedFile &file, const DiagnosisChoice &choice)
 {
     const FileFindings found = select_findings(file, {});
-    Json model;
-    if (Bsdl *bsdl = bsdlDiagnosisBsdl(file.diagnosis.get())) {
+    Json model; // null for a package too: it was read through a description that stands for none
+    Bsdl *bsdl = file.is_package ? nullptr : bsdlDiagnosisBsdl(file.diagnosis.get());
+    if (bsdl) {
         model = document_of(bsdl, file.path);
         model["syntax_errors"] =
             std::count_if(found.findings.begin(), found.findings.end(), [](const Finding &each) {

@@ -57,7 +57,6 @@ export class Device {
     this.unchecked = data.unchecked;
     this.source = data.source ?? '';
     this.model = data.model ?? {};
-    this.isRead = data.model !== null;
     this.name = this.model.component ?? data.file;
     this.instructions = this.model.instructions ?? [];
     this.registers = this.model.registers ?? [];
