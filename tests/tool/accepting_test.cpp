@@ -83,7 +83,8 @@ TEST(ToolAccepting, CommentsCannotTurnReadingOff)
         replaced(read_text(DEMO), "TMS    : signal is true;", "TMS    : signal is is true;");
     const std::string path = scratch_file("off.bsd", "-- tarnlet: off-file syntax-error\n" + text);
     EXPECT_EQ(run_tool({"check", path}).status, 1);
-    for (const char *rule : {"syntax-error=off", "statement-skipped=off", "file-not-opened=warning"}) {
+    for (const char *rule :
+         {"syntax-error=off", "statement-skipped=off", "file-not-opened=warning"}) {
         const ToolRun run = run_tool({"check", "--rule", rule, path});
         EXPECT_EQ(run.status, 2);
         EXPECT_TRUE(contains(run.err, "is always an error"));
