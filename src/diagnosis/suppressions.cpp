@@ -103,6 +103,8 @@ void Suppressions::read_rules(std::string_view line, size_t at, int32_t number, 
 
 bool Suppressions::covers(int32_t line, std::string_view rule, std::string *reason)
 {
+    if (entries.empty())
+        return false; // as in most texts
     Entry *entry = nullptr;
     if (const auto found = by_line.find(line); found != by_line.end())
         for (const size_t index : found->second)

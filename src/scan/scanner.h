@@ -50,7 +50,6 @@ Place scan_place(const Bsdl *bsdl);
 Place scan_place_of_statement(const Bsdl *bsdl);
 // Called by the parser before each action.
 void scan_place_set(Bsdl *bsdl, Place place);
-// The file that is being read: the description or a package.
 
 // True after a failure that ends the reading; the parser gives up at once.
 bool scan_stopped(const Bsdl *bsdl);

@@ -5,6 +5,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <cstdio>
+
 std::function<int()> set_up_lsp(CLI::App &app)
 {
     // Clients add it to the command line of a server, to say how they talk to it.
